@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zentrill {
+
+/// What a destructive file operation did. Its word and the disk never differ: every path under `removed` is
+/// gone, every path under `preserved` is there.
+struct DeletionReport {
+    /// Deleted paths in the order of deletion.
+    std::vector<std::string> removed;
+    /// Paths that the Safety Shield kept on purpose.
+    std::vector<std::string> preserved;
+    /// One message per failed or refused step: the path, ": " and the system's description.
+    std::vector<std::string> failures;
+
+    [[nodiscard]] bool succeeded() const noexcept { return failures.empty(); }
+
+    [[nodiscard]] bool changedAnything() const noexcept { return !removed.empty(); }
+
+    /// Appends the other report's lists to this one's, list by list, in order.
+    void merge(DeletionReport other);
+
+    bool operator==(const DeletionReport&) const = default;
+};
+
+} // namespace zentrill

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zentrill {
+
+/// The daemon endpoint that a scan spoke to. It stays with every record of that scan, so that a later
+/// removal addresses the same daemon even if the user has switched contexts since.
+struct DockerConnection {
+    /// Global options placed before every subcommand: "--context" and a name, or "--host" and an address.
+    std::vector<std::string> arguments;
+    /// The context's name, or "DOCKER_HOST override".
+    std::string displayName;
+
+    bool operator==(const DockerConnection&) const = default;
+};
+
+} // namespace zentrill

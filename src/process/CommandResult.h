@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdio> // Some systems make `stdout` and `stderr` macros there; every user must see the same names.
+#include <optional>
+#include <string>
+
+namespace zentrill {
+
+/// What came of running one command.
+struct CommandResult {
+    /// Everything written to standard output; empty if nothing was, or if it was not valid UTF-8.
+    std::string stdout;
+    /// The same for standard error.
+    std::string stderr;
+    /// The exit status, or the signal's number for a child that a signal ended; -1 when the child could not
+    /// be launched or still ran when the runner gave up.
+    std::int32_t exitCode = -1;
+    /// Whether the time ran out before the child ended.
+    bool timedOut = false;
+    /// The system's description of a failed launch; absent when the launch succeeded.
+    std::optional<std::string> launchError;
+
+    [[nodiscard]] bool succeeded() const noexcept;
+
+    /// The one-line text for messages and the activity log: the launch error, "Command timed out.", the
+    /// trimmed standard error, the trimmed standard output, or the exit status in words, whichever is there
+    /// first.
+    [[nodiscard]] std::string diagnostic() const;
+
+    bool operator==(const CommandResult&) const = default;
+};
+
+} // namespace zentrill

@@ -1,0 +1,54 @@
+#include "process/CommandResult.h"
+
+#include "support/FakeCommandRunner.h"
+
+#include <gtest/gtest.h>
+
+namespace zentrill {
+namespace {
+
+TEST(CommandResult, SucceedsOnlyWithoutAnyOfTheThreeFailures) {
+    CommandResult result = test::ok();
+    EXPECT_TRUE(result.succeeded());
+    result.timedOut = true;
+    EXPECT_FALSE(result.succeeded());
+    result = test::ok();
+    result.launchError = "";
+    EXPECT_FALSE(result.succeeded());
+    EXPECT_FALSE(test::failed(1).succeeded());
+}
+
+TEST(CommandResult, DiagnosticPrefersTheLaunchErrorThenTheTimeOut) {
+    CommandResult result = test::failed(1, "stderr");
+    result.timedOut = true;
+    EXPECT_EQ(result.diagnostic(), "Command timed out.");
+    result.launchError = " No such file ";
+    EXPECT_EQ(result.diagnostic(), " No such file ");
+}
+
+TEST(CommandResult, DiagnosticIsTheTrimmedTextThatIsNotBlank) {
+    CommandResult result = test::failed(1, " \n ");
+    result.stdout = "\tok \r\n";
+    EXPECT_EQ(result.diagnostic(), "ok");
+    result.stderr = "\n broken pipe \n";
+    EXPECT_EQ(result.diagnostic(), "broken pipe");
+}
+
+TEST(CommandResult, DiagnosticOfASilentCommandIsItsStatus) {
+    EXPECT_EQ(test::failed(3).diagnostic(), "Command exited with status 3.");
+    EXPECT_EQ(test::ok().diagnostic(), "Command exited with status 0.");
+}
+
+TEST(CommandResult, EqualityComparesEveryField) {
+    const CommandResult result = test::failed(2, "e");
+    CommandResult other = result;
+    EXPECT_EQ(result, other);
+    other.launchError = "";
+    EXPECT_NE(result, other);
+    other = result;
+    other.timedOut = true;
+    EXPECT_NE(result, other);
+}
+
+} // namespace
+} // namespace zentrill
