@@ -16,8 +16,9 @@ std::string_view statusLabel(ResultOutcome outcome) noexcept {
     return "RESULT \u2014 REVIEW DETAILS";
 }
 
-ResultOutcome applicationOutcome(const std::vector<std::string>& failures,
-                                 const std::map<std::string, std::vector<std::string>>& remainingData) noexcept {
+ResultOutcome
+applicationOutcome(const std::vector<std::string>& failures,
+                   const std::map<std::string, std::vector<std::string>>& remainingData) noexcept {
     if (!failures.empty())
         return ResultOutcome::errors;
     return remainingData.empty() ? ResultOutcome::complete : ResultOutcome::dataRemaining;

@@ -45,8 +45,8 @@ class UninstallerViewModel : public QObject {
     Q_PROPERTY(bool showResultAlert READ showResultAlert NOTIFY showResultAlertChanged)
     Q_PROPERTY(QString resultAlertTitle READ resultAlertTitle NOTIFY resultAlertTitleChanged)
     Q_PROPERTY(QString resultAlertMessage READ resultAlertMessage NOTIFY resultAlertMessageChanged)
-    Q_PROPERTY(zentrill::ResultOutcome resultAlertOutcome READ resultAlertOutcome NOTIFY
-                   resultAlertOutcomeChanged)
+    Q_PROPERTY(
+        zentrill::ResultOutcome resultAlertOutcome READ resultAlertOutcome NOTIFY resultAlertOutcomeChanged)
     Q_PROPERTY(qint64 resultAlertRetainedPathCount READ resultAlertRetainedPathCount NOTIFY
                    resultAlertRetainedPathCountChanged)
     Q_PROPERTY(bool isDockerInstalled READ isDockerInstalled NOTIFY isDockerInstalledChanged)
