@@ -2,6 +2,9 @@
 
 #include <cerrno>
 #include <system_error>
+#include <utility>
+
+#include <unistd.h>
 
 namespace zentrill {
 
@@ -28,9 +31,11 @@ CommandsInFlight& CommandsInFlight::shared() {
 
 void CommandsInFlight::shutDown(std::chrono::milliseconds limit) {
     std::unique_lock lock(mutex_);
-    down_ = true;
-    // The hang-up is what the poll loops see.
-    wake_.writing.reset();
+    if (!std::exchange(down_, true) && wake_.writing) {
+        // A byte that nobody reads, rather than a hang-up: a forked copy of this process cannot hold it back.
+        const char byte = 0;
+        static_cast<void>(::write(wake_.writing.get(), &byte, 1));
+    }
     idle_.wait_for(lock, limit, [this] { return count_ == 0; });
 }
 

@@ -3,6 +3,7 @@
 #include "platform/HomeDirectory.h"
 #include "process/AbandonedChildren.h"
 #include "process/ChildEndNotice.h"
+#include "process/ChildEnding.h"
 #include "process/CommandsInFlight.h"
 #include "process/OutputPump.h"
 #include "process/Pipe.h"
@@ -25,42 +26,14 @@ using Timeout = CommandExecuting::Timeout;
 constexpr Timeout shortestTimeout = 0.05s;
 /// Far beyond any use, and still representable on the clock.
 constexpr Timeout longestTimeout = 24h * 365;
-/// Between the polite and the final signal to a group.
-constexpr auto gracePeriod = 150ms;
-constexpr auto waitAfterGroupKill = 1s;
-constexpr auto waitAfterSingleSignal = 500ms;
 /// For output that is still on its way when the child has ended.
 constexpr auto settlingTime = 50ms;
-constexpr auto waitAtShutdown = 250ms;
 constexpr auto shutdownLimit = 500ms;
 
 OutputPump::Clock::time_point deadlineAfter(Timeout timeout) {
     // Written so that a NaN, too, becomes the shortest one.
     const Timeout bounded = timeout > shortestTimeout ? std::min(timeout, longestTimeout) : shortestTimeout;
     return OutputPump::Clock::now() + std::chrono::duration_cast<OutputPump::Clock::duration>(bounded);
-}
-
-/// Stopped first, so that it can start nothing more while its group is being ended.
-void endGroup(ChildProcess& child, OutputPump& pump) {
-    child.signal(SIGSTOP);
-    child.signalGroup(SIGTERM);
-    pump.pause(gracePeriod);
-    child.signalGroup(SIGKILL);
-    static_cast<void>(pump.waitForChild(OutputPump::Clock::now() + waitAfterGroupKill));
-}
-
-void endChildAlone(ChildProcess& child, OutputPump& pump) {
-    child.signal(SIGTERM);
-    if (pump.waitForChild(OutputPump::Clock::now() + waitAfterSingleSignal))
-        return;
-    child.signal(SIGKILL);
-    static_cast<void>(pump.waitForChild(OutputPump::Clock::now() + waitAfterSingleSignal));
-}
-
-void endAtOnce(ChildProcess& child, const ChildEndNotice& childEnd) {
-    child.signalGroup(SIGKILL);
-    child.signal(SIGKILL);
-    static_cast<void>(childEnd.wait(waitAtShutdown));
 }
 
 CommandResult launchFailure(std::string description) {
@@ -90,13 +63,13 @@ CommandResult runCommand(const std::string& executable, const std::vector<std::s
     const bool ended = pump.waitForChild(deadlineAfter(timeout));
     const bool timedOut = !ended && !pump.wasInterrupted();
     if (timedOut && child.ownsGroup())
-        endGroup(child, pump);
+        child_ending::endGroup(child, pump);
     else if (timedOut)
-        endChildAlone(child, pump);
+        child_ending::endAlone(child, pump);
     child.signalGroup(SIGTERM);
     pump.pause(settlingTime);
     if (pump.wasInterrupted())
-        endAtOnce(child, childEnd);
+        child_ending::endAtOnce(child, childEnd);
     pump.drain();
 
     CommandResult result;
