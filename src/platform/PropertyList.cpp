@@ -76,9 +76,8 @@ std::optional<std::string> propertyListString(const std::string& path, const std
     if (!dictionary)
         return std::nullopt;
     const plist_t item = ::plist_dict_get_item(dictionary.get(), key.c_str());
-    if (item == nullptr || ::plist_get_node_type(item) != PLIST_STRING)
-        return std::nullopt;
     std::uint64_t length = 0;
+    // Null for a missing item and for one of another kind.
     const char* text = ::plist_get_string_ptr(item, &length);
     if (text == nullptr)
         return std::nullopt;

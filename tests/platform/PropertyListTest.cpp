@@ -1,6 +1,7 @@
 #include "platform/PropertyList.h"
 
 #include "support/ChildProcess.h"
+#include "support/Processes.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -9,7 +10,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -20,6 +20,7 @@
 namespace zentrill {
 namespace {
 
+using test::contentOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -50,11 +51,6 @@ std::string binaryForm(const std::string& xml) {
     std::string binary(data, length);
     plist_to_bin_free(data);
     return binary;
-}
-
-std::string contentOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 /// A binary list of the objects as they stand, the first one on top; references and offsets take two bytes.
@@ -178,16 +174,21 @@ TEST_F(PropertyListTest, AFileBeyondSixteenMebibytesIsNotRead) {
 }
 
 TEST_F(PropertyListTest, AnXmlTreeTooDeepForTheStackIsRefusedAndKept) {
-    constexpr int depth = 500'000;
-    std::string deep = "<dict><key>K</key><string>v</string><key>L</key>";
-    for (int level = 0; level < depth; ++level)
-        deep += "<array>";
-    for (int level = 0; level < depth; ++level)
-        deep += "</array>";
-    const std::string path = folder.makeFile("deep.plist", xmlList(deep + "</dict>"));
-    EXPECT_EQ(propertyListString(path, "K"), std::nullopt);
-    EXPECT_FALSE(setPropertyListString(path, "K", "w"));
-    EXPECT_THAT(contentOf(path), HasSubstr("<array><array>"));
+    const auto nested = [](int depth) {
+        std::string body = "<dict><key>K</key><string>v</string><key>L</key>";
+        for (int level = 0; level < depth; ++level)
+            body += level % 2 == 0 ? "<array><!--</array>-->" : "<dict ><key>x</key>";
+        for (int level = depth; level-- > 0;)
+            body += level % 2 == 0 ? "</array>" : "</dict>";
+        return xmlList(body + "</dict>");
+    };
+    EXPECT_EQ(propertyListString(folder.makeFile("fits.plist", nested(1000)), "K"), "v");
+    for (const int depth : {1100, 500'000}) {
+        const std::string path = folder.makeFile("deep.plist", nested(depth));
+        EXPECT_EQ(propertyListString(path, "K"), std::nullopt) << depth;
+        EXPECT_FALSE(setPropertyListString(path, "K", "w")) << depth;
+        EXPECT_EQ(contentOf(path), nested(depth)) << depth;
+    }
 }
 
 TEST_F(PropertyListTest, AnXmlListWithTooManyEntriesIsRefused) {
