@@ -29,6 +29,7 @@ std::size_t hashOf(const AppInfo& app) {
 }
 
 TEST(AppInfo, TakesItsFieldsInTheOrderOfTheirDeclaration) {
+    // NOLINTNEXTLINE(modernize-use-designated-initializers): the order is what is tested
     const AppInfo app{
         "name", "display", "text", AppCategory::desktop, "icon", "via", {"d"}, {"u"}, {"c"}, {"r"},
         true,   false,     true};

@@ -55,13 +55,21 @@ void becomeOrdinaryUser() {
     require(::setuid(ordinaryUserId) == 0, "setuid");
 }
 
-void enterPrivateMountNamespace() {
 #ifdef __linux__
+
+void enterPrivateMountNamespace() {
     require(::unshare(CLONE_NEWNS) == 0, "unshare");
     require(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0, "mount");
-#else
-    throw std::runtime_error("this system has no mount namespaces");
-#endif
 }
+
+void mountMemoryDisk(const std::string& at, const std::string& options) {
+    require(::mount("none", at.c_str(), "tmpfs", 0, options.c_str()) == 0, "mount tmpfs");
+}
+
+void remountReadOnly(const std::string& at) {
+    require(::mount("none", at.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) == 0, "remount");
+}
+
+#endif
 
 } // namespace zentrill::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 namespace zentrill::test {
 
@@ -21,5 +22,12 @@ inline constexpr unsigned ordinaryUserId = 65534;
 
 /// From here on this process alone sees the mounts it makes, and they end with it. Throws if that fails.
 void enterPrivateMountNamespace();
+
+/// Mounts an empty file system in memory over the folder `at`, with mount options such as "size=16k". Throws
+/// if that fails; call it only in a mount namespace of the test's own.
+void mountMemoryDisk(const std::string& at, const std::string& options = {});
+
+/// Makes the file system mounted at `at` read-only. Throws if that fails.
+void remountReadOnly(const std::string& at);
 
 } // namespace zentrill::test
