@@ -33,7 +33,7 @@ std::string in(std::string_view store, std::string_view rest) {
 }
 
 std::vector<std::string> listed(const std::string& folder) {
-    return FileSystem::shared().entryNames(folder).value();
+    return FileSystem::shared().entryNames(folder).value_or(std::vector<std::string>());
 }
 
 std::vector<std::string> names(const std::vector<LocalModel>& models) {
