@@ -135,6 +135,9 @@ private:
 } // namespace
 
 std::optional<ManifestSizes> readManifestSizes(std::string_view manifest) {
+    // The parser takes a NUL for the end of the text, whatever follows; JSON has none.
+    if (manifest.find('\0') != std::string_view::npos)
+        return std::nullopt;
     ManifestEvents events;
     if (!nlohmann::json::sax_parse(manifest.begin(), manifest.end(), &events))
         return std::nullopt;
