@@ -84,7 +84,9 @@ public:
 
     [[nodiscard]] bool isBusy() const { return isBusy_; }
 
-    [[nodiscard]] QString operationDescription() const { return operationDescription_; }
+    [[nodiscard]] QString operationDescription() const {
+        return QString::fromStdString(operationDescription_);
+    }
 
     [[nodiscard]] bool preserveCredentials() const { return preserveCredentials_; }
 
@@ -171,22 +173,28 @@ Q_SIGNALS:
     void canCancelOperationChanged();
 
 private:
-    using Work = std::function<ResultAlert(const OperationContext&)>;
+    /// What an operation does to the controller at its end, on the main thread.
+    using Completion = std::function<void(UninstallerViewModel&)>;
+    /// What it does before, on the worker. An empty completion is for a controller that is gone.
+    using Body = std::function<Completion(const OperationContext&)>;
+    using AlertingBody = std::function<ResultAlert(const OperationContext&)>;
 
-    /// Stops the program when `operation` is called off the main thread.
-    void requireMainThread(const char* operation) const;
+    /// Stops the program with `message` when called off the main thread.
+    void requireMainThread(const char* message) const;
     bool beginOperation(const std::string& description, bool scanning, bool cancellable);
     void endOperation();
     void publishScan(ScanSnapshot snapshot, const std::optional<ResultAlert>& alert);
     void publishDocker(DockerAvailability availability);
     void showResult(const ResultAlert& alert);
-    void appendLogs(std::vector<std::string> messages);
+    void appendLogs(const std::vector<std::string>& messages);
 
-    /// Copies of everything that the body of the operation just begun may use.
     [[nodiscard]] OperationContext operationContext() const;
-    void submit(std::function<void(const OperationContext&)> body);
-    /// Submits `work`, then a rescan, and publishes both together.
-    void submitThenRescan(Work work);
+    /// Has the worker run `body` with copies of what it may use, and the main thread its completion. Neither
+    /// happens any more once this object is shut down.
+    void submit(Body body);
+    void submitThenRescan(AlertingBody body);
+    /// Scans on the calling thread; the completion publishes the findings and the alert together.
+    [[nodiscard]] static Completion rescan(const OperationContext& context, std::optional<ResultAlert> alert);
 
     template <typename Value>
     void assign(Value& property, Value value, void (UninstallerViewModel::*changed)());
@@ -198,7 +206,7 @@ private:
     std::deque<std::string> logs_;
     bool isScanning_ = false;
     bool isBusy_ = false;
-    QString operationDescription_;
+    std::string operationDescription_;
     bool preserveCredentials_ = true;
     bool showResultAlert_ = false;
     QString resultAlertTitle_;
