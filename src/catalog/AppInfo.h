@@ -2,6 +2,8 @@
 
 #include "catalog/AppCategory.h"
 
+#include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,7 +11,7 @@
 namespace zentrill {
 
 /// One catalog tool as listed: what it is, where it lives, what the last scan found, whether the user
-/// selected it. Equality is memberwise; to find the same tool in another list compare `id()`.
+/// selected it. Equality and hashing are memberwise; to find the same tool in another list compare `id()`.
 struct AppInfo {
     /// The catalog rule's name.
     std::string name;
@@ -37,3 +39,8 @@ struct AppInfo {
 };
 
 } // namespace zentrill
+
+template <>
+struct std::hash<zentrill::AppInfo> {
+    [[nodiscard]] std::size_t operator()(const zentrill::AppInfo& app) const;
+};

@@ -1,5 +1,7 @@
 #include "catalog/ApplicationDetectionRule.h"
 
+#include "platform/HashCombiner.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -14,3 +16,16 @@ std::vector<std::string> ApplicationDetectionRule::scanResidualDataPaths() const
 }
 
 } // namespace zentrill
+
+std::size_t std::hash<zentrill::ApplicationDetectionRule>::operator()(
+    const zentrill::ApplicationDetectionRule& rule) const {
+    return zentrill::HashCombiner()
+        .add(rule.name)
+        .add(rule.installedPaths)
+        .add(rule.residualDataPaths)
+        .add(rule.uninstallPaths)
+        .add(rule.credentialPaths)
+        .add(rule.processNames)
+        .add(rule.installedVia)
+        .value();
+}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,3 +31,9 @@ struct ApplicationDetectionRule {
 };
 
 } // namespace zentrill
+
+/// Memberwise, like the equality.
+template <>
+struct std::hash<zentrill::ApplicationDetectionRule> {
+    [[nodiscard]] std::size_t operator()(const zentrill::ApplicationDetectionRule& rule) const;
+};

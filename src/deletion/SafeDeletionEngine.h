@@ -2,6 +2,7 @@
 
 #include "deletion/CredentialMatcher.h"
 #include "deletion/DeletionReport.h"
+#include "platform/DirectoryHandle.h"
 #include "platform/FileSystem.h"
 
 #include <functional>
@@ -16,7 +17,7 @@ struct DeletionOptions {
     /// The Safety Shield: recognised credentials are kept.
     bool preserveCredentials = false;
     /// Absolute paths that count as credentials for this call, with everything inside them.
-    std::vector<std::string> explicitCredentialPaths;
+    std::vector<std::string> explicitCredentialPaths{};
     /// With the shield on, keep every file that is not a credential too ("uncertain data").
     bool preserveUnrecognized = false;
 };
@@ -24,19 +25,42 @@ struct DeletionOptions {
 /// The only component that removes files.
 ///
 ///     const DeletionReport report = engine.deleteItem(path, {.preserveCredentials = true});
+///
+/// A path reached through a symbolic link is refused, but for the system's own aliases (/tmp, /var, /etc);
+/// a link inside a tree is removed or kept as a link. Mount points are never entered. The root, the home
+/// folder and the folders around it are refused. It holds no mutable state: safe from any thread as long as
+/// `mayRemove` is.
 class SafeDeletionEngine {
 public:
-    /// Whether the item at this path may be removed. An item that it refuses is left without a word.
+    /// Whether the item at this path, in the form that reports use, may be removed. An item that it refuses
+    /// is left without a word, and so are what it holds and the folders above it.
     using DeletionPredicate = std::function<bool(const std::string& path)>;
 
     explicit SafeDeletionEngine(const FileSystem& fileManager = FileSystem::shared(),
                                 CredentialMatcher matcher = {}, DeletionPredicate mayRemove = {});
 
     /// Deletes the item at the absolute path `atPath`. A missing item gives an empty report.
+    ///
+    /// With the shield the report lists each item, contents before their folder; without it, `atPath` alone
+    /// as removed, or as one failure that names the first item that could not go. Either way everything that
+    /// can go does: a failure stops nothing but the removal of the folders above it.
     [[nodiscard]] DeletionReport deleteItem(const std::string& atPath, const DeletionOptions& options) const;
 
     /// Why the item at `path` must not be deleted, or nothing when it may be.
     [[nodiscard]] std::optional<std::string> deletionRefusal(const std::string& path) const;
+
+private:
+    [[nodiscard]] std::optional<std::string> unsafeSymlinkAncestor(const std::string& path) const;
+    [[nodiscard]] DeletionReport deleteWhole(const std::string& atPath, const std::string& standardized,
+                                             DirectoryHandle parent) const;
+    [[nodiscard]] DeletionReport deletePreservingCredentials(const std::string& atPath,
+                                                             const std::string& standardized,
+                                                             DirectoryHandle parent,
+                                                             const DeletionOptions& options) const;
+
+    const FileSystem* fileManager_;
+    CredentialMatcher matcher_;
+    DeletionPredicate mayRemove_;
 };
 
 } // namespace zentrill

@@ -20,4 +20,7 @@ struct DockerContainer {
     bool operator==(const DockerContainer&) const = default;
 };
 
+/// One line of the container listing; it is shown as it was read.
+using DockerRecord = DockerContainer;
+
 } // namespace zentrill

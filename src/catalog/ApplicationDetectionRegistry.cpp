@@ -1,0 +1,25 @@
+#include "catalog/ApplicationDetectionRegistry.h"
+
+#include "catalog/ApplicationDetectionCatalog.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+
+namespace zentrill {
+
+const std::vector<ApplicationDetectionRule>& ApplicationDetectionRegistry::rules() {
+    static const std::vector<ApplicationDetectionRule> catalog = applicationDetectionCatalog();
+    return catalog;
+}
+
+const ApplicationDetectionRule& ApplicationDetectionRegistry::rule(std::string_view named) {
+    const auto found = std::ranges::find(rules(), named, &ApplicationDetectionRule::name);
+    if (found == rules().end()) {
+        std::cerr << "Zentrill: no detection rule is named \"" << named << "\".\n";
+        std::abort();
+    }
+    return *found;
+}
+
+} // namespace zentrill

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "catalog/ApplicationDetectionRule.h"
+
+#include <string_view>
+#include <vector>
+
+namespace zentrill {
+
+/// Looks up the rules of the known tools. Safe from any thread.
+class ApplicationDetectionRegistry {
+public:
+    ApplicationDetectionRegistry() = delete;
+
+    /// The whole catalog in its own order, built on first use and never changed.
+    [[nodiscard]] static const std::vector<ApplicationDetectionRule>& rules();
+
+    /// The rule of exactly that name. An unknown name is a programming error: it stops the program.
+    [[nodiscard]] static const ApplicationDetectionRule& rule(std::string_view named);
+};
+
+} // namespace zentrill

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace zentrill {
+
+/// What the controller asks of the program around it. The defaults are the running program's own; a test
+/// replaces every one that would end or change the test's process.
+struct ApplicationHooks {
+    /// The bundle to remove in a self-uninstall: an absolute path, "….app" for an installed program.
+    std::function<std::string()> bundleLocation;
+    /// Main thread, before a self-uninstall: from now on no window may save its frame.
+    std::function<void()> forgetWindowState;
+    /// Main thread, after a successful self-uninstall. Ends the process at once; nothing may be saved.
+    std::function<void()> exitProcess;
+    /// Main thread, on closing: ends every child program that still runs, so that the worker gets free.
+    std::function<void()> endCommands;
+
+    /// The hooks of the real program, without any window.
+    [[nodiscard]] static ApplicationHooks ofThisProgram();
+};
+
+} // namespace zentrill

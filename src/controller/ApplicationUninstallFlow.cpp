@@ -1,0 +1,115 @@
+#include "controller/ApplicationUninstallFlow.h"
+
+#include "catalog/ApplicationDetectionRegistry.h"
+#include "catalog/InstallationDetector.h"
+#include "controller/HomePathExpander.h"
+#include "deletion/ApplicationUninstallNotice.h"
+#include "deletion/ApplicationUninstallService.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <string_view>
+#include <utility>
+
+namespace zentrill {
+
+namespace {
+
+/// The one tool that its package manager has to let go of before its files do.
+constexpr std::string_view npmInstalledName = "Claude Code";
+constexpr CommandExecuting::Timeout npmTimeout{45.0};
+/// Also the service's word for an uninstall that stopped between two steps.
+constexpr std::string_view cancelledMessage = "Operation cancelled.";
+
+/// What the services said of all applications so far.
+struct Tally {
+    std::size_t appCount = 0;
+    std::size_t removedCount = 0;
+    std::map<std::string, std::vector<std::string>> remainingData;
+    std::vector<std::string> failures;
+
+    [[nodiscard]] bool saysCancelled() const {
+        return std::ranges::find(failures, cancelledMessage) != failures.end();
+    }
+
+    void add(const std::string& name, ApplicationUninstallResult result) {
+        ++appCount;
+        removedCount += result.deletionReport.removed.size();
+        if (!result.remainingDataPaths.empty())
+            remainingData[name] = std::move(result.remainingDataPaths);
+        std::ranges::move(result.deletionReport.failures, std::back_inserter(failures));
+    }
+
+    /// Tools share folders: what one had to leave, the next may have removed.
+    void dropWhatIsGone(const InstallationDetector& detector) {
+        for (auto& [name, paths] : remainingData)
+            paths = detector.existingPaths(std::move(paths));
+        std::erase_if(remainingData, [](const auto& entry) { return entry.second.empty(); });
+    }
+
+    [[nodiscard]] std::int64_t remainingPathCount() const {
+        std::size_t count = 0;
+        for (const auto& [name, paths] : remainingData)
+            count += paths.size();
+        return static_cast<std::int64_t>(count);
+    }
+};
+
+void removeNpmPackage(const OperationContext& context, const AppInfo& app) {
+    context.log("Running 'npm uninstall -g @anthropic-ai/claude-code'...");
+    const CommandResult result = context.commandRunner->run(
+        "/usr/bin/env", {"npm", "uninstall", "-g", "@anthropic-ai/claude-code"}, npmTimeout);
+    if (!result.succeeded())
+        context.log(app.name + " package cleanup: " + result.diagnostic());
+}
+
+ApplicationUninstallResult uninstall(const OperationContext& context, const AppInfo& app,
+                                     bool preserveCredentials) {
+    context.log("Uninstalling: " + app.name);
+    if (app.name == npmInstalledName)
+        removeNpmPackage(context, app);
+    const ApplicationUninstallService service(
+        context.deletionEngine, InstallationDetector(),
+        ApplicationUninstallService::liveProcessAliveChecker(context.commandRunner));
+    ApplicationUninstallResult result =
+        service.uninstall(ApplicationDetectionRegistry::rule(app.name), preserveCredentials,
+                          homePathExpander(), context.isCancelled);
+    for (const std::string& path : result.deletionReport.preserved)
+        context.log("[Safety Shield] Preserved: " + path);
+    return result;
+}
+
+} // namespace
+
+std::vector<AppInfo> uninstallTargets(const std::vector<AppInfo>& apps) {
+    std::vector<AppInfo> targets;
+    std::ranges::copy_if(apps, std::back_inserter(targets),
+                         [](const AppInfo& app) { return app.isDetected && app.isSelected; });
+    return targets;
+}
+
+ResultAlert uninstallApps(const OperationContext& context, const std::vector<AppInfo>& targets,
+                          bool preserveCredentials) {
+    Tally tally;
+    for (const AppInfo& app : targets) {
+        if (context.isAbandoned() || context.isCancelled())
+            break;
+        tally.add(app.name, uninstall(context, app, preserveCredentials));
+    }
+    // Applications that were never begun are missing from the results, so the report has to say why.
+    if (tally.appCount < targets.size() && !tally.saysCancelled())
+        tally.failures.emplace_back(cancelledMessage);
+    if (tally.saysCancelled())
+        context.log(std::string(cancelledMessage));
+    tally.dropWhatIsGone(InstallationDetector());
+
+    const ApplicationUninstallNotice notice(tally.removedCount, tally.appCount, tally.remainingData,
+                                            tally.failures);
+    return {.title = notice.title,
+            .message = notice.message,
+            .outcome = applicationOutcome(tally.failures, tally.remainingData),
+            .retainedPathCount = tally.remainingPathCount()};
+}
+
+} // namespace zentrill

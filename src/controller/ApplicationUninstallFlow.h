@@ -1,0 +1,19 @@
+#pragma once
+
+#include "catalog/AppInfo.h"
+#include "controller/OperationContext.h"
+#include "controller/ResultAlert.h"
+
+#include <vector>
+
+namespace zentrill {
+
+/// The applications of `apps` that an uninstall of the selection is about: detected and selected.
+[[nodiscard]] std::vector<AppInfo> uninstallTargets(const std::vector<AppInfo>& apps);
+
+/// Uninstalls `targets` one after the other, until the user cancels, and sums up what came of it. Logs every
+/// step and every path that the Safety Shield (`preserveCredentials`) kept. Runs on the worker.
+[[nodiscard]] ResultAlert uninstallApps(const OperationContext& context, const std::vector<AppInfo>& targets,
+                                        bool preserveCredentials);
+
+} // namespace zentrill

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <thread>
+
+namespace zentrill {
+
+/// Runs jobs one at a time, in order, on one background thread.
+class OperationQueue {
+public:
+    using Job = std::function<void()>;
+
+    static constexpr std::string_view label = "com.zentrill.operations";
+
+    OperationQueue();
+    /// Without a `stop` before, drops the waiting jobs and waits for the running one, however long.
+    ~OperationQueue();
+
+    OperationQueue(const OperationQueue&) = delete;
+    OperationQueue& operator=(const OperationQueue&) = delete;
+    OperationQueue(OperationQueue&&) = delete;
+    OperationQueue& operator=(OperationQueue&&) = delete;
+
+    /// From any thread; after `stop` the job is dropped.
+    void submit(Job job);
+
+    /// Drops the waiting jobs and gives the running one `patience` to end. Returns whether the worker has
+    /// ended; if not, it is left to itself, holding only what its job holds.
+    bool stop(std::chrono::milliseconds patience);
+
+private:
+    struct State;
+
+    static void work(State& state);
+    void dropWaiting();
+
+    /// Shared with the thread, which may outlive the queue.
+    std::shared_ptr<State> state_;
+    std::thread worker_;
+};
+
+} // namespace zentrill

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "catalog/ApplicationDetectionRule.h"
+#include "catalog/InstallationDetector.h"
+#include "catalog/PathExpander.h"
+#include "deletion/ApplicationUninstallResult.h"
+#include "deletion/SafeDeletionEngine.h"
+#include "process/CommandExecuting.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zentrill {
+
+/// Removes one catalogued tool: refuses while it runs, deletes what its rule lists, then looks at what is
+/// left. Holds no state between calls.
+///
+///     const auto result = ApplicationUninstallService(engine).uninstall(rule, true, expandHome, cancelled);
+class ApplicationUninstallService {
+public:
+    /// Whether any process of these names runs.
+    using ProcessAliveChecker = std::function<bool(const std::vector<std::string>& processNames)>;
+
+    /// Whether the user has cancelled.
+    using CancellationCheck = std::function<bool()>;
+
+    explicit ApplicationUninstallService(
+        std::shared_ptr<const SafeDeletionEngine> deletion = std::make_shared<const SafeDeletionEngine>(),
+        InstallationDetector detector = InstallationDetector(),
+        ProcessAliveChecker processAliveChecker = liveProcessAliveChecker());
+
+    /// Looks for the names anywhere in the process listing, letter by letter: a process whose arguments
+    /// merely mention a name counts, for a refusal too many costs less than one too few. No names, no
+    /// listing. A listing that fails counts as empty.
+    [[nodiscard]] static ProcessAliveChecker
+    liveProcessAliveChecker(std::shared_ptr<CommandExecuting> commands);
+
+    /// The same over the system's own process listing.
+    [[nodiscard]] static ProcessAliveChecker liveProcessAliveChecker();
+
+    /// `preserveCredentials` is the Safety Shield. With it on, data folders keep every file that is not
+    /// recognised as safe to delete; executables and bundles lose all but credentials. `cancellation` is
+    /// asked before each entry of the rule. Problems are told in the report's failures.
+    [[nodiscard]] ApplicationUninstallResult uninstall(
+        const ApplicationDetectionRule& rule, bool preserveCredentials, const PathExpander& pathExpander,
+        const CancellationCheck& cancellation = [] { return false; }) const;
+
+private:
+    [[nodiscard]] DeletionReport deleteEntries(const ApplicationDetectionRule& rule, bool preserveCredentials,
+                                               const PathExpander& pathExpander,
+                                               const CancellationCheck& cancellation) const;
+
+    std::shared_ptr<const SafeDeletionEngine> deletion_;
+    InstallationDetector detector_;
+    ProcessAliveChecker processAliveChecker_;
+};
+
+} // namespace zentrill

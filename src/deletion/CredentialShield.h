@@ -1,0 +1,36 @@
+#pragma once
+
+#include "deletion/CredentialMatcher.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zentrill {
+
+/// What counts as a credential during one deletion: what the matcher recognises, and the paths that the
+/// caller named, with everything inside them.
+class CredentialShield {
+public:
+    /// `explicitCredentials` are absolute; any other entry protects nothing.
+    CredentialShield(const CredentialMatcher& matcher, const std::vector<std::string>& explicitCredentials);
+
+    [[nodiscard]] bool isProtected(std::string_view path) const;
+
+    /// Names of the items directly inside `folder`, standardized, that the caller named as credentials.
+    [[nodiscard]] std::vector<std::string_view> explicitNames(std::string_view folder) const;
+
+    [[nodiscard]] bool hasExplicitCredentials() const noexcept { return !explicit_.empty(); }
+
+    /// `isProtected` for the item `name` of a folder that is itself not protected and whose `explicitNames`
+    /// are at hand.
+    [[nodiscard]] bool isProtectedName(std::string_view name,
+                                       const std::vector<std::string_view>& explicitNames) const;
+
+private:
+    const CredentialMatcher& matcher_;
+    /// Standardized and alias-normalized.
+    std::vector<std::string> explicit_;
+};
+
+} // namespace zentrill

@@ -1,0 +1,114 @@
+#include "deletion/SafeDeletionEngine.h"
+
+#include "deletion/CredentialShield.h"
+#include "deletion/DeletionWalk.h"
+#include "deletion/ParentFolder.h"
+#include "deletion/PathAliases.h"
+#include "deletion/UndeletableFolders.h"
+#include "platform/Paths.h"
+#include "platform/SystemError.h"
+
+#include <cerrno>
+#include <string_view>
+#include <utility>
+
+namespace zentrill {
+
+namespace {
+
+std::string symlinkRefusal(const std::string& ancestor) {
+    return "Refusing to traverse symlink ancestor: " + ancestor;
+}
+
+/// Whether no item can exist at a path whose ancestors could not be opened.
+bool meansMissing(int error) {
+    return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
+}
+
+DeletionReport failureReport(std::string message) {
+    DeletionReport report;
+    report.failures.push_back(std::move(message));
+    return report;
+}
+
+} // namespace
+
+SafeDeletionEngine::SafeDeletionEngine(const FileSystem& fileManager, CredentialMatcher matcher,
+                                       DeletionPredicate mayRemove)
+    : fileManager_(&fileManager), matcher_(std::move(matcher)), mayRemove_(std::move(mayRemove)) {}
+
+DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
+                                              const DeletionOptions& options) const {
+    if (std::optional<std::string> refusal = deletionRefusal(atPath))
+        return failureReport(std::move(*refusal));
+    if (atPath.find('\0') != std::string::npos)
+        return {}; // No name holds a NUL, and the system would end the path there.
+    const std::string standardized = paths::standardized(atPath);
+    ParentFolder parent = ParentFolder::open(standardized);
+    if (parent.unsafeAncestor)
+        return failureReport(symlinkRefusal(*parent.unsafeAncestor));
+    EntryKind kind{};
+    FileIdentity identity;
+    const int error =
+        parent.error != 0 ? parent.error : parent.handle.lookUp(parent.name.c_str(), kind, identity);
+    if (meansMissing(error))
+        return {};
+    if (error != 0)
+        return failureReport(atPath + ": " + systemDescription(error));
+    if (UndeletableFolders().contains(identity))
+        return failureReport("Refusing to delete a folder that is or holds the home folder: " + atPath);
+    return options.preserveCredentials
+               ? deletePreservingCredentials(atPath, standardized, std::move(parent.handle), options)
+               : deleteWhole(atPath, standardized, std::move(parent.handle));
+}
+
+std::optional<std::string> SafeDeletionEngine::deletionRefusal(const std::string& path) const {
+    if (!path.starts_with('/'))
+        return "Refusing to delete a path that is not absolute: " + path;
+    const std::string standardized = paths::standardized(path);
+    if (std::optional<std::string> refusal = UndeletableFolders().refusal(standardized))
+        return refusal;
+    if (const std::optional<std::string> ancestor = unsafeSymlinkAncestor(standardized))
+        return symlinkRefusal(*ancestor);
+    return std::nullopt;
+}
+
+/// The first link on the way to the standardized `path` that is no system alias.
+std::optional<std::string> SafeDeletionEngine::unsafeSymlinkAncestor(const std::string& path) const {
+    for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
+        std::string ancestor = path.substr(0, end);
+        const std::optional<std::string> destination = fileManager_->symbolicLinkDestination(ancestor);
+        if (destination && !isSystemAlias(ancestor, *destination))
+            return ancestor;
+    }
+    return std::nullopt;
+}
+
+DeletionReport SafeDeletionEngine::deleteWhole(const std::string& atPath, const std::string& standardized,
+                                               DirectoryHandle parent) const {
+    DeletionWalk walk({.mayRemove = mayRemove_}, atPath, standardized, std::move(parent));
+    const DeletionWalk::Outcome outcome = walk.run();
+    if (outcome.firstFailure) {
+        std::string line = atPath + ": " + systemDescription(outcome.firstFailure->error);
+        if (outcome.firstFailure->path != atPath)
+            line += " (at " + outcome.firstFailure->path + ")";
+        return failureReport(std::move(line));
+    }
+    DeletionReport report;
+    if (!outcome.left && outcome.removedCount > 0)
+        report.removed.push_back(atPath);
+    return report;
+}
+
+DeletionReport SafeDeletionEngine::deletePreservingCredentials(const std::string& atPath,
+                                                               const std::string& standardized,
+                                                               DirectoryHandle parent,
+                                                               const DeletionOptions& options) const {
+    const CredentialShield shield(matcher_, options.explicitCredentialPaths);
+    DeletionWalk walk(
+        {.shield = &shield, .preserveUnrecognized = options.preserveUnrecognized, .mayRemove = mayRemove_},
+        atPath, standardized, std::move(parent));
+    return walk.run().report;
+}
+
+} // namespace zentrill

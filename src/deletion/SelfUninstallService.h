@@ -1,0 +1,53 @@
+#pragma once
+
+#include "deletion/SafeDeletionEngine.h"
+#include "deletion/SelfUninstallResult.h"
+#include "platform/FileSystem.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zentrill {
+
+/// Removes the program itself: first its per-user data, then its bundle, once everything about both has been
+/// found in order. All locations are absolute paths. Holds no state between calls.
+class SelfUninstallService {
+public:
+    static constexpr const char* defaultBundleIdentifier = "com.user.Zentrill";
+
+    /// Without `allowedApplicationDirectories` the bundle may stand in /Applications or in the home folder's
+    /// Applications; without `deletion` a new engine over `fileManager` is used. `fileManager` must outlive
+    /// the service.
+    explicit SelfUninstallService(
+        std::string expectedBundleIdentifier = defaultBundleIdentifier,
+        std::optional<std::vector<std::string>> allowedApplicationDirectories = std::nullopt,
+        const FileSystem& fileManager = FileSystem::shared(),
+        std::shared_ptr<const SafeDeletionEngine> deletion = nullptr);
+
+    /// Where the program keeps data in that home folder: preferences, caches, application support, logs,
+    /// saved window state.
+    [[nodiscard]] std::vector<std::string> ownedDataURLs(const std::string& homeDirectory) const;
+
+    /// Removes nothing unless everything can go. When data cannot be removed after all, the bundle stays, so
+    /// that there is still a program to try again with.
+    [[nodiscard]] SelfUninstallResult uninstall(const std::string& bundleURL,
+                                                const std::string& homeDirectory) const;
+
+private:
+    [[nodiscard]] std::vector<std::string> validate(const std::string& bundleURL,
+                                                    const std::vector<std::string>& dataURLs) const;
+    void validateBundle(const std::string& bundleURL, std::vector<std::string>& messages) const;
+    void validateData(const std::string& dataURL, std::vector<std::string>& messages) const;
+    [[nodiscard]] std::vector<std::string> existingPaths(const std::vector<std::string>& paths) const;
+    [[nodiscard]] bool itemExistsWithoutFollowingSymlink(const std::string& path) const;
+    [[nodiscard]] std::optional<std::string> nearestExistingParent(std::string path) const;
+
+    std::string expectedBundleIdentifier_;
+    std::vector<std::string> allowedApplicationDirectories_;
+    const FileSystem* fileManager_;
+    std::shared_ptr<const SafeDeletionEngine> deletion_;
+};
+
+} // namespace zentrill

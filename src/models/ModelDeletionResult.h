@@ -1,0 +1,21 @@
+#pragma once
+
+#include "deletion/DeletionReport.h"
+
+#include <string>
+
+namespace zentrill {
+
+/// What came of deleting one local model.
+struct ModelDeletionResult {
+    /// True only when the model is gone and nothing failed.
+    bool succeeded = false;
+    /// One sentence for the user and the activity log.
+    std::string message{};
+    /// What the deletion engine did; empty when it was not called.
+    DeletionReport deletionReport{};
+
+    bool operator==(const ModelDeletionResult&) const = default;
+};
+
+} // namespace zentrill

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "deletion/SafeDeletionEngine.h"
+#include "models/ModelDeletionResult.h"
+#include "process/CommandExecuting.h"
+#include "process/ShellCommandRunner.h"
+
+#include <memory>
+#include <string>
+
+namespace zentrill {
+
+/// Deletes one local model that a scan has listed. Ollama's models go through Ollama's own tool, which knows
+/// the blobs that they share; all others are a file or a folder of their own.
+///
+///     const ModelDeletionResult result =
+///         ModelDeletionService().deleteModel(model.name, model.source, model.path);
+class ModelDeletionService final {
+public:
+    /// How long `ollama rm` may take.
+    static constexpr CommandExecuting::Timeout ollamaTimeout{30.0};
+
+    explicit ModelDeletionService(
+        std::shared_ptr<CommandExecuting> commands = std::make_shared<ShellCommandRunner>(),
+        SafeDeletionEngine deletion = SafeDeletionEngine());
+
+    /// Blocks until the model is gone or its deletion failed. `source` as the scan labelled it: only exactly
+    /// "Ollama" means Ollama's tool. When that tool fails, nothing else is deleted.
+    [[nodiscard]] ModelDeletionResult deleteModel(const std::string& name, const std::string& source,
+                                                  const std::string& path) const;
+
+private:
+    [[nodiscard]] ModelDeletionResult deleteOllamaModel(const std::string& name,
+                                                        const std::string& manifestPath) const;
+    [[nodiscard]] ModelDeletionResult deleteFiles(const std::string& name, const std::string& path) const;
+
+    std::shared_ptr<CommandExecuting> commands_;
+    SafeDeletionEngine deletion_;
+};
+
+} // namespace zentrill

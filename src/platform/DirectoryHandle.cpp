@@ -1,0 +1,247 @@
+#include "platform/DirectoryHandle.h"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#ifdef __linux__
+#include <linux/openat2.h>
+
+#include <sys/syscall.h>
+#endif
+
+namespace zentrill {
+
+namespace {
+
+#ifdef __linux__
+constexpr int searchOnly = O_PATH;
+#else
+constexpr int searchOnly = O_SEARCH;
+#endif
+constexpr int directoryFlags = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+
+/// Runs a system call again for as long as a signal interrupts it.
+template <typename Call>
+auto uninterrupted(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+int errorOf(int result) {
+    return result < 0 ? errno : 0;
+}
+
+EntryKind kindFromType(unsigned char type) {
+    if (type == DT_UNKNOWN)
+        return EntryKind::unknown;
+    return type == DT_DIR ? EntryKind::directory : EntryKind::other;
+}
+
+bool isDotOrDotDot(std::string_view name) {
+    return name == "." || name == "..";
+}
+
+#ifdef __linux__
+
+/// Whether the open directory is the place where a file system is mounted; nothing if the kernel cannot say.
+std::optional<bool> isMountRoot(int descriptor) {
+    struct statx status{};
+    if (::statx(descriptor, "", AT_EMPTY_PATH | AT_NO_AUTOMOUNT, STATX_INO, &status) != 0 ||
+        (status.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) == 0)
+        return std::nullopt;
+    return (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+}
+
+/// Opens without stepping over a mount point, so that a server that no longer answers is never asked. A bind
+/// mount counts, though its device number is that of the directory around it.
+int openWithinMount(int directory, const char* name) {
+    open_how how{};
+    how.flags = static_cast<decltype(how.flags)>(O_RDONLY | directoryFlags);
+    how.resolve = RESOLVE_NO_XDEV;
+    return static_cast<int>(::syscall(SYS_openat2, directory, name, &how, sizeof how));
+}
+
+bool isUnavailable(int error) {
+    // Sandboxes refuse calls that they do not know with either.
+    return error == ENOSYS || error == EPERM;
+}
+
+#else
+
+std::optional<bool> isMountRoot(int) {
+    return std::nullopt;
+}
+
+int openWithinMount(int, const char*) {
+    errno = ENOSYS;
+    return -1;
+}
+
+bool isUnavailable(int error) {
+    return error == ENOSYS;
+}
+
+struct DirectoryCloser {
+    void operator()(DIR* directory) const noexcept { ::closedir(directory); }
+};
+
+#endif
+
+} // namespace
+
+int DirectoryHandle::openRoot(DirectoryHandle& opened) {
+    opened.descriptor_ =
+        FileDescriptor(uninterrupted([] { return ::open("/", searchOnly | directoryFlags); }));
+    return errorOf(opened.descriptor_.get());
+}
+
+int DirectoryHandle::openForSearch(const char* name, DirectoryHandle& opened) const {
+    FileDescriptor descriptor(
+        uninterrupted([&] { return ::openat(descriptor_.get(), name, searchOnly | directoryFlags); }));
+    const int error = errorOf(descriptor.get());
+    if (error == 0)
+        opened.descriptor_ = std::move(descriptor);
+    return error;
+}
+
+int DirectoryHandle::openChild(const char* name, DirectoryHandle& opened) const {
+    FileDescriptor descriptor(uninterrupted([&] { return openWithinMount(descriptor_.get(), name); }));
+    int error = errorOf(descriptor.get());
+    const bool mountChecked = error == 0;
+    if (isUnavailable(error)) {
+        descriptor = FileDescriptor(
+            uninterrupted([&] { return ::openat(descriptor_.get(), name, O_RDONLY | directoryFlags); }));
+        error = errorOf(descriptor.get());
+    }
+    if (error != 0)
+        return error;
+    opened.descriptor_ = std::move(descriptor);
+    error = opened.rememberIdentity();
+    if (error != 0 || mountChecked)
+        return error;
+    struct stat own{};
+    if (::fstat(descriptor_.get(), &own) != 0)
+        return errno;
+    const bool crossed =
+        isMountRoot(opened.descriptor_.get()).value_or(own.st_dev != opened.identity_.device);
+    return crossed ? EXDEV : 0;
+}
+
+int DirectoryHandle::openParent(DirectoryHandle& opened) const {
+    opened.descriptor_ = FileDescriptor(
+        uninterrupted([&] { return ::openat(descriptor_.get(), "..", O_RDONLY | directoryFlags); }));
+    return opened.descriptor_ ? opened.rememberIdentity() : errno;
+}
+
+int DirectoryHandle::lookUp(const char* name, EntryKind& kind, FileIdentity& identity) const {
+    struct stat status{};
+    if (uninterrupted([&] { return ::fstatat(descriptor_.get(), name, &status, AT_SYMLINK_NOFOLLOW); }) != 0)
+        return errno;
+    kind = S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::other;
+    identity = {status.st_dev, status.st_ino};
+    return 0;
+}
+
+std::optional<std::string> DirectoryHandle::linkDestination(const char* name) const {
+    std::array<char, PATH_MAX> target{};
+    const ssize_t length = ::readlinkat(descriptor_.get(), name, target.data(), target.size());
+    if (length < 0)
+        return std::nullopt;
+    return std::string(target.data(), static_cast<std::size_t>(length));
+}
+
+int DirectoryHandle::removeFile(const char* name) const {
+    return errorOf(uninterrupted([&] { return ::unlinkat(descriptor_.get(), name, 0); }));
+}
+
+int DirectoryHandle::removeDirectory(const char* name) const {
+    return errorOf(uninterrupted([&] { return ::unlinkat(descriptor_.get(), name, AT_REMOVEDIR); }));
+}
+
+int DirectoryHandle::rewind() const {
+    return ::lseek(descriptor_.get(), 0, SEEK_SET) < 0 ? errno : 0;
+}
+
+int DirectoryHandle::rememberIdentity() {
+    struct stat status{};
+    if (::fstat(descriptor_.get(), &status) != 0)
+        return errno;
+    identity_ = {status.st_dev, status.st_ino};
+    return 0;
+}
+
+#ifdef __linux__
+
+int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t nameBytesLimit, bool& atEnd) const {
+    // Not on the stack, which may be small, and not made anew for each of a million folders.
+    constexpr std::size_t blockSize = 65536;
+    thread_local std::vector<char> block(blockSize);
+    atEnd = false;
+    while (listing.nameBytes() < nameBytesLimit) {
+        const ssize_t length =
+            uninterrupted([&] { return ::getdents64(descriptor_.get(), block.data(), block.size()); });
+        if (length < 0)
+            return errno;
+        if (length == 0) {
+            atEnd = true;
+            return 0;
+        }
+        for (std::size_t offset = 0; offset < static_cast<std::size_t>(length);) {
+            const char* record = block.data() + offset;
+            decltype(dirent64::d_reclen) recordLength = 0;
+            decltype(dirent64::d_ino) inode = 0;
+            std::memcpy(&recordLength, record + offsetof(dirent64, d_reclen), sizeof recordLength);
+            std::memcpy(&inode, record + offsetof(dirent64, d_ino), sizeof inode);
+            const std::string_view name(record + offsetof(dirent64, d_name));
+            if (!isDotOrDotDot(name)) {
+                const auto type = static_cast<unsigned char>(record[offsetof(dirent64, d_type)]);
+                listing.add(name, inode, kindFromType(type));
+            }
+            offset += recordLength;
+        }
+    }
+    return 0;
+}
+
+#else
+
+// Reads the whole directory at once: a stream that goes on after removals is promised nowhere else.
+int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t, bool& atEnd) const {
+    atEnd = false;
+    FileDescriptor copy(::openat(descriptor_.get(), ".", O_RDONLY | directoryFlags));
+    if (!copy)
+        return errno;
+    const std::unique_ptr<DIR, DirectoryCloser> stream(::fdopendir(copy.get()));
+    if (!stream)
+        return errno;
+    (void)copy.release();
+    while (true) {
+        errno = 0;
+        const dirent* entry = ::readdir(stream.get());
+        if (entry == nullptr)
+            break;
+        const std::string_view name(static_cast<const char*>(entry->d_name));
+        if (!isDotOrDotDot(name))
+            listing.add(name, entry->d_ino, kindFromType(entry->d_type));
+    }
+    atEnd = errno == 0;
+    return errno;
+}
+
+#endif
+
+} // namespace zentrill

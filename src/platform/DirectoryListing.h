@@ -1,0 +1,62 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace zentrill {
+
+/// What a directory says about an entry without looking the entry itself up.
+enum class EntryKind : std::uint8_t {
+    /// The file system does not tell.
+    unknown,
+    directory,
+    /// Anything that is no directory: a file, a link, a pipe, a device.
+    other,
+};
+
+/// A batch of a directory's entries. The names lie end to end in one block, so that a batch of any size
+/// costs two allocations and a cleared one none.
+class DirectoryListing {
+public:
+    [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
+
+    /// What the names take up, in bytes.
+    [[nodiscard]] std::size_t nameBytes() const noexcept { return names_.size(); }
+
+    /// The name as the directory spells it; valid until the listing changes or goes.
+    [[nodiscard]] const char* name(std::size_t index) const { return &names_[entries_[index].nameOffset]; }
+
+    [[nodiscard]] EntryKind kind(std::size_t index) const { return entries_[index].kind; }
+
+    void clear() noexcept {
+        entries_.clear();
+        names_.clear();
+    }
+
+    void add(std::string_view name, std::uint64_t inode, EntryKind kind) {
+        entries_.push_back({inode, names_.size(), kind});
+        names_.insert(names_.end(), name.begin(), name.end());
+        names_.push_back('\0');
+    }
+
+    /// Puts the entries from `first` on into the order of their inode numbers.
+    void sortByInode(std::size_t first) {
+        std::sort(entries_.begin() + static_cast<std::ptrdiff_t>(first), entries_.end(),
+                  [](const Entry& a, const Entry& b) { return a.inode < b.inode; });
+    }
+
+private:
+    struct Entry {
+        std::uint64_t inode;
+        std::size_t nameOffset;
+        EntryKind kind;
+    };
+
+    std::vector<Entry> entries_;
+    std::vector<char> names_;
+};
+
+} // namespace zentrill

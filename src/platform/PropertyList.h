@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+/// Single values of property list files, the dictionaries in which bundles describe themselves and programs
+/// keep their settings. Keys and values are UTF-8 texts.
+namespace zentrill {
+
+/// The string under `key` in the dictionary of the file at `path`, which may be in XML or binary form.
+/// Nothing when the file is missing, unreadable, no regular file, larger than 16 MiB, nested or cross-linked
+/// beyond reason or no dictionary, or when the key is missing or holds something else. Never blocks.
+[[nodiscard]] std::optional<std::string> propertyListString(const std::string& path, const std::string& key);
+
+/// Puts `value` under `key`, keeps all other keys, and writes the file as XML in one step, readable by its
+/// owner alone. A missing file is made, with its parent folders; one that holds no dictionary is replaced.
+/// False when nothing was written: the disk refused, or what stands at `path` is a link, no regular file,
+/// unreadable or beyond the limits above and so might lose more than a broken file can.
+[[nodiscard]] bool setPropertyListString(const std::string& path, const std::string& key,
+                                         const std::string& value);
+
+} // namespace zentrill

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace zentrill {
+
+/// What one output stream of a command has delivered so far. Keeps the first `limit` bytes and drops the
+/// rest, so that a command gone wild cannot take the memory. Used by one thread.
+class DataBox {
+public:
+    /// Far above what any of the programs prints, far below what a desktop machine would miss.
+    static constexpr std::size_t defaultLimit = std::size_t{64} * 1024 * 1024;
+
+    explicit DataBox(std::size_t limit = defaultLimit) noexcept : limit_(limit) {}
+
+    void append(std::string_view bytes);
+
+    /// The text, leaving the box empty: nothing at all if the bytes are not UTF-8. Where the limit cut a
+    /// character in two, its first half is dropped as well.
+    [[nodiscard]] std::string takeText();
+
+private:
+    std::size_t limit_;
+    std::string bytes_;
+    bool cut_ = false;
+};
+
+} // namespace zentrill

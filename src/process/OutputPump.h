@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/FileDescriptor.h"
+#include "process/DataBox.h"
+
+#include <array>
+#include <chrono>
+#include <string>
+
+namespace zentrill {
+
+/// The poll loop of one command: reads both of its pipes for as long as its owner waits for something, so
+/// that the command never blocks on a full pipe.
+class OutputPump {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    /// Owns the reading ends, which must not block. `childEnd` and `interruption` are descriptors that become
+    /// readable when the child has ended and when everything is to be given up.
+    OutputPump(FileDescriptor output, FileDescriptor errorOutput, int childEnd, int interruption) noexcept;
+
+    /// Reads until the child has ended (true) or the deadline has passed or the interruption came (false).
+    /// Processes that the child left behind may hold the pipes open; they are not waited for.
+    [[nodiscard]] bool waitForChild(Clock::time_point deadline);
+
+    /// Reads for all of the time, unless interrupted.
+    void pause(Clock::duration time);
+
+    [[nodiscard]] bool wasInterrupted() const noexcept { return interrupted_; }
+
+    /// Takes what is in the pipes at this moment, standard output first, and closes them.
+    void drain();
+
+    [[nodiscard]] std::string takeOutput() { return output_.box.takeText(); }
+
+    [[nodiscard]] std::string takeErrorOutput() { return errorOutput_.box.takeText(); }
+
+private:
+    struct Stream {
+        FileDescriptor pipe;
+        DataBox box;
+
+        /// Reads once; returns the number of bytes, 0 when there are none now. Closes the pipe at its end.
+        std::size_t read(std::size_t limit);
+        void drain();
+    };
+
+    Stream output_;
+    Stream errorOutput_;
+    int childEnd_;
+    int interruption_;
+    bool interrupted_ = false;
+
+    [[nodiscard]] bool pumpUntil(Clock::time_point deadline, bool stopAtChildEnd);
+};
+
+} // namespace zentrill

@@ -1,0 +1,321 @@
+#include "controller/ApplicationUninstallFlow.h"
+
+#include "ControllerFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace zentrill {
+namespace {
+
+using test::ControllerFixture;
+using test::FakeCommandRunner;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::Not;
+
+constexpr const char* startLine = "=== Starting Application Uninstallation ===";
+constexpr const char* emptySummary =
+    "Scan completed: 0 applications, 0 models, 0 Docker containers, and 0 Docker images.";
+
+class ApplicationUninstallFlowTest : public ControllerFixture {
+protected:
+    void startScanned() {
+        start();
+        controller_->scanSystem();
+        ASSERT_TRUE(waitUntilIdle());
+        controller_->clearLogs();
+    }
+
+    [[nodiscard]] bool exists(std::string_view relative) const {
+        return FileSystem::shared().itemExistsWithoutFollowingSymlink(home_.path(relative));
+    }
+
+    [[nodiscard]] std::vector<AppInfo> targets(const std::vector<std::string>& names) const {
+        std::vector<AppInfo> apps;
+        std::ranges::transform(names, std::back_inserter(apps),
+                               [this](const auto& name) { return app(name); });
+        return apps;
+    }
+
+    static constexpr const char* support = "Library/Application Support/VendorApp";
+    static constexpr const char* caches = "Library/Caches/com.vendor.app";
+};
+
+TEST_F(ApplicationUninstallFlowTest, endsWithoutAResultWhenNothingIsSelected) {
+    home_.makeDirectory(support);
+    startScanned();
+    controller_->uninstallSelectedApps();
+    EXPECT_TRUE(controller_->isBusy());
+    EXPECT_TRUE(controller_->canCancelOperation());
+    EXPECT_FALSE(controller_->isScanning());
+    EXPECT_EQ(controller_->operationDescription(), QStringLiteral("Preparing uninstallation…"));
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_THAT(messages(), ElementsAre(startLine, "No applications selected for uninstallation."));
+    EXPECT_FALSE(controller_->canCancelOperation());
+    EXPECT_EQ(controller_->operationDescription(), QString());
+    EXPECT_FALSE(controller_->showResultAlert());
+}
+
+TEST_F(ApplicationUninstallFlowTest, ignoresASelectionThatIsNotDetected) {
+    startScanned();
+    controller_->setAppSelected("VendorApp", true);
+    home_.makeFile(std::string(caches) + "/file");
+    controller_->uninstallSelectedApps();
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_THAT(messages(), ElementsAre(startLine, "No applications selected for uninstallation."));
+    EXPECT_TRUE(exists(caches));
+}
+
+TEST_F(ApplicationUninstallFlowTest, removesTheSelectionWithoutTheShield) {
+    home_.makeFile(std::string(support) + "/settings.json");
+    home_.makeFile(std::string(caches) + "/deep/file");
+    home_.makeDirectory(".ollama");
+    startScanned();
+    controller_->setAppSelected("VendorApp", true);
+    controller_->setPreserveCredentials(false);
+    controller_->uninstallSelectedApps();
+    ASSERT_TRUE(waitUntilIdle());
+
+    EXPECT_FALSE(exists(support));
+    EXPECT_FALSE(exists(caches));
+    EXPECT_TRUE(exists(".ollama"));
+    EXPECT_TRUE(controller_->showResultAlert());
+    EXPECT_EQ(controller_->resultAlertTitle(), QStringLiteral("Uninstallation Completed"));
+    EXPECT_EQ(controller_->resultAlertMessage(),
+              QStringLiteral("Removed 2 filesystem items for 1 application(s)."));
+    EXPECT_EQ(controller_->resultAlertOutcome(), ResultOutcome::complete);
+    EXPECT_EQ(controller_->resultAlertRetainedPathCount(), 0);
+    EXPECT_FALSE(app("VendorApp").isDetected);
+    EXPECT_FALSE(app("VendorApp").isSelected);
+    EXPECT_THAT(
+        messages(),
+        ElementsAre(startLine, "Uninstalling: VendorApp",
+                    "Found remaining configuration/data for Ollama; no installation executable was "
+                    "detected.",
+                    "Scan completed: 1 applications, 0 models, 0 Docker containers, and 0 Docker images."));
+}
+
+TEST_F(ApplicationUninstallFlowTest, keepsAndReportsWhatTheShieldProtects) {
+    home_.makeFile(std::string(support) + "/settings.json");
+    home_.makeFile(std::string(caches) + "/data.bin");
+    startScanned();
+    controller_->setAppSelected("VendorApp", true);
+    controller_->uninstallSelectedApps();
+    ASSERT_TRUE(waitUntilIdle());
+
+    EXPECT_TRUE(exists(std::string(support) + "/settings.json"));
+    EXPECT_TRUE(exists(std::string(caches) + "/data.bin"));
+    EXPECT_THAT(messages(), Contains("[Safety Shield] Preserved: " + home_.path(support) + "/settings.json"));
+    EXPECT_THAT(messages(), Contains("[Safety Shield] Preserved: " + home_.path(caches) + "/data.bin"));
+    EXPECT_EQ(controller_->resultAlertTitle(),
+              QStringLiteral("Uninstallation Completed with Data Remaining"));
+    EXPECT_EQ(controller_->resultAlertOutcome(), ResultOutcome::dataRemaining);
+    EXPECT_EQ(controller_->resultAlertRetainedPathCount(), 2);
+    EXPECT_EQ(controller_->resultAlertMessage().toStdString(),
+              "Removed 0 filesystem items for 1 application(s).\n"
+              "Remaining selected-app data (not deleted; review before removing manually):\n"
+              "VendorApp: " +
+                  home_.path(support) + "\nVendorApp: " + home_.path(caches));
+    EXPECT_TRUE(app("VendorApp").isDetected);
+    EXPECT_TRUE(app("VendorApp").isSelected);
+}
+
+TEST_F(ApplicationUninstallFlowTest, opensTheResultOverListsThatAreFresh) {
+    home_.makeFile(std::string(caches) + "/file");
+    startScanned();
+    ASSERT_TRUE(app("VendorApp").isDetected);
+    int opened = 0;
+    QObject::connect(controller_.get(), &UninstallerViewModel::showResultAlertChanged, [this, &opened] {
+        ++opened;
+        EXPECT_FALSE(app("VendorApp").isDetected);
+        EXPECT_FALSE(controller_->isBusy());
+        EXPECT_FALSE(controller_->resultAlertMessage().isEmpty());
+        EXPECT_EQ(controller_->resultAlertOutcome(), ResultOutcome::complete);
+    });
+    controller_->uninstallAppsFromConfirmation(targets({"VendorApp"}), false);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(opened, 1);
+    controller_->dismissResultAlert();
+    EXPECT_FALSE(controller_->showResultAlert());
+}
+
+TEST_F(ApplicationUninstallFlowTest, actsOnTheConfirmedListAndChoiceAlone) {
+    home_.makeFile(std::string(caches) + "/file");
+    home_.makeFile(".openrouter/notes");
+    startScanned();
+    const std::vector<AppInfo> confirmed = targets({"VendorApp"});
+    controller_->setAppSelected("VendorApp", false);
+    controller_->setAppSelected("OpenRouter CLI", true);
+    controller_->setPreserveCredentials(true);
+    controller_->uninstallAppsFromConfirmation(confirmed, false);
+    EXPECT_EQ(controller_->operationDescription(), QStringLiteral("Uninstalling 1 application(s)"));
+    EXPECT_TRUE(controller_->canCancelOperation());
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_FALSE(exists(caches));
+    EXPECT_TRUE(exists(".openrouter/notes"));
+    EXPECT_TRUE(controller_->preserveCredentials());
+}
+
+TEST_F(ApplicationUninstallFlowTest, removesTheNpmPackageOfClaudeCodeFirst) {
+    home_.makeFile(".claude/history");
+    startScanned();
+    bool dataStillThere = false;
+    answer_ = [&](const FakeCommandRunner::Call& call) {
+        if (call.executable == "/usr/bin/env")
+            dataStillThere = exists(".claude/history");
+        return test::ok();
+    };
+    controller_->uninstallAppsFromConfirmation(targets({"Claude Code"}), false);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_TRUE(dataStillThere);
+    EXPECT_FALSE(exists(".claude"));
+    EXPECT_THAT(commands_->calls(),
+                Contains(FakeCommandRunner::Call{
+                    "/usr/bin/env", {"npm", "uninstall", "-g", "@anthropic-ai/claude-code"}, 45.0}));
+    EXPECT_THAT(messages(),
+                ElementsAre(startLine, "Uninstalling: Claude Code",
+                            "Running 'npm uninstall -g @anthropic-ai/claude-code'...", emptySummary));
+}
+
+TEST_F(ApplicationUninstallFlowTest, goesOnWhenTheNpmPackageCannotBeRemoved) {
+    home_.makeFile(".claude/history");
+    startScanned();
+    answer_ = [](const FakeCommandRunner::Call& call) {
+        return call.executable == "/usr/bin/env" ? test::failed(127, "env: npm: No such file or directory\n")
+                                                 : test::ok();
+    };
+    controller_->uninstallAppsFromConfirmation(targets({"Claude Code"}), false);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_FALSE(exists(".claude"));
+    EXPECT_EQ(controller_->resultAlertOutcome(), ResultOutcome::complete);
+    EXPECT_THAT(messages(), ElementsAre(startLine, "Uninstalling: Claude Code",
+                                        "Running 'npm uninstall -g @anthropic-ai/claude-code'...",
+                                        "Claude Code package cleanup: env: npm: No such file or directory",
+                                        emptySummary));
+}
+
+TEST_F(ApplicationUninstallFlowTest, runsNpmForNoOtherTool) {
+    home_.makeFile("Library/Application Support/Claude/file");
+    startScanned();
+    controller_->uninstallAppsFromConfirmation(targets({"Claude"}), false);
+    ASSERT_TRUE(waitUntilIdle());
+    for (const FakeCommandRunner::Call& call : commands_->calls())
+        EXPECT_NE(call.executable, "/usr/bin/env");
+}
+
+TEST_F(ApplicationUninstallFlowTest, reportsAToolThatIsRunningAndTouchesNothingOfIt) {
+    home_.makeFile("Library/Application Support/Claude/file");
+    home_.makeFile(std::string(caches) + "/file");
+    startScanned();
+    answer_ = [](const FakeCommandRunner::Call& call) {
+        return test::ok(call.executable == "/bin/ps" ? "/Applications/Claude.app/Contents/MacOS/Claude\n"
+                                                     : "");
+    };
+    controller_->uninstallAppsFromConfirmation(targets({"Claude", "VendorApp"}), false);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_TRUE(exists("Library/Application Support/Claude/file"));
+    EXPECT_FALSE(exists(caches));
+    EXPECT_EQ(controller_->resultAlertTitle(), QStringLiteral("Uninstallation Completed with Errors"));
+    EXPECT_EQ(controller_->resultAlertOutcome(), ResultOutcome::errors);
+    EXPECT_EQ(controller_->resultAlertMessage(),
+              QStringLiteral("Removed 1 filesystem items for 2 application(s).\nErrors:\n"
+                             "Claude is currently running. Quit Claude before removing it."));
+}
+
+TEST_F(ApplicationUninstallFlowTest, stopsBetweenTwoStepsWhenCancelled) {
+    home_.makeFile(".claude/history");
+    home_.makeFile(std::string(caches) + "/file");
+    startScanned();
+    test::Gate gate;
+    answer_ = [&gate](const FakeCommandRunner::Call& call) {
+        if (call.executable == "/usr/bin/env")
+            gate.pass();
+        return test::ok();
+    };
+    controller_->uninstallAppsFromConfirmation(targets({"Claude Code", "VendorApp"}), false);
+    ASSERT_TRUE(gate.waitForArrival());
+    controller_->cancelOperation();
+    gate.open();
+    ASSERT_TRUE(waitUntilIdle());
+
+    EXPECT_TRUE(exists(".claude/history"));
+    EXPECT_TRUE(exists(caches));
+    const std::vector<std::string> lines = messages();
+    EXPECT_EQ(std::ranges::count(lines, "Operation cancelled."), 1);
+    EXPECT_THAT(lines, Contains("Cancellation requested by user."));
+    EXPECT_THAT(lines, Not(Contains("Uninstalling: VendorApp")));
+    EXPECT_EQ(controller_->resultAlertOutcome(), ResultOutcome::errors);
+    EXPECT_EQ(controller_->resultAlertMessage().toStdString(),
+              "Removed 0 filesystem items for 1 application(s).\n"
+              "Remaining selected-app data (not deleted; review before removing manually):\n"
+              "Claude Code: " +
+                  home_.path(".claude") + "\nErrors:\nOperation cancelled.");
+}
+
+TEST_F(ApplicationUninstallFlowTest, saysSoWhenApplicationsWereNotEvenBegun) {
+    home_.makeFile(std::string(caches) + "/file");
+    startScanned();
+    std::vector<std::string> lines;
+    OperationContext context;
+    context.commandRunner = commands_;
+    context.deletionEngine = engine_;
+    context.log = [&lines](std::string line) { lines.push_back(std::move(line)); };
+    context.isCancelled = [] { return true; };
+    context.isAbandoned = [] { return false; };
+    const ResultAlert alert = uninstallApps(context, targets({"VendorApp"}), false);
+    EXPECT_TRUE(exists(caches));
+    EXPECT_THAT(lines, ElementsAre("Operation cancelled."));
+    EXPECT_EQ(alert,
+              (ResultAlert{"Uninstallation Completed with Errors",
+                           "Removed 0 filesystem items for 0 application(s).\nErrors:\nOperation cancelled.",
+                           ResultOutcome::errors, 0}));
+}
+
+TEST_F(ApplicationUninstallFlowTest, givesTheNextOperationAFreshToken) {
+    home_.makeFile(".claude/history");
+    startScanned();
+    test::Gate gate;
+    bool first = true;
+    answer_ = [&](const FakeCommandRunner::Call& call) {
+        if (call.executable == "/usr/bin/env" && std::exchange(first, false))
+            gate.pass();
+        return test::ok();
+    };
+    controller_->uninstallAppsFromConfirmation(targets({"Claude Code"}), false);
+    ASSERT_TRUE(gate.waitForArrival());
+    controller_->cancelOperation();
+    gate.open();
+    ASSERT_TRUE(waitUntilIdle());
+    ASSERT_TRUE(exists(".claude/history"));
+    controller_->uninstallAppsFromConfirmation(targets({"Claude Code"}), false);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_FALSE(exists(".claude"));
+    EXPECT_EQ(controller_->resultAlertOutcome(), ResultOutcome::complete);
+}
+
+TEST_F(ApplicationUninstallFlowTest, logsEveryPathOfAManyFileToolWhileTheEventLoopLives) {
+    constexpr int fileCount = 50'000;
+    for (int file = 0; file < fileCount; ++file)
+        home_.makeFile(std::string(caches) + "/" + std::to_string(file));
+    startScanned();
+    std::size_t longestAppend = 0;
+    QObject::connect(controller_.get(), &UninstallerViewModel::logsAppended,
+                     [&longestAppend](qsizetype, qsizetype count) {
+                         longestAppend = std::max(longestAppend, static_cast<std::size_t>(count));
+                     });
+    controller_->uninstallAppsFromConfirmation(targets({"VendorApp"}), true);
+    ASSERT_TRUE(waitUntilIdle());
+    const std::vector<std::string> lines = messages();
+    EXPECT_EQ(
+        std::ranges::count_if(
+            lines, [](const std::string& line) { return line.starts_with("[Safety Shield] Preserved: "); }),
+        fileCount);
+    EXPECT_EQ(controller_->resultAlertRetainedPathCount(), 1);
+    EXPECT_LE(longestAppend, 4096U);
+}
+
+} // namespace
+} // namespace zentrill

@@ -1,0 +1,125 @@
+#include "ControllerFixture.h"
+#include "process/ShellCommandRunner.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+namespace zentrill {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+using test::ControllerFixture;
+using test::FakeCommandRunner;
+using test::waitUntil;
+
+class ClosingTest : public ControllerFixture {};
+
+TEST_F(ClosingTest, endsAtOnceWhileIdle) {
+    start();
+    EXPECT_TRUE(controller_->shutDown());
+    EXPECT_TRUE(controller_->shutDown());
+}
+
+TEST_F(ClosingTest, endsTheRunningCommandAndPublishesNothing) {
+    test::Gate gate;
+    locator_->set("/opt/docker");
+    answer_ = [&gate](const FakeCommandRunner::Call&) {
+        gate.pass();
+        return test::failed(9);
+    };
+    endCommands_ = [&gate] { gate.open(); };
+    home_.makeDirectory(".ollama");
+    start(true);
+    ASSERT_TRUE(gate.waitForArrival());
+    const std::size_t lines = controller_->logs().size();
+
+    EXPECT_TRUE(controller_->shutDown());
+    EXPECT_EQ(commands_->calls().size(), 1U);
+    controller_->log("too late");
+    bool turned = false;
+    QMetaObject::invokeMethod(controller_.get(), [&turned] { turned = true; }, Qt::QueuedConnection);
+    ASSERT_TRUE(waitUntil([&turned] { return turned; }));
+    EXPECT_EQ(controller_->logs().size(), lines);
+    EXPECT_FALSE(app("Ollama").isDetected);
+    EXPECT_TRUE(controller_->isBusy());
+}
+
+TEST_F(ClosingTest, leavesAWorkerThatDoesNotEndBehindInBoundedTime) {
+    auto gate = std::make_shared<test::Gate>();
+    locator_->set("/opt/docker");
+    // The worker outlives this test's other objects, so it gets a runner that owns all it needs.
+    auto runner = std::make_shared<FakeCommandRunner>([gate](const FakeCommandRunner::Call&) {
+        gate->pass();
+        return test::failed(9);
+    });
+    const std::weak_ptr<FakeCommandRunner> watched = runner;
+    controller_ = std::make_unique<UninstallerViewModel>(std::move(runner), engine_, locator_, true, hooks());
+    ASSERT_TRUE(gate->waitForArrival());
+
+    const auto before = steady_clock::now();
+    EXPECT_FALSE(controller_->shutDown());
+    EXPECT_FALSE(controller_->shutDown());
+    controller_.reset();
+    EXPECT_LT(steady_clock::now() - before, std::chrono::seconds(1));
+    EXPECT_FALSE(watched.expired());
+    gate->open();
+    EXPECT_TRUE(waitUntil([&watched] { return watched.expired(); }));
+}
+
+TEST_F(ClosingTest, dropsAnOperationThatHasNotBegunItsWork) {
+    test::Gate gate;
+    locator_->set("/opt/docker");
+    answer_ = [&gate](const FakeCommandRunner::Call&) {
+        gate.pass();
+        return test::failed(9);
+    };
+    endCommands_ = [&gate] { gate.open(); };
+    start(true);
+    ASSERT_TRUE(gate.waitForArrival());
+    const std::string model = home_.makeFile("models/a.gguf", "1");
+    // Refused while the scan runs, and not kept for later either.
+    controller_->deleteModel({.name = "a", .source = std::string(lmStudioSource), .path = model});
+    EXPECT_TRUE(controller_->shutDown());
+    EXPECT_TRUE(FileSystem::shared().fileExists(model));
+}
+
+class ClosingDeathTest : public ControllerFixture {
+protected:
+    ClosingDeathTest() { ::testing::GTEST_FLAG(death_test_style) = "threadsafe"; }
+
+    /// Scans with a `docker` that hangs, closes in mid-scan and ends the process with status 0 if that went
+    /// as it should. Runs in a process of its own: ending commands is for good.
+    [[noreturn]] void closeInMidScan() {
+        const std::string pidFile = home_.path("docker.pid");
+        locator_->set(home_.makeExecutable("docker", "#!/bin/sh\necho $$ > " + pidFile + ".new\nmv " +
+                                                         pidFile + ".new " + pidFile + "\nexec sleep 600\n"));
+        ApplicationHooks hooks = ApplicationHooks::ofThisProgram();
+        UninstallerViewModel controller(std::make_shared<ShellCommandRunner>(), engine_, locator_, true,
+                                        std::move(hooks));
+        const bool hangs = waitUntil([&] { return FileSystem::shared().fileExists(pidFile); });
+        const auto before = steady_clock::now();
+        const bool ended = controller.shutDown();
+        const auto duration = std::chrono::duration_cast<milliseconds>(steady_clock::now() - before);
+        pid_t pid = -1;
+        std::ifstream(pidFile) >> pid;
+        const bool gone = pid > 0 && ::kill(pid, 0) != 0;
+        std::cerr << "hangs " << hangs << ", ended " << ended << " after " << duration.count() << " ms, gone "
+                  << gone << '\n';
+        std::filesystem::remove_all(home_.path());
+        std::_Exit(hangs && ended && gone && duration < std::chrono::seconds(1) ? EXIT_SUCCESS
+                                                                                : EXIT_FAILURE);
+    }
+};
+
+TEST_F(ClosingDeathTest, endsPromptlyInMidScanAndLeavesNoChildBehind) {
+    EXPECT_EXIT(closeInMidScan(), ::testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+} // namespace
+} // namespace zentrill

@@ -1,0 +1,30 @@
+#include "process/Environment.h"
+
+#include "support/Processes.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include <unistd.h>
+
+namespace zentrill {
+namespace {
+
+TEST(Environment, TakesAssignmentsAlone) {
+    EXPECT_TRUE(test::holdsInForkedChild([] {
+        std::array<char, 8> plain{"A=1"};
+        std::array<char, 8> second{"A=2"};
+        std::array<char, 8> equals{"B=c=d"};
+        std::array<char, 8> none{"NONE"};
+        std::array<char, 8> nameless{"=x"};
+        std::array<char, 8> empty{"E="};
+        std::array<char*, 7> entries{plain.data(),    second.data(), equals.data(), none.data(),
+                                     nameless.data(), empty.data(),  nullptr};
+        environ = entries.data();
+        return currentEnvironment() == Environment{{"A", "1"}, {"B", "c=d"}, {"E", ""}};
+    }));
+}
+
+} // namespace
+} // namespace zentrill

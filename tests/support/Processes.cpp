@@ -1,0 +1,59 @@
+#include "support/Processes.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+#include <thread>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace zentrill::test {
+
+bool eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
+bool isGone(pid_t pid) {
+    const std::string stat = contentOf("/proc/" + std::to_string(pid) + "/stat");
+    const std::size_t state = stat.rfind(") ");
+    return state == std::string::npos || stat[state + 2] == 'Z' || stat[state + 2] == 'X';
+}
+
+bool hasNoChildren() {
+    siginfo_t status{};
+    return ::waitid(P_ALL, 0, &status, WEXITED | WNOHANG | WNOWAIT) != 0 && errno == ECHILD;
+}
+
+std::size_t openDescriptorCount() {
+    const std::filesystem::directory_iterator entries("/proc/self/fd");
+    // One of them is the listing's own.
+    return static_cast<std::size_t>(std::distance(begin(entries), end(entries))) - 1;
+}
+
+bool holdsInForkedChild(const std::function<bool()>& body) {
+    const pid_t pid = ::fork();
+    if (pid < 0)
+        throw std::system_error(errno, std::generic_category(), "fork");
+    if (pid == 0)
+        ::_exit(body() ? 0 : 1);
+    int status = 0;
+    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+} // namespace zentrill::test
