@@ -1,0 +1,19 @@
+#include "controller/MacWindow.h"
+
+#include <QWindow>
+
+#import <AppKit/AppKit.h>
+
+namespace zentrill {
+
+void styleMacWindow(QWindow& window) {
+    auto* view = (__bridge NSView*)reinterpret_cast<void*>(window.winId());
+    NSWindow* native = view.window;
+    native.styleMask |= NSWindowStyleMaskFullSizeContentView;
+    native.titlebarAppearsTransparent = YES;
+    native.titleVisibility = NSWindowTitleHidden;
+    native.movableByWindowBackground = YES;
+    native.appearance = [NSAppearance appearanceNamed:NSAppearanceNameVibrantDark];
+}
+
+} // namespace zentrill

@@ -1,0 +1,138 @@
+#include "controller/WindowFrameAutosave.h"
+
+#include "platform/PropertyList.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QStringList>
+#include <QWindow>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+namespace zentrill {
+
+namespace {
+
+/// A drag or a resize is written once it has come to rest.
+constexpr std::chrono::milliseconds restTime{400};
+
+/// How much of the top edge must be in sight for the window to be taken hold of.
+constexpr QSize handle{120, 40};
+
+/// Larger than any screen; a saved number beyond it is damage.
+constexpr int largestCoordinate = 1 << 20;
+
+} // namespace
+
+WindowFrameAutosave::WindowFrameAutosave(QWindow& window, std::string propertyList, QObject* parent) :
+    QObject(parent), window_(window), propertyList_(std::move(propertyList)) {
+    settled_.setSingleShot(true);
+    settled_.setInterval(restTime);
+    connect(&settled_, &QTimer::timeout, this, &WindowFrameAutosave::write);
+    connect(&window_, &QWindow::xChanged, this, &WindowFrameAutosave::noteChange);
+    connect(&window_, &QWindow::yChanged, this, &WindowFrameAutosave::noteChange);
+    connect(&window_, &QWindow::widthChanged, this, &WindowFrameAutosave::noteChange);
+    connect(&window_, &QWindow::heightChanged, this, &WindowFrameAutosave::noteChange);
+}
+
+void WindowFrameAutosave::setAutosaveName(const QString& name) {
+    settled_.stop();
+    name_ = name;
+    if (!name_.isEmpty())
+        restore();
+}
+
+bool WindowFrameAutosave::save() {
+    if (!settled_.isActive())
+        return true;
+    settled_.stop();
+    return write();
+}
+
+bool WindowFrameAutosave::write() {
+    // A maximised or minimised window keeps the frame that it had before.
+    if (name_.isEmpty() || propertyList_.empty() || window_.windowStates() != Qt::WindowNoState)
+        return true;
+    const QScreen* screen = window_.screen();
+    const QString now = text(window_.geometry(), screen != nullptr ? screen->availableGeometry() : QRect());
+    // Where the system first put the window is nothing that a person chose.
+    if (saved_.isEmpty())
+        saved_ = now;
+    if (now == saved_)
+        return true;
+    if (!setPropertyListString(propertyList_, key(), now.toStdString()))
+        return false;
+    saved_ = now;
+    return true;
+}
+
+QString WindowFrameAutosave::text(const QRect& frame, const QRect& screen) {
+    return QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8")
+        .arg(frame.x())
+        .arg(frame.y())
+        .arg(frame.width())
+        .arg(frame.height())
+        .arg(screen.x())
+        .arg(screen.y())
+        .arg(screen.width())
+        .arg(screen.height());
+}
+
+std::optional<QRect> WindowFrameAutosave::frame(const QString& text) {
+    const QStringList parts = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    std::array<int, 4> numbers{};
+    if (parts.size() < static_cast<qsizetype>(numbers.size()))
+        return std::nullopt;
+    for (std::size_t index = 0; index < numbers.size(); ++index) {
+        bool isNumber = false;
+        const double value = parts[static_cast<qsizetype>(index)].toDouble(&isNumber);
+        if (!isNumber || !(value >= -largestCoordinate && value <= largestCoordinate))
+            return std::nullopt;
+        numbers.at(index) = static_cast<int>(value);
+    }
+    const QRect result(numbers[0], numbers[1], numbers[2], numbers[3]);
+    if (result.width() <= 0 || result.height() <= 0)
+        return std::nullopt;
+    return result;
+}
+
+QRect WindowFrameAutosave::broughtBack(QRect frame, const QList<QRect>& screens, QSize minimum) {
+    if (screens.isEmpty())
+        return frame;
+    const auto holds = [&](const QRect& screen) {
+        const QRect visible = screen.intersected(QRect(frame.topLeft(), QSize(frame.width(), handle.height())));
+        return visible.width() >= std::min(handle.width(), frame.width()) && visible.height() >= handle.height();
+    };
+    const auto found = std::ranges::find_if(screens, holds);
+    const QRect screen = found == screens.end() ? screens.front() : *found;
+    frame.setSize(frame.size().boundedTo(screen.size()).expandedTo(minimum));
+    if (found == screens.end())
+        frame.moveCenter(screen.center());
+    return frame;
+}
+
+void WindowFrameAutosave::restore() {
+    if (propertyList_.empty())
+        return;
+    saved_ = QString::fromStdString(propertyListString(propertyList_, key()).value_or(""));
+    const std::optional<QRect> frame = WindowFrameAutosave::frame(saved_);
+    if (!frame)
+        return;
+    QList<QRect> screens;
+    for (const QScreen* screen : QGuiApplication::screens())
+        screens.append(screen->availableGeometry());
+    window_.setGeometry(broughtBack(*frame, screens, window_.minimumSize()));
+}
+
+void WindowFrameAutosave::noteChange() {
+    if (!name_.isEmpty())
+        settled_.start();
+}
+
+std::string WindowFrameAutosave::key() const {
+    return "NSWindow Frame " + name_.toStdString();
+}
+
+} // namespace zentrill

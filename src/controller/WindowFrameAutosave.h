@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QObject>
+#include <QRect>
+#include <QString>
+#include <QTimer>
+
+#include <optional>
+#include <string>
+
+class QWindow;
+
+namespace zentrill {
+
+/// Keeps a window's place and size in a property list under a name, as AppKit's frame autosave does: key
+/// "NSWindow Frame <name>", value "x y width height" and the screen's four numbers. It is the only thing
+/// that the program writes, and it is written only when it differs from what is there.
+class WindowFrameAutosave : public QObject {
+    Q_OBJECT
+
+public:
+    /// `window` outlives this object. `propertyList` is the file's absolute path; with an empty one nothing
+    /// is read or written.
+    WindowFrameAutosave(QWindow& window, std::string propertyList, QObject* parent = nullptr);
+
+    /// Places the window where it was last saved under `name` and saves it there from now on. An empty name
+    /// ends the saving: nothing is written any more, pending changes included.
+    void setAutosaveName(const QString& name);
+
+    [[nodiscard]] const QString& autosaveName() const { return name_; }
+
+    /// Writes a pending change now. Returns false when the file could not be written.
+    bool save();
+
+    /// The saved text of a frame, and back; nothing for a text that holds no frame of sensible size.
+    [[nodiscard]] static QString text(const QRect& frame, const QRect& screen);
+    [[nodiscard]] static std::optional<QRect> frame(const QString& text);
+
+    /// `frame` as it is if enough of its top edge is on one of the `screens` to be taken hold of, otherwise
+    /// centred on the first; never larger than its screen, never smaller than `minimum`.
+    [[nodiscard]] static QRect broughtBack(QRect frame, const QList<QRect>& screens, QSize minimum);
+
+private:
+    void restore();
+    void noteChange();
+    bool write();
+    [[nodiscard]] std::string key() const;
+
+    QWindow& window_;
+    std::string propertyList_;
+    QString name_;
+    QString saved_;
+    QTimer settled_;
+};
+
+} // namespace zentrill

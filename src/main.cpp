@@ -1,0 +1,80 @@
+#include "controller/AppDelegate.h"
+#include "controller/ApplicationHooks.h"
+#include "controller/UninstallerViewModel.h"
+#include "deletion/SafeDeletionEngine.h"
+#include "deletion/SelfUninstallService.h"
+#include "docker/DockerExecutableLocator.h"
+#include "platform/HomeDirectory.h"
+#include "process/ShellCommandRunner.h"
+#include "ui/ContentView.h"
+
+#include <QGuiApplication>
+#include <QQuickWindow>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace zentrill;
+
+/// Where Linux distributions install `docker`.
+std::vector<std::string> additionalDockerCandidates() {
+#ifdef __linux__
+    return {"/usr/bin/docker"};
+#else
+    return {};
+#endif
+}
+
+/// The one file that the program writes: the first of the data that self-uninstall removes.
+std::string preferencesFile() {
+    const std::string home = homeDirectory();
+    return home.empty() ? std::string() : SelfUninstallService().ownedDataURLs(home).front();
+}
+
+/// A cleaner must not litter: no compiled QML, no shader cache, no desktop plug-in that keeps files of its own.
+void keepQtFromWritingFiles() {
+    qputenv("QML_DISABLE_DISK_CACHE", "1");
+    qputenv("QT_QPA_PLATFORMTHEME", "generic");
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QGuiApplication::setDesktopSettingsAware(false);
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    // Taken first, so that programs that it starts see the person's own environment.
+    const auto commandRunner = std::make_shared<ShellCommandRunner>();
+    keepQtFromWritingFiles();
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("Zentrill"));
+    QGuiApplication::setApplicationVersion(QStringLiteral(ZENTRILL_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.user.Zentrill"));
+    QGuiApplication::setQuitOnLastWindowClosed(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
+
+    UninstallerViewModel* controller = nullptr;
+    AppDelegate* forgetful = nullptr;
+    AppDelegate delegate(
+        [&] {
+            ApplicationHooks hooks = ApplicationHooks::ofThisProgram();
+            hooks.forgetWindowState = [&] { forgetful->forgetWindowState(); };
+            auto view = std::make_unique<ContentView>(std::make_unique<UninstallerViewModel>(
+                commandRunner, std::make_shared<SafeDeletionEngine>(),
+                std::make_shared<DockerExecutableLocator>(FileSystem::shared(), homeDirectory(),
+                                                          additionalDockerCandidates()),
+                true, hooks));
+            controller = &view->controller();
+            return view;
+        },
+        preferencesFile());
+    forgetful = &delegate;
+    delegate.applicationDidFinishLaunching();
+    const int status = QGuiApplication::exec();
+    // A worker deep in a system call must not keep a closed program alive; nothing of it needs an ending.
+    if (!controller->shutDown())
+        std::_Exit(status);
+    return status;
+}

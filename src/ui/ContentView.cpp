@@ -1,0 +1,48 @@
+#include "ui/ContentView.h"
+
+#include "controller/UninstallerViewModel.h"
+#include "ui/ContentViewState.h"
+#include "ui/IconProvider.h"
+#include "ui/WarmPalette.h"
+
+#include <QQmlEngine>
+#include <QtQml/qqmlextensionplugin.h>
+
+Q_IMPORT_QML_PLUGIN(ZentrillPlugin)
+
+namespace zentrill {
+
+namespace {
+
+/// The smallest content at which nothing has to give way.
+constexpr QSize minimumContentSize{900, 650};
+
+} // namespace
+
+ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller) :
+    controller_(std::move(controller)), state_(std::make_unique<ContentViewState>(*controller_)) {
+    setResizeMode(QQuickView::SizeRootObjectToView);
+    setMinimumSize(minimumContentSize);
+    setColor(WarmPalette().canvas);
+    engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+    engine()->addImageProvider(QStringLiteral("icon"), new IconProvider);
+    setInitialProperties({{QStringLiteral("state_"), QVariant::fromValue(state_.get())}});
+    setSource(QUrl(QStringLiteral("qrc:/qt/qml/Zentrill/ContentView.qml")));
+}
+
+ContentView::~ContentView() {
+    // The items bind to the state, which binds to the controller: they go in that order.
+    setSource({});
+}
+
+void ContentView::keyPressEvent(QKeyEvent* event) {
+    state_->setKeyboardUsed(true);
+    QQuickView::keyPressEvent(event);
+}
+
+void ContentView::mousePressEvent(QMouseEvent* event) {
+    state_->setKeyboardUsed(false);
+    QQuickView::mousePressEvent(event);
+}
+
+} // namespace zentrill

@@ -1,0 +1,194 @@
+#include "ui/ContentViewState.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <utility>
+
+namespace zentrill {
+
+namespace {
+
+struct Tab {
+    QLatin1String name;
+    QLatin1String title;
+    QLatin1String subtitle;
+};
+
+constexpr std::array tabs{
+    Tab{QLatin1String("apps"), QLatin1String("Applications"),
+        QLatin1String("Select tools for removal. Review before confirming.")},
+    Tab{QLatin1String("models"), QLatin1String("Clean Large Local Models"),
+        QLatin1String("Free up gigabytes by deleting local LLM weights.")},
+    Tab{QLatin1String("containers"), QLatin1String("Manage Docker"),
+        QLatin1String("Inspect containers and remove individual Docker images safely.")},
+    Tab{QLatin1String("console"), QLatin1String("Execution Console Logs"),
+        QLatin1String("View a real-time log of background processes.")},
+};
+
+/// The row of the tab; an unknown one stands for the last, the console.
+std::size_t rowOf(const QString& tab) {
+    const auto found = std::ranges::find(tabs, tab, &Tab::name);
+    return found == tabs.end() ? tabs.size() - 1 : static_cast<std::size_t>(found - tabs.begin());
+}
+
+/// The record with that ID, or nothing.
+template <typename Record>
+const Record* find(const std::vector<Record>& records, std::string Record::* id, const QString& wanted) {
+    const auto found = std::ranges::find(records, wanted.toStdString(), id);
+    return found == records.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* parent) :
+    QObject(parent), controller_(controller), confirmation_(controller), result_(controller), applications_(makeApplicationListModel()),
+    models_(makeLocalModelListModel()), dockerRows_(makeDockerListModel()),
+    logs_(std::make_unique<LogListModel>(controller)), logSelection_(std::make_unique<LineSelection>(*logs_)),
+    selectedTab_(tabs.front().name) {
+    connectToController();
+    showApplications();
+    models_->setRecords(controller_.localModels());
+    showDocker();
+}
+
+void ContentViewState::setSelectedTab(const QString& tab) {
+    if (tab == selectedTab_)
+        return;
+    selectedTab_ = tab;
+    Q_EMIT selectedTabChanged();
+}
+
+int ContentViewState::selectedRow() const {
+    return static_cast<int>(rowOf(selectedTab_));
+}
+
+void ContentViewState::selectRow(int row) {
+    setSelectedTab(tabs[static_cast<std::size_t>(std::clamp(row, 0, static_cast<int>(tabs.size()) - 1))].name);
+}
+
+QString ContentViewState::selectedPane() const {
+    return tabs[rowOf(selectedTab_)].name;
+}
+
+QString ContentViewState::title() const {
+    return tabs[rowOf(selectedTab_)].title;
+}
+
+QString ContentViewState::subtitle() const {
+    return tabs[rowOf(selectedTab_)].subtitle;
+}
+
+bool ContentViewState::modalShown() const {
+    return confirmation_.isPending() || controller_.showResultAlert();
+}
+
+bool ContentViewState::canUninstall() const {
+    return acceptsRequests() && std::ranges::any_of(controller_.apps(), &AppInfo::isSelected);
+}
+
+void ContentViewState::setKeyboardUsed(bool used) {
+    if (used == keyboardUsed_)
+        return;
+    keyboardUsed_ = used;
+    Q_EMIT keyboardUsedChanged();
+}
+
+QString ContentViewState::logCountText() const {
+    const int count = logs_->rowCount();
+    return count == 1 ? QStringLiteral("1 line") : QStringLiteral("%1 lines").arg(count);
+}
+
+QString ContentViewState::selectionCount() const {
+    return QStringLiteral("%1 selected").arg(std::ranges::count_if(controller_.apps(), &AppInfo::isSelected));
+}
+
+QString ContentViewState::shieldCaption() const {
+    return controller_.preserveCredentials()
+               ? QStringLiteral("ON · retains recognized credentials and uncertain data for review.")
+               : QStringLiteral("OFF · selected targets, including nested credentials, may be removed.");
+}
+
+QString ContentViewState::dockerNoticeIcon() const {
+    if (!controller_.isDockerInstalled())
+        return QStringLiteral("shippingbox.and.arrow.backward");
+    return controller_.dockerDaemonRunning() ? QString() : QStringLiteral("exclamationmark.triangle");
+}
+
+QString ContentViewState::dockerNoticeHeading() const {
+    if (!controller_.isDockerInstalled())
+        return QStringLiteral("Docker CLI Not Found");
+    return controller_.dockerDaemonRunning() ? QString() : QStringLiteral("Docker Daemon Unavailable");
+}
+
+void ContentViewState::toggleApplication(int row) {
+    const AppInfo* application = applications_->record(row);
+    if (application != nullptr && application->isDetected)
+        controller_.setAppSelected(application->name, !application->isSelected);
+}
+
+void ContentViewState::requestUninstall() {
+    PendingConfirmation::Apps pending{.preserveCredentials = controller_.preserveCredentials()};
+    std::ranges::copy_if(controller_.apps(), std::back_inserter(pending.apps),
+                         [](const AppInfo& app) { return app.isSelected && app.isDetected; });
+    if (!pending.apps.empty())
+        confirmation_.presentConfirmation({std::move(pending)});
+}
+
+void ContentViewState::requestModelDeletion(int row) {
+    if (const LocalModel* model = models_->record(row))
+        confirmation_.presentConfirmation({*model});
+}
+
+void ContentViewState::requestContainerRemoval(const QString& id) {
+    if (const DockerContainer* container = find(controller_.containers(), &DockerContainer::id, id))
+        confirmation_.presentConfirmation({*container});
+}
+
+void ContentViewState::requestImageRemoval(const QString& imageID) {
+    if (const DockerImage* image = find(controller_.dockerImages(), &DockerImage::imageID, imageID))
+        confirmation_.presentConfirmation({*image});
+}
+
+void ContentViewState::requestSelfUninstall() {
+    confirmation_.presentConfirmation({PendingConfirmation::SelfUninstall{}});
+}
+
+void ContentViewState::stopContainer(const QString& id) {
+    if (const DockerContainer* container = find(controller_.containers(), &DockerContainer::id, id))
+        controller_.stopContainer(*container);
+}
+
+void ContentViewState::connectToController() {
+    using Controller = UninstallerViewModel;
+    connect(&controller_, &Controller::appsChanged, this, &ContentViewState::showApplications);
+    connect(&controller_, &Controller::localModelsChanged, this,
+            [this] { models_->setRecords(controller_.localModels()); });
+    connect(&controller_, &Controller::containersChanged, this, &ContentViewState::showDocker);
+    connect(&controller_, &Controller::dockerImagesChanged, this, &ContentViewState::showDocker);
+    connect(&controller_, &Controller::dockerImageWarningChanged, this, &ContentViewState::showDocker);
+    connect(&controller_, &Controller::isDockerInstalledChanged, this, &ContentViewState::dockerStateChanged);
+    connect(&controller_, &Controller::dockerDaemonRunningChanged, this, &ContentViewState::dockerStateChanged);
+    connect(&controller_, &Controller::preserveCredentialsChanged, this, &ContentViewState::shieldCaptionChanged);
+    connect(&controller_, &Controller::isBusyChanged, this, &ContentViewState::modalChanged);
+    connect(&controller_, &Controller::showResultAlertChanged, this, &ContentViewState::modalChanged);
+    connect(&confirmation_, &ConfirmationState::pendingChanged, this, &ContentViewState::modalChanged);
+    connect(this, &ContentViewState::modalChanged, this, &ContentViewState::canUninstallChanged);
+    connect(this, &ContentViewState::selectionChanged, this, &ContentViewState::canUninstallChanged);
+    connect(logs_.get(), &QAbstractItemModel::rowsInserted, this, &ContentViewState::logCountChanged);
+    connect(logs_.get(), &QAbstractItemModel::modelReset, this, &ContentViewState::logCountChanged);
+}
+
+void ContentViewState::showApplications() {
+    applications_->setRecords(controller_.apps());
+    Q_EMIT selectionChanged();
+}
+
+void ContentViewState::showDocker() {
+    const QString warning = controller_.dockerImageWarning();
+    dockerRows_->setRecords(zentrill::dockerRows(
+        controller_.containers(), controller_.dockerImages(),
+        warning.isNull() ? std::nullopt : std::optional(warning.toStdString())));
+}
+
+} // namespace zentrill

@@ -1,0 +1,148 @@
+#pragma once
+
+#include "controller/UninstallerViewModel.h"
+#include "ui/ConfirmationState.h"
+#include "ui/LineSelection.h"
+#include "ui/LogListModel.h"
+#include "ui/ResultState.h"
+#include "ui/RowModels.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <memory>
+
+namespace zentrill {
+
+/// What the main view shows beyond the controller's own properties: the chosen pane, the lists as models,
+/// and every text that depends on a decision. QML binds to it and calls it; it holds no cleanup logic.
+class ContentViewState : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by ContentView")
+    Q_PROPERTY(zentrill::UninstallerViewModel* controller READ controller CONSTANT FINAL)
+    Q_PROPERTY(QString selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged FINAL)
+    Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedTabChanged FINAL)
+    Q_PROPERTY(QString selectedPane READ selectedPane NOTIFY selectedTabChanged FINAL)
+    Q_PROPERTY(QString title READ title NOTIFY selectedTabChanged FINAL)
+    Q_PROPERTY(QString subtitle READ subtitle NOTIFY selectedTabChanged FINAL)
+    Q_PROPERTY(QAbstractItemModel* applications READ applications CONSTANT FINAL)
+    Q_PROPERTY(QAbstractItemModel* models READ models CONSTANT FINAL)
+    Q_PROPERTY(QAbstractItemModel* dockerRows READ dockerRows CONSTANT FINAL)
+    Q_PROPERTY(QAbstractItemModel* logs READ logs CONSTANT FINAL)
+    Q_PROPERTY(zentrill::LineSelection* logSelection READ logSelection CONSTANT FINAL)
+    Q_PROPERTY(QString logCountText READ logCountText NOTIFY logCountChanged FINAL)
+    Q_PROPERTY(zentrill::ConfirmationState* confirmation READ confirmation CONSTANT FINAL)
+    Q_PROPERTY(zentrill::ResultState* result READ result CONSTANT FINAL)
+    Q_PROPERTY(bool modalShown READ modalShown NOTIFY modalChanged FINAL)
+    Q_PROPERTY(bool acceptsRequests READ acceptsRequests NOTIFY modalChanged FINAL)
+    Q_PROPERTY(bool canUninstall READ canUninstall NOTIFY canUninstallChanged FINAL)
+    Q_PROPERTY(bool keyboardUsed READ keyboardUsed NOTIFY keyboardUsedChanged FINAL)
+    Q_PROPERTY(QString selectionCount READ selectionCount NOTIFY selectionChanged FINAL)
+    Q_PROPERTY(QString shieldCaption READ shieldCaption NOTIFY shieldCaptionChanged FINAL)
+    Q_PROPERTY(QString dockerNoticeIcon READ dockerNoticeIcon NOTIFY dockerStateChanged FINAL)
+    Q_PROPERTY(QString dockerNoticeHeading READ dockerNoticeHeading NOTIFY dockerStateChanged FINAL)
+
+public:
+    /// `controller` outlives this object.
+    explicit ContentViewState(UninstallerViewModel& controller, QObject* parent = nullptr);
+
+    [[nodiscard]] UninstallerViewModel* controller() const { return &controller_; }
+
+    /// "apps", "models", "containers" or "console".
+    [[nodiscard]] QString selectedTab() const { return selectedTab_; }
+
+    void setSelectedTab(const QString& tab);
+
+    /// The sidebar's row of the chosen tab, from 0 on.
+    [[nodiscard]] int selectedRow() const;
+
+    /// Chooses the tab of that row of the sidebar; there is nothing beyond the first and the last.
+    Q_INVOKABLE void selectRow(int row);
+
+    /// The pane that is shown for the chosen tab: the console's for a tab that is none of the four.
+    [[nodiscard]] QString selectedPane() const;
+    [[nodiscard]] QString title() const;
+    [[nodiscard]] QString subtitle() const;
+
+    [[nodiscard]] QAbstractItemModel* applications() const { return applications_.get(); }
+
+    [[nodiscard]] QAbstractItemModel* models() const { return models_.get(); }
+
+    [[nodiscard]] QAbstractItemModel* dockerRows() const { return dockerRows_.get(); }
+
+    [[nodiscard]] QAbstractItemModel* logs() const { return logs_.get(); }
+
+    [[nodiscard]] LineSelection* logSelection() const { return logSelection_.get(); }
+
+    [[nodiscard]] ConfirmationState* confirmation() { return &confirmation_; }
+
+    [[nodiscard]] ResultState* result() { return &result_; }
+
+    /// Whether a confirmation or a result lies over the window.
+    [[nodiscard]] bool modalShown() const;
+
+    /// Whether a destructive request would be taken up now.
+    [[nodiscard]] bool acceptsRequests() const { return confirmation_.canPresent(); }
+
+    /// The same for the selected applications, of which there must be one.
+    [[nodiscard]] bool canUninstall() const;
+
+    /// Whether the last input was a key press: only then do rows mark where the focus is.
+    [[nodiscard]] bool keyboardUsed() const { return keyboardUsed_; }
+
+    void setKeyboardUsed(bool used);
+
+    /// "1 line", "12 lines".
+    [[nodiscard]] QString logCountText() const;
+
+    /// How many applications are selected, in words: "2 selected".
+    [[nodiscard]] QString selectionCount() const;
+    [[nodiscard]] QString shieldCaption() const;
+
+    /// Icon and heading of the notice that stands in for the Docker lists; empty while they can be shown.
+    [[nodiscard]] QString dockerNoticeIcon() const;
+    [[nodiscard]] QString dockerNoticeHeading() const;
+
+    /// Selects or deselects the application of that row.
+    Q_INVOKABLE void toggleApplication(int row);
+
+    /// Each opens the confirmation of one destructive action on the records as they are now. A row or an ID
+    /// that is not in the lists any more opens nothing.
+    Q_INVOKABLE void requestUninstall();
+    Q_INVOKABLE void requestModelDeletion(int row);
+    Q_INVOKABLE void requestContainerRemoval(const QString& id);
+    Q_INVOKABLE void requestImageRemoval(const QString& imageID);
+    Q_INVOKABLE void requestSelfUninstall();
+
+    /// Stops a running container at once: nothing is lost, so no code is asked for.
+    Q_INVOKABLE void stopContainer(const QString& id);
+
+Q_SIGNALS:
+    void selectedTabChanged();
+    void logCountChanged();
+    void keyboardUsedChanged();
+    void modalChanged();
+    void canUninstallChanged();
+    void selectionChanged();
+    void shieldCaptionChanged();
+    void dockerStateChanged();
+
+private:
+    void connectToController();
+    void showApplications();
+    void showDocker();
+
+    UninstallerViewModel& controller_;
+    ConfirmationState confirmation_;
+    ResultState result_;
+    std::unique_ptr<ApplicationListModel> applications_;
+    std::unique_ptr<LocalModelListModel> models_;
+    std::unique_ptr<DockerListModel> dockerRows_;
+    std::unique_ptr<LogListModel> logs_;
+    std::unique_ptr<LineSelection> logSelection_;
+    QString selectedTab_;
+    bool keyboardUsed_ = false;
+};
+
+} // namespace zentrill

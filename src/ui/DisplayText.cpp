@@ -1,0 +1,86 @@
+#include "ui/DisplayText.h"
+
+#include <QChar>
+#include <QStringDecoder>
+
+#include <algorithm>
+
+namespace zentrill {
+
+namespace {
+
+/// Marks that change the direction of what follows them, and characters of no width.
+constexpr bool misleads(char32_t character) {
+    return (character >= 0x200B && character <= 0x200F) || (character >= 0x2028 && character <= 0x202E) ||
+           (character >= 0x2060 && character <= 0x206F) || character == 0xFEFF;
+}
+
+constexpr bool isControl(char32_t character) {
+    return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
+QString hexadecimal(char32_t value, int digits) {
+    return QStringLiteral("%1").arg(static_cast<uint>(value), digits, 16, QLatin1Char('0')).toUpper();
+}
+
+void appendEscaped(QString& text, char32_t character) {
+    if (character == U'\n')
+        text += QLatin1String("\\n");
+    else if (character == U'\t')
+        text += QLatin1String("\\t");
+    else if (character < 0x100)
+        text += QLatin1String("\\x") + hexadecimal(character, 2);
+    else
+        text += QLatin1String("\\u") + hexadecimal(character, 4);
+}
+
+/// The length in bytes of the valid UTF-8 sequence that begins `bytes`, or 0.
+std::size_t sequenceLength(std::string_view bytes) {
+    const auto first = static_cast<unsigned char>(bytes.front());
+    const std::size_t length = first < 0x80 ? 1 : first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+    if (length == 0 || length > bytes.size())
+        return 0;
+    if (length == 1)
+        return 1;
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString decoded = decoder.decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(length)));
+    return decoder.hasError() || decoded.isEmpty() ? 0 : length;
+}
+
+QString display(std::string_view bytes, bool keepsLines) {
+    const bool plain = std::ranges::all_of(bytes, [](char byte) { return byte >= 0x20 && byte < 0x7F; });
+    if (plain)
+        return QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    QString text;
+    text.reserve(static_cast<qsizetype>(bytes.size()));
+    while (!bytes.empty()) {
+        const std::size_t length = sequenceLength(bytes);
+        if (length == 0) {
+            appendEscaped(text, static_cast<unsigned char>(bytes.front()));
+            bytes.remove_prefix(1);
+            continue;
+        }
+        const QString piece = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(length));
+        const char32_t character = piece.size() == 1 ? piece.front().unicode()
+                                                     : QChar::surrogateToUcs4(piece.front(), piece.back());
+        const bool lineMark = character == U'\n' || character == U'\t';
+        if (misleads(character) || (isControl(character) && !(keepsLines && lineMark)))
+            appendEscaped(text, character);
+        else
+            text += piece;
+        bytes.remove_prefix(length);
+    }
+    return text;
+}
+
+} // namespace
+
+QString displayName(std::string_view bytes) {
+    return display(bytes, false);
+}
+
+QString displayMessage(std::string_view bytes) {
+    return display(bytes, true);
+}
+
+} // namespace zentrill

@@ -1,0 +1,21 @@
+#include "ui/FixedLinesModel.h"
+
+namespace zentrill {
+
+int FixedLinesModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(lines_.size());
+}
+
+QString FixedLinesModel::entry(int row) const {
+    return lines_.value(row);
+}
+
+void FixedLinesModel::setLines(const QStringList& lines) {
+    if (lines == lines_)
+        return;
+    beginResetModel();
+    lines_ = lines;
+    endResetModel();
+}
+
+} // namespace zentrill

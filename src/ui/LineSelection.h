@@ -1,0 +1,72 @@
+#pragma once
+
+#include "ui/TextLinesModel.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <algorithm>
+#include <compare>
+
+namespace zentrill {
+
+/// A run of selected text across the rows of a list of lines, from an anchor to where the pointer is. It lives apart
+/// from the rows on screen, so that it survives scrolling them out of sight.
+class LineSelection : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by ContentViewState")
+    /// Counts the changes; a row that reads it looks its part of the selection up again.
+    Q_PROPERTY(int revision READ revision NOTIFY changed FINAL)
+    Q_PROPERTY(bool empty READ isEmpty NOTIFY changed FINAL)
+
+public:
+    /// `lines` outlives the selection.
+    explicit LineSelection(const TextLinesModel& lines, QObject* parent = nullptr);
+
+    [[nodiscard]] int revision() const { return revision_; }
+
+    [[nodiscard]] bool isEmpty() const;
+
+    /// Starts anew before the character `column` of `row`; both from 0 on, beyond the end meaning the end.
+    Q_INVOKABLE void begin(int row, int column);
+    Q_INVOKABLE void extend(int row, int column);
+    Q_INVOKABLE void selectWord(int row, int column);
+    Q_INVOKABLE void selectAll();
+    Q_INVOKABLE void clear();
+
+    /// The selected characters of a row: [startIn, endIn), equal where there are none. The end may lie beyond
+    /// the text's.
+    Q_INVOKABLE [[nodiscard]] int startIn(int row) const;
+    Q_INVOKABLE [[nodiscard]] int endIn(int row) const;
+
+    /// The selected text, rows parted by line feeds.
+    [[nodiscard]] QString text() const;
+
+    /// Puts the text on the clipboard; without a selection the clipboard stays as it is.
+    Q_INVOKABLE void copy() const;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    struct Place {
+        int row = 0;
+        int column = 0;
+
+        auto operator<=>(const Place&) const = default;
+    };
+
+    [[nodiscard]] Place from() const { return std::min(anchor_, head_); }
+
+    [[nodiscard]] Place to() const { return std::max(anchor_, head_); }
+
+    void set(Place anchor, Place head);
+
+    const TextLinesModel& lines_;
+    Place anchor_;
+    Place head_;
+    int revision_ = 0;
+};
+
+} // namespace zentrill

@@ -1,0 +1,36 @@
+#include "ui/LogListModel.h"
+
+#include "ui/DisplayText.h"
+
+namespace zentrill {
+
+LogListModel::LogListModel(const UninstallerViewModel& controller, QObject* parent) :
+    TextLinesModel(parent), controller_(controller), count_(static_cast<int>(controller.logs().size())) {
+    connect(&controller, &UninstallerViewModel::logsAppended, this,
+            [this](qsizetype /*first*/, qsizetype count) { append(count); });
+    connect(&controller, &UninstallerViewModel::logsCleared, this, &LogListModel::clear);
+}
+
+int LogListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : count_;
+}
+
+QString LogListModel::entry(int row) const {
+    if (row < 0 || row >= count_)
+        return {};
+    return displayMessage(controller_.logs()[static_cast<std::size_t>(row)]);
+}
+
+void LogListModel::append(qsizetype count) {
+    beginInsertRows({}, count_, count_ + static_cast<int>(count) - 1);
+    count_ += static_cast<int>(count);
+    endInsertRows();
+}
+
+void LogListModel::clear() {
+    beginResetModel();
+    count_ = 0;
+    endResetModel();
+}
+
+} // namespace zentrill

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "controller/UninstallerViewModel.h"
+#include "ui/TextLinesModel.h"
+
+namespace zentrill {
+
+/// The activity log, straight from the controller: nothing is copied but the rows in sight.
+class LogListModel : public TextLinesModel {
+    Q_OBJECT
+
+public:
+    /// `controller` outlives the model.
+    explicit LogListModel(const UninstallerViewModel& controller, QObject* parent = nullptr);
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QString entry(int row) const override;
+
+private:
+    void append(qsizetype count);
+    void clear();
+
+    const UninstallerViewModel& controller_;
+    /// How many rows the views know of: it trails the log while a change is being announced.
+    int count_;
+};
+
+} // namespace zentrill

@@ -1,0 +1,75 @@
+#include "ui/ResultState.h"
+
+#include "ui/WarmPalette.h"
+
+namespace zentrill {
+
+namespace {
+
+constexpr QLatin1String separator("\nErrors:\n");
+
+} // namespace
+
+ResultState::ResultState(const UninstallerViewModel& controller, QObject* parent) :
+    QObject(parent), controller_(controller) {
+    using Controller = UninstallerViewModel;
+    connect(&controller, &Controller::resultAlertMessageChanged, this, &ResultState::readMessage);
+    connect(&controller, &Controller::resultAlertOutcomeChanged, this, &ResultState::outcomeChanged);
+    connect(&controller, &Controller::resultAlertRetainedPathCountChanged, this,
+            &ResultState::retainedPathsChanged);
+    readMessage();
+}
+
+QString ResultState::messageText(const QString& message) {
+    const qsizetype cut = message.indexOf(separator);
+    return cut < 0 ? message : message.left(cut);
+}
+
+QStringList ResultState::parsedErrorLines(const QString& message) {
+    const qsizetype cut = message.indexOf(separator);
+    if (cut < 0)
+        return {};
+    return message.mid(cut + separator.size()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QString ResultState::outcomeIcon() const {
+    switch (controller_.resultAlertOutcome()) {
+    case ResultOutcome::complete:
+        return QStringLiteral("checkmark.circle.fill");
+    case ResultOutcome::dataRemaining:
+        return QStringLiteral("exclamationmark.circle");
+    case ResultOutcome::errors:
+        return QStringLiteral("xmark.circle");
+    case ResultOutcome::unknown:
+        break;
+    }
+    return QStringLiteral("questionmark.circle");
+}
+
+QString ResultState::outcomeLabel() const {
+    const std::string_view label = statusLabel(controller_.resultAlertOutcome());
+    return QString::fromUtf8(label.data(), static_cast<qsizetype>(label.size()));
+}
+
+QColor ResultState::outcomeColor() const {
+    const WarmPalette palette;
+    switch (controller_.resultAlertOutcome()) {
+    case ResultOutcome::complete:
+        return palette.success;
+    case ResultOutcome::dataRemaining:
+        return palette.copper;
+    case ResultOutcome::errors:
+        return palette.danger;
+    case ResultOutcome::unknown:
+        break;
+    }
+    return palette.secondary;
+}
+
+void ResultState::readMessage() {
+    const QString message = controller_.resultAlertMessage();
+    messageLines_.setLines(messageText(message).split(QLatin1Char('\n')));
+    errorLines_.setLines(parsedErrorLines(message));
+}
+
+} // namespace zentrill

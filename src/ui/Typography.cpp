@@ -1,0 +1,37 @@
+#include "ui/Typography.h"
+
+#include <QFontDatabase>
+#include <QStringList>
+
+namespace zentrill {
+
+Typography::Typography(QObject* parent) :
+    QObject(parent), family_(QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()),
+    monospacedFamily_(QFontDatabase::systemFont(QFontDatabase::FixedFont).family()) {
+    const QString inter = QStringLiteral("Inter");
+    if (QFontDatabase::hasFamily(inter))
+        family_ = inter;
+}
+
+QFont Typography::overline() const {
+    QFont font = text(10, QFont::DemiBold);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, 1.5);
+    return font;
+}
+
+QFont Typography::text(int pixelSize, QFont::Weight weight) const {
+    QFont font(family_);
+    font.setPixelSize(pixelSize);
+    font.setWeight(weight);
+    return font;
+}
+
+QFont Typography::monospaced(int pixelSize, QFont::Weight weight) const {
+    QFont font(monospacedFamily_);
+    font.setStyleHint(QFont::Monospace);
+    font.setPixelSize(pixelSize);
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace zentrill

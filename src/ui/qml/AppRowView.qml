@@ -1,0 +1,131 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zentrill
+
+// One catalog tool. The whole row is the check box.
+T.AbstractButton {
+    id: row
+
+    required property int index
+    required property RecordList list
+    required property string displayName
+    required property string description
+    required property string iconName
+    required property string origin
+    required property string statusText
+    required property string markIcon
+    required property bool isDetected
+    required property bool hasResidualData
+    required property bool isSelected
+
+    readonly property bool current: ListView.isCurrentItem
+    readonly property real dimming: isDetected ? 1 : 0.85
+
+    signal toggleSelection
+
+    implicitHeight: 74
+    enabled: isDetected
+    hoverEnabled: true
+    focus: current
+    focusPolicy: Qt.NoFocus
+    padding: 0
+    leftPadding: 14
+    rightPadding: 18
+    text: displayName
+
+    onClicked: {
+        list.takeFocus(index);
+        toggleSelection();
+    }
+    Keys.onSpacePressed: if (isDetected) toggleSelection()
+    Keys.onReturnPressed: if (isDetected) toggleSelection()
+
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: displayName
+    Accessible.description: description + ". " + origin + ". " + statusText + ". " + (isSelected ? qsTr("Selected") : qsTr("Not selected"))
+    Accessible.checkable: isDetected
+    Accessible.checked: isSelected
+    Accessible.focusable: true
+    Accessible.focused: row.activeFocus
+    Accessible.onToggleAction: if (isDetected) toggleSelection()
+    Accessible.onPressAction: if (isDetected) toggleSelection()
+
+    background: RowPlate {
+        hovered: row.hovered && row.isDetected
+        chosen: row.isSelected
+        focused: row.activeFocus && row.list.marksFocus
+    }
+
+    contentItem: Item {
+        Item {
+            id: mark
+
+            anchors.verticalCenter: parent.verticalCenter
+            width: 24
+            height: 24
+
+            Icon {
+                anchors.centerIn: parent
+                name: row.markIcon
+                size: 19
+                tint: row.isSelected ? WarmPalette.copper : row.isDetected ? WarmPalette.secondary
+                                     : WarmPalette.faint(WarmPalette.tertiary, 0.6)
+            }
+        }
+
+        Icon {
+            id: glyph
+
+            anchors.left: mark.right
+            anchors.leftMargin: 14
+            anchors.verticalCenter: parent.verticalCenter
+            name: row.iconName
+            size: 22
+            tint: row.isSelected ? WarmPalette.copper : row.isDetected ? WarmPalette.secondary
+                                 : WarmPalette.faint(WarmPalette.tertiary, 0.7)
+        }
+
+        Column {
+            anchors.left: glyph.right
+            anchors.leftMargin: 16
+            anchors.right: status.left
+            anchors.rightMargin: 16
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 3
+            opacity: row.dimming
+
+            ElidedText {
+                width: parent.width
+                text: row.displayName
+                font: Typography.name
+                color: row.isDetected ? WarmPalette.paper : WarmPalette.secondary
+            }
+
+            ElidedText {
+                width: parent.width
+                text: row.description
+                font: Typography.caption
+                color: row.isSelected ? WarmPalette.secondary : WarmPalette.tertiary
+            }
+
+            ElidedText {
+                width: parent.width
+                text: row.origin
+                font: Typography.caption
+                color: WarmPalette.tertiary
+            }
+        }
+
+        Text {
+            id: status
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            text: row.statusText
+            textFormat: Text.PlainText
+            font: Typography.detail
+            opacity: row.dimming
+            color: row.hasResidualData ? WarmPalette.copper : row.isDetected ? WarmPalette.paper : WarmPalette.tertiary
+        }
+    }
+}

@@ -1,0 +1,68 @@
+import QtQuick
+import Zentrill
+
+// The Safety Shield, the number of selected tools, and the way to remove them.
+Rectangle {
+    id: footer
+
+    required property ContentViewState state_
+
+    implicitHeight: 76
+    color: WarmPalette.canvas
+
+    Hairline {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+    }
+
+    Column {
+        anchors.left: parent.left
+        anchors.leftMargin: 20
+        anchors.right: count.left
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 5
+
+        ShieldSwitch {
+            text: qsTr("Safety Shield")
+            checked: footer.state_.controller.preserveCredentials
+            onToggled: footer.state_.controller.preserveCredentials = checked
+            Accessible.name: qsTr("Safety Shield, retains recognized credentials and uncertain data when on")
+        }
+
+        ElidedText {
+            width: parent.width
+            text: footer.state_.shieldCaption
+            font: Typography.caption
+            color: WarmPalette.secondary
+        }
+    }
+
+    Text {
+        id: count
+
+        anchors.right: uninstall.left
+        anchors.rightMargin: 14
+        anchors.verticalCenter: parent.verticalCenter
+        text: footer.state_.selectionCount
+        textFormat: Text.PlainText
+        font: Typography.caption
+        color: WarmPalette.secondary
+    }
+
+    ActionButton {
+        id: uninstall
+
+        anchors.right: parent.right
+        anchors.rightMargin: 20
+        anchors.verticalCenter: parent.verticalCenter
+        implicitHeight: 34
+        leftPadding: 16
+        rightPadding: 16
+        kind: "primary"
+        text: qsTr("Uninstall Selected")
+        enabled: footer.state_.canUninstall
+        onClicked: footer.state_.requestUninstall()
+    }
+}

@@ -1,0 +1,35 @@
+import QtQuick
+import Zentrill
+
+Item {
+    id: pane
+
+    required property ContentViewState state_
+
+    RecordList {
+        id: rows
+
+        anchors.fill: parent
+        anchors.bottomMargin: footer.height
+        model: pane.state_.applications
+        focus: true
+        marksFocus: pane.state_.keyboardUsed
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("Applications")
+
+        delegate: AppRowView {
+            width: rows.rowWidth
+            list: rows
+            onToggleSelection: pane.state_.toggleApplication(index)
+        }
+    }
+
+    ApplicationsFooter {
+        id: footer
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        state_: pane.state_
+    }
+}

@@ -1,0 +1,175 @@
+import QtQuick
+import Zentrill
+
+// States what will be destroyed and waits for its code to be typed.
+ModalCard {
+    id: modal
+
+    required property ConfirmationState confirmation
+
+    width: 460
+    height: body.implicitHeight + 48
+    Accessible.role: Accessible.Dialog
+    Accessible.name: confirmation.title
+    Accessible.description: confirmation.message
+
+    Column {
+        id: body
+
+        x: 26
+        y: 24
+        width: parent.width - 52
+        spacing: 0
+
+        Item {
+            width: parent.width
+            height: Math.max(sign.height, title.implicitHeight)
+
+            Icon {
+                id: sign
+
+                name: "exclamationmark.triangle.fill"
+                size: 20
+                tint: WarmPalette.danger
+                y: 2
+            }
+
+            Text {
+                id: title
+
+                anchors.left: sign.right
+                anchors.leftMargin: 12
+                anchors.right: parent.right
+                text: modal.confirmation.title
+                textFormat: Text.PlainText
+                font: Typography.section
+                color: WarmPalette.paper
+                wrapMode: Text.Wrap
+                maximumLineCount: 3
+                elide: Text.ElideRight
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+        }
+
+        Item {
+            width: 1
+            height: 12
+        }
+
+        Flickable {
+            width: parent.width
+            height: Math.min(message.implicitHeight, 180)
+            contentHeight: message.implicitHeight
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: contentHeight > height
+            clip: interactive
+
+            Text {
+                id: message
+
+                width: parent.width
+                text: modal.confirmation.message
+                textFormat: Text.PlainText
+                font: Typography.body
+                color: WarmPalette.secondary
+                wrapMode: Text.Wrap
+                lineHeight: 1.3
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+        }
+
+        Item {
+            width: 1
+            height: 22
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: qsTr("Type this code manually to authorize the action:")
+            textFormat: Text.PlainText
+            font: Typography.body
+            color: WarmPalette.paper
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+
+        Item {
+            width: 1
+            height: 8
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: modal.confirmation.confirmationCode
+            textFormat: Text.PlainText
+            font: Typography.code
+            color: WarmPalette.copper
+            Accessible.role: Accessible.StaticText
+            Accessible.name: qsTr("Confirmation code")
+            Accessible.description: text
+        }
+
+        Item {
+            width: 1
+            height: 12
+        }
+
+        ManualConfirmationCodeField {
+            id: field
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            focus: true
+            onChange: modal.confirmation.confirmationInput = text
+            onAccepted: modal.confirmation.confirm()
+
+            Connections {
+                target: modal.confirmation
+
+                function onConfirmationInputChanged() {
+                    field.text = modal.confirmation.confirmationInput;
+                }
+            }
+        }
+
+        Item {
+            width: 1
+            height: 8
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: qsTr("Paste and drag-and-drop are disabled.")
+            textFormat: Text.PlainText
+            font: Typography.caption
+            color: WarmPalette.tertiary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+
+        Item {
+            width: 1
+            height: 24
+        }
+
+        Row {
+            anchors.right: parent.right
+            spacing: 10
+
+            ActionButton {
+                text: qsTr("Cancel")
+                implicitHeight: 32
+                onClicked: modal.confirmation.dismissModal()
+            }
+
+            ActionButton {
+                text: modal.confirmation.actionTitle
+                implicitHeight: 32
+                kind: "destructive"
+                enabled: modal.confirmation.matches
+                onClicked: modal.confirmation.confirm()
+            }
+        }
+    }
+}

@@ -1,0 +1,61 @@
+import QtQuick
+import Zentrill
+
+// One line of text behind its mark, such as the prompt mark of the activity log.
+Item {
+    id: row
+
+    required property string entry
+    required property string mark
+    property alias font: line.font
+    property alias color: line.color
+    required property int selectionStart
+    required property int selectionEnd
+
+    // The character nearest to a point of this row.
+    function positionAt(x: real, y: real): int {
+        return line.positionAt(x - line.x, y - line.y);
+    }
+
+    implicitHeight: line.implicitHeight + 4
+    Accessible.role: Accessible.ListItem
+    Accessible.name: entry
+
+    Text {
+        y: 2
+        text: row.mark
+        font: Typography.console
+        color: WarmPalette.copper
+        Accessible.ignored: true
+    }
+
+    TextEdit {
+        id: line
+
+        readonly property int from: row.selectionStart
+        readonly property int to: Math.min(row.selectionEnd, length)
+
+        function showSelection() {
+            if (from < to)
+                select(from, to);
+            else
+                deselect();
+        }
+
+        x: row.mark === "" ? 0 : 18
+        y: 2
+        width: parent.width - x
+        readOnly: true
+        activeFocusOnPress: false
+        persistentSelection: true
+        text: row.entry
+        textFormat: TextEdit.PlainText
+        wrapMode: TextEdit.Wrap
+        selectionColor: WarmPalette.action
+        selectedTextColor: WarmPalette.canvas
+        Accessible.ignored: true
+        onFromChanged: showSelection()
+        onToChanged: showSelection()
+        Component.onCompleted: showSelection()
+    }
+}

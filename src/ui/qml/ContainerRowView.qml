@@ -1,0 +1,131 @@
+import QtQuick
+import Zentrill
+
+// One container.
+FocusScope {
+    id: row
+
+    required property string name
+    required property string image
+    required property string status
+    required property bool running
+    required property bool actionsEnabled
+    required property bool current
+    // Whether the focus is shown on this row.
+    required property bool marked
+
+    signal selected
+    signal stopRequested
+    signal deleteRequested
+
+    implicitHeight: 68
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name
+    Accessible.description: image + ", " + status
+    Accessible.focusable: true
+    Accessible.focused: activeFocus
+
+    HoverHandler {
+        id: hover
+    }
+
+    TapHandler {
+        onTapped: row.selected()
+    }
+
+    RowPlate {
+        anchors.fill: parent
+        hovered: hover.hovered
+        focused: row.marked && row.activeFocus && !stop.activeFocus && !remove.activeFocus
+    }
+
+    IconTile {
+        id: tile
+
+        anchors.left: parent.left
+        anchors.leftMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        iconName: row.running ? "shippingbox.fill" : "shippingbox"
+        tint: row.running ? WarmPalette.copper : WarmPalette.tertiary
+    }
+
+    Column {
+        anchors.left: tile.right
+        anchors.leftMargin: 14
+        anchors.right: buttons.left
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 5
+
+        ElidedText {
+            width: parent.width
+            text: row.name
+            font: Typography.name
+            color: WarmPalette.paper
+        }
+
+        Row {
+            width: parent.width
+            spacing: 10
+
+            ElidedText {
+                id: imageName
+
+                anchors.verticalCenter: parent.verticalCenter
+                width: Math.max(150, Math.min(implicitWidth, parent.width - state.implicitWidth - parent.spacing))
+                text: row.image
+                font: Typography.caption
+                color: WarmPalette.tertiary
+                elide: Text.ElideMiddle
+            }
+
+            Tag {
+                id: state
+
+                anchors.verticalCenter: parent.verticalCenter
+                width: Math.max(40, Math.min(implicitWidth, parent.width - imageName.width - parent.spacing))
+                text: row.status
+                textColor: row.running ? WarmPalette.copper : WarmPalette.secondary
+            }
+        }
+    }
+
+    Row {
+        id: buttons
+
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 8
+
+        ActionButton {
+            id: stop
+
+            visible: row.running
+            kind: "copper"
+            font: Typography.detail
+            iconName: "stop.fill"
+            iconSize: 11
+            text: qsTr("Stop")
+            enabled: row.actionsEnabled
+            focusPolicy: row.current ? Qt.StrongFocus : Qt.ClickFocus
+            activeFocusOnTab: row.current
+            Accessible.name: qsTr("Stop %1").arg(row.name)
+            onClicked: row.stopRequested()
+        }
+
+        ActionButton {
+            id: remove
+
+            kind: "danger"
+            iconName: "trash.fill"
+            iconSize: 12
+            text: qsTr("Delete")
+            enabled: row.actionsEnabled
+            focusPolicy: row.current ? Qt.StrongFocus : Qt.ClickFocus
+            activeFocusOnTab: row.current
+            Accessible.name: qsTr("Delete %1").arg(row.name)
+            onClicked: row.deleteRequested()
+        }
+    }
+}

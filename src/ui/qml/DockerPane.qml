@@ -1,0 +1,35 @@
+import QtQuick
+import Zentrill
+
+Item {
+    id: pane
+
+    required property ContentViewState state_
+
+    EmptyState {
+        anchors.centerIn: parent
+        visible: pane.state_.dockerNoticeHeading !== ""
+        iconName: pane.state_.dockerNoticeIcon
+        heading: pane.state_.dockerNoticeHeading
+        detail: pane.state_.controller.dockerStatusMessage
+        tint: WarmPalette.copper
+    }
+
+    RecordList {
+        id: rows
+
+        anchors.fill: parent
+        visible: pane.state_.dockerNoticeHeading === ""
+        focus: true
+        marksFocus: pane.state_.keyboardUsed
+        model: pane.state_.dockerRows
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("Docker containers and images")
+
+        delegate: DockerRowView {
+            width: rows.rowWidth
+            list: rows
+            state_: pane.state_
+        }
+    }
+}

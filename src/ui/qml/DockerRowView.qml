@@ -1,0 +1,147 @@
+import QtQuick
+import Zentrill
+
+// One line of the Docker pane: a heading, a remark, a container or an image.
+Loader {
+    id: line
+
+    required property int index
+    required property RecordList list
+    required property string kind
+    required property string recordId
+    required property string name
+    required property string detail
+    required property string status
+    required property string usageText
+    required property bool active_
+    required property ContentViewState state_
+
+    readonly property bool current: ListView.isCurrentItem
+
+    function select() {
+        list.takeFocus(index);
+    }
+
+    focus: current
+    sourceComponent: kind === "container" ? containerRow : kind === "image" ? imageRow
+                   : kind === "heading" ? heading : kind === "warning" ? warning
+                   : kind === "empty" ? empty : notice
+
+    Component {
+        id: heading
+
+        Text {
+            topPadding: line.index === 0 ? 0 : 16
+            bottomPadding: 4
+            text: line.name
+            textFormat: Text.PlainText
+            font: Typography.section
+            color: WarmPalette.paper
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+    }
+
+    Component {
+        id: notice
+
+        Text {
+            bottomPadding: 4
+            text: line.name
+            textFormat: Text.PlainText
+            font: Typography.detail
+            color: WarmPalette.secondary
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
+
+    Component {
+        id: warning
+
+        Item {
+            implicitHeight: label.implicitHeight + 8
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: line.name
+
+            Icon {
+                id: sign
+
+                y: 1
+                name: "exclamationmark.triangle.fill"
+                size: 14
+                tint: WarmPalette.copper
+            }
+
+            Text {
+                id: label
+
+                anchors.left: sign.right
+                anchors.leftMargin: 8
+                anchors.right: parent.right
+                text: line.name
+                textFormat: Text.PlainText
+                font: Typography.detail
+                color: WarmPalette.copper
+                wrapMode: Text.Wrap
+            }
+        }
+    }
+
+    Component {
+        id: empty
+
+        Rectangle {
+            implicitHeight: 56
+            radius: 9
+            color: WarmPalette.row
+            Accessible.role: Accessible.StaticText
+            Accessible.name: line.name
+
+            Text {
+                anchors.centerIn: parent
+                text: line.name
+                textFormat: Text.PlainText
+                font: Typography.name
+                color: WarmPalette.secondary
+            }
+        }
+    }
+
+    Component {
+        id: containerRow
+
+        ContainerRowView {
+            focus: true
+            name: line.name
+            image: line.detail
+            status: line.status
+            running: line.active_
+            current: line.current
+            marked: line.list.marksFocus
+            actionsEnabled: line.state_.acceptsRequests
+            onSelected: line.select()
+            onStopRequested: line.state_.stopContainer(line.recordId)
+            onDeleteRequested: line.state_.requestContainerRemoval(line.recordId)
+        }
+    }
+
+    Component {
+        id: imageRow
+
+        DockerImageRowView {
+            focus: true
+            title: line.name
+            shortId: line.detail
+            size: line.status
+            usageText: line.usageText
+            inUse: line.active_
+            current: line.current
+            marked: line.list.marksFocus
+            actionsEnabled: line.state_.acceptsRequests
+            onSelected: line.select()
+            onRemoveRequested: line.state_.requestImageRemoval(line.recordId)
+        }
+    }
+}

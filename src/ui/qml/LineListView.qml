@@ -1,0 +1,149 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zentrill
+
+// Lines of text that can be selected across lines and copied. It can follow the newest line while that is
+// in sight.
+ListView {
+    id: list
+
+    required property LineSelection selection
+    // The mark in front of each line; none when empty.
+    property string mark
+
+    property font lineFont: Typography.console
+    property color lineColor: WarmPalette.paper
+
+    // Whether new lines pull the view along.
+    property bool following: true
+
+    function followNewest() {
+        following = true;
+        positionViewAtEnd();
+    }
+
+    // The row and the character under a point of the view.
+    function place(x: real, y: real): point {
+        const inside = Math.max(0, Math.min(height - 1, y)) + contentY;
+        let row = indexAt(contentWidth / 2, inside);
+        if (row < 0)
+            return Qt.point(inside < contentHeight / 2 ? 0 : count - 1, inside < contentHeight / 2 ? 0 : 1000000);
+        const item = itemAtIndex(row);
+        return item ? Qt.point(row, item.positionAt(x - leftMargin, inside - item.y)) : Qt.point(row, 0);
+    }
+
+    leftMargin: 20
+    rightMargin: 20
+    topMargin: 14
+    bottomMargin: 14
+    clip: true
+    activeFocusOnTab: true
+    boundsBehavior: Flickable.StopAtBounds
+    pixelAligned: true
+    reuseItems: true
+    cacheBuffer: 200
+    interactive: false
+    Accessible.role: Accessible.List
+
+    onCountChanged: if (following) Qt.callLater(positionViewAtEnd)
+    onHeightChanged: if (following) Qt.callLater(positionViewAtEnd)
+    onWidthChanged: if (following) Qt.callLater(positionViewAtEnd)
+
+    Keys.onPressed: event => {
+        const page = height - 40;
+        if (event.matches(StandardKey.Copy))
+            selection.copy();
+        else if (event.matches(StandardKey.SelectAll))
+            selection.selectAll();
+        else if (event.key === Qt.Key_Up)
+            scroll(-40);
+        else if (event.key === Qt.Key_Down)
+            scroll(40);
+        else if (event.key === Qt.Key_PageUp)
+            scroll(-page);
+        else if (event.key === Qt.Key_PageDown)
+            scroll(page);
+        else if (event.key === Qt.Key_Home) {
+            following = false;
+            positionViewAtBeginning();
+        } else if (event.key === Qt.Key_End)
+            followNewest();
+        else
+            return;
+        event.accepted = true;
+    }
+
+    // Only what a person does decides whether the view follows; a line that arrives never does.
+    function scroll(by: real) {
+        const lowest = Math.max(originY - topMargin, originY + contentHeight + bottomMargin - height);
+        contentY = Math.max(originY - topMargin, Math.min(lowest, contentY + by));
+        following = contentY >= lowest - 2;
+    }
+
+    WheelHandler {
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        onWheel: event => list.scroll(event.pixelDelta.y !== 0 ? -event.pixelDelta.y : -event.angleDelta.y / 120 * 48)
+    }
+
+    MouseArea {
+        id: pointer
+
+        property real lastX
+        property real lastY
+
+        parent: list
+        anchors.fill: parent
+        anchors.rightMargin: 12
+        cursorShape: Qt.IBeamCursor
+        preventStealing: true
+        acceptedButtons: Qt.LeftButton
+        onPressed: mouse => {
+            list.forceActiveFocus(Qt.MouseFocusReason);
+            lastX = mouse.x;
+            lastY = mouse.y;
+            const at = list.place(mouse.x, mouse.y);
+            if (mouse.modifiers & Qt.ShiftModifier)
+                list.selection.extend(at.x, at.y);
+            else
+                list.selection.begin(at.x, at.y);
+        }
+        onPositionChanged: mouse => {
+            lastX = mouse.x;
+            lastY = mouse.y;
+            const at = list.place(mouse.x, mouse.y);
+            list.selection.extend(at.x, at.y);
+        }
+        onDoubleClicked: mouse => {
+            const at = list.place(mouse.x, mouse.y);
+            list.selection.selectWord(at.x, at.y);
+        }
+    }
+
+    // A selection that is dragged past an edge pulls the text along.
+    Timer {
+        running: pointer.pressed && (pointer.lastY < 0 || pointer.lastY > list.height)
+        interval: 30
+        repeat: true
+        onTriggered: {
+            list.scroll(pointer.lastY < 0 ? -18 : 18);
+            const at = list.place(pointer.lastX, pointer.lastY);
+            list.selection.extend(at.x, at.y);
+        }
+    }
+
+    delegate: ConsoleLogRowView {
+        required property int index
+
+        mark: list.mark
+        font: list.lineFont
+        color: list.lineColor
+        width: list.width - list.leftMargin - list.rightMargin
+        selectionStart: list.selection.revision >= 0 ? list.selection.startIn(index) : 0
+        selectionEnd: list.selection.revision >= 0 ? list.selection.endIn(index) : 0
+    }
+
+    T.ScrollBar.vertical: ThinScrollBar {
+        onPressedChanged: if (!pressed) list.scroll(0)
+        onPositionChanged: if (pressed) list.following = position + size >= 1 - 0.0001
+    }
+}

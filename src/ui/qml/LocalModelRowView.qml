@@ -1,0 +1,112 @@
+import QtQuick
+import Zentrill
+
+// One model file or folder.
+FocusScope {
+    id: row
+
+    required property int index
+    required property RecordList list
+    required property string name
+    required property string source
+    required property string sizeText
+
+    property bool deletable: true
+    readonly property bool current: ListView.isCurrentItem
+
+    signal deleteRequested
+
+    implicitHeight: 64
+    focus: current
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name
+    Accessible.description: source + ", " + sizeText
+    Accessible.focusable: true
+    Accessible.focused: activeFocus
+
+    HoverHandler {
+        id: hover
+    }
+
+    TapHandler {
+        onTapped: row.list.takeFocus(row.index)
+    }
+
+    RowPlate {
+        anchors.fill: parent
+        hovered: hover.hovered
+        focused: row.activeFocus && !remove.activeFocus && row.list.marksFocus
+    }
+
+    IconTile {
+        id: tile
+
+        anchors.left: parent.left
+        anchors.leftMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        iconName: "cube.box.fill"
+    }
+
+    Column {
+        anchors.left: tile.right
+        anchors.leftMargin: 14
+        anchors.right: size.left
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 5
+
+        ElidedText {
+            width: parent.width
+            text: row.name
+            font: Typography.name
+            color: WarmPalette.paper
+            elide: Text.ElideMiddle
+        }
+
+        Tag {
+            text: row.source
+            font: Typography.caption
+        }
+    }
+
+    Row {
+        id: size
+
+        anchors.right: remove.left
+        anchors.rightMargin: 18
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 6
+
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            name: "internaldrive.fill"
+            size: 10
+            tint: WarmPalette.tertiary
+        }
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: row.sizeText
+            textFormat: Text.PlainText
+            font: Typography.detail
+            color: WarmPalette.secondary
+        }
+    }
+
+    ActionButton {
+        id: remove
+
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        kind: "danger"
+        iconName: "trash.fill"
+        iconSize: 12
+        text: qsTr("Delete")
+        enabled: row.deletable
+        focusPolicy: row.current ? Qt.StrongFocus : Qt.ClickFocus
+        activeFocusOnTab: row.current
+        Accessible.name: qsTr("Delete %1").arg(row.name)
+        onClicked: row.deleteRequested()
+    }
+}

@@ -1,0 +1,62 @@
+import QtQuick
+import Zentrill
+
+// Dims the window, takes every press on it, and shows the modal of the moment.
+FocusScope {
+    id: overlay
+
+    required property ContentViewState state_
+
+    readonly property bool showsResult: state_.controller.showResultAlert
+    property Item returnFocusTo
+
+    Keys.onEscapePressed: state_.confirmation.dismissModal()
+
+    // Tab stays among the modal's own controls.
+    Keys.onTabPressed: step(true)
+    Keys.onBacktabPressed: step(false)
+
+    function step(forward: bool) {
+        const next = Window.activeFocusItem ? Window.activeFocusItem.nextItemInFocusChain(forward) : null;
+        if (next)
+            next.forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason);
+    }
+
+    Component.onCompleted: forceActiveFocus(Qt.PopupFocusReason)
+
+    Rectangle {
+        anchors.fill: parent
+        color: Qt.rgba(0, 0, 0, 0.62)
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    Loader {
+        anchors.centerIn: parent
+        focus: true
+        sourceComponent: overlay.showsResult ? result : confirmation
+    }
+
+    Component {
+        id: confirmation
+
+        ConfirmationModal {
+            confirmation: overlay.state_.confirmation
+        }
+    }
+
+    Component {
+        id: result
+
+        ResultModalContents {
+            room: Math.max(120, overlay.height - 300)
+            state_: overlay.state_
+            onDismiss: overlay.state_.confirmation.dismissModal()
+        }
+    }
+}

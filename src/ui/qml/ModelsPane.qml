@@ -1,0 +1,35 @@
+import QtQuick
+import Zentrill
+
+Item {
+    id: pane
+
+    required property ContentViewState state_
+
+    RecordList {
+        id: rows
+
+        anchors.fill: parent
+        visible: count > 0
+        focus: true
+        marksFocus: pane.state_.keyboardUsed
+        model: pane.state_.models
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("Local models")
+
+        delegate: LocalModelRowView {
+            width: rows.rowWidth
+            list: rows
+            deletable: pane.state_.acceptsRequests
+            onDeleteRequested: pane.state_.requestModelDeletion(index)
+        }
+    }
+
+    EmptyState {
+        anchors.centerIn: parent
+        visible: rows.count === 0
+        iconName: "cube.transparent"
+        heading: qsTr("No local models detected.")
+        detail: qsTr("Scanned Ollama, HuggingFace, and LM Studio directories.")
+    }
+}

@@ -1,0 +1,52 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zentrill
+
+T.Switch {
+    id: control
+
+    implicitWidth: implicitIndicatorWidth + spacing + implicitContentWidth
+    implicitHeight: 22
+    spacing: 10
+    font: Typography.control
+    hoverEnabled: true
+
+    indicator: Rectangle {
+        x: 0
+        anchors.verticalCenter: parent.verticalCenter
+        implicitWidth: 36
+        implicitHeight: 20
+        radius: 10
+        color: control.checked ? WarmPalette.copper : WarmPalette.faint(WarmPalette.tertiary, 0.35)
+
+        Rectangle {
+            x: control.checked ? parent.width - width - 2 : 2
+            anchors.verticalCenter: parent.verticalCenter
+            width: 16
+            height: 16
+            radius: 8
+            color: control.checked ? WarmPalette.canvas : WarmPalette.paper
+
+            Behavior on x {
+                NumberAnimation {
+                    duration: 110
+                    easing.type: Easing.OutCubic
+                }
+            }
+        }
+
+        FocusRing {
+            around: 10
+            visible: control.visualFocus
+        }
+    }
+
+    contentItem: Text {
+        leftPadding: control.indicator.width + control.spacing
+        text: control.text
+        textFormat: Text.PlainText
+        font: control.font
+        color: WarmPalette.paper
+        verticalAlignment: Text.AlignVCenter
+    }
+}

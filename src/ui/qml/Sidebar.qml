@@ -1,0 +1,157 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zentrill
+
+Rectangle {
+    id: sidebar
+
+    required property ContentViewState state_
+
+    color: WarmPalette.sidebar
+
+    WindowMover {
+        anchors.fill: parent
+    }
+
+    Column {
+        id: brand
+
+        anchors.left: parent.left
+        anchors.leftMargin: 24
+        anchors.top: parent.top
+        anchors.topMargin: 26
+        spacing: 4
+
+        Text {
+            text: "Zentrill"
+            font: Typography.brand
+            color: WarmPalette.paper
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        Text {
+            text: "SYSTEM UTILITY"
+            font: Typography.overline
+            color: WarmPalette.secondary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
+
+    Column {
+        id: items
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: brand.bottom
+        anchors.leftMargin: 12
+        anchors.rightMargin: 12
+        anchors.topMargin: 26
+        spacing: 4
+        Accessible.role: Accessible.PageTabList
+        Accessible.name: qsTr("Panes")
+
+        // The panes are one tab stop; the arrow keys move between them.
+        Keys.onUpPressed: step(-1)
+        Keys.onDownPressed: step(1)
+
+        function step(by: int) {
+            const row = Math.max(0, Math.min(panes.count - 1, sidebar.state_.selectedRow + by));
+            sidebar.state_.selectRow(row);
+            panes.itemAt(row).forceActiveFocus(Qt.TabFocusReason);
+        }
+
+        Repeater {
+            id: panes
+
+            model: [
+                {
+                    title: qsTr("Applications"),
+                    icon: "app.badge.fill",
+                    tab: "apps"
+                },
+                {
+                    title: qsTr("Local Models"),
+                    icon: "cube.box.fill",
+                    tab: "models"
+                },
+                {
+                    title: qsTr("Docker"),
+                    icon: "shippingbox.fill",
+                    tab: "containers"
+                },
+                {
+                    title: qsTr("Activity Console"),
+                    icon: "terminal.fill",
+                    tab: "console"
+                }
+            ]
+
+            SidebarItem {
+                required property var modelData
+
+                width: items.width
+                title: modelData.title
+                iconName: modelData.icon
+                isSelected: sidebar.state_.selectedTab === modelData.tab
+                onClicked: sidebar.state_.selectedTab = modelData.tab
+            }
+        }
+    }
+
+    T.AbstractButton {
+        id: selfUninstall
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.margins: 12
+        implicitHeight: 36
+        leftPadding: 12
+        hoverEnabled: true
+        focusPolicy: Qt.StrongFocus
+        text: qsTr("Uninstall Zentrill")
+        enabled: sidebar.state_.acceptsRequests
+        opacity: enabled ? 1 : 0.6
+        onClicked: sidebar.state_.requestSelfUninstall()
+        Keys.onReturnPressed: click()
+
+        background: Item {
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: 0.5
+                radius: 8
+                color: WarmPalette.faint(WarmPalette.danger, selfUninstall.down ? 0.16 : selfUninstall.hovered && selfUninstall.enabled ? 0.12 : 0.07)
+                border.width: 1
+                border.color: WarmPalette.faint(WarmPalette.danger, 0.4)
+            }
+
+            FocusRing {
+                around: 8
+                visible: selfUninstall.visualFocus
+            }
+        }
+
+        contentItem: Item {
+            Icon {
+                id: bin
+
+                anchors.verticalCenter: parent.verticalCenter
+                name: "trash.slash.fill"
+                size: 16
+                tint: WarmPalette.danger
+            }
+
+            Text {
+                anchors.left: bin.right
+                anchors.leftMargin: 11
+                anchors.verticalCenter: parent.verticalCenter
+                text: selfUninstall.text
+                textFormat: Text.PlainText
+                font: Typography.control
+                color: WarmPalette.danger
+            }
+        }
+    }
+}
