@@ -16,7 +16,7 @@ constexpr std::size_t maximumXmlContainers = 1024;
 constexpr std::size_t maximumXmlTags = 400'000;
 constexpr std::size_t maximumBinaryNodes = 100'000;
 
-constexpr std::string_view binaryMagic = "bplist0";
+constexpr std::string_view binaryMagic = "bplist00";
 constexpr std::size_t trailerSize = 32;
 
 std::size_t countOf(std::string_view text, std::string_view data) {
