@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <ranges>
 #include <string_view>
 
 #include <glob.h>
@@ -36,9 +37,8 @@ private:
 /// The length of what `entry` and `expanded` have in common at their ends: the part that the expansion left
 /// as the catalog wrote it.
 std::size_t commonEnd(std::string_view entry, std::string_view expanded) {
-    const auto [entryEnd, expandedEnd] =
-        std::mismatch(entry.rbegin(), entry.rend(), expanded.rbegin(), expanded.rend());
-    return static_cast<std::size_t>(entryEnd - entry.rbegin());
+    const auto ends = std::ranges::mismatch(entry | std::views::reverse, expanded | std::views::reverse);
+    return static_cast<std::size_t>(ends.in1 - entry.rbegin());
 }
 
 std::string escaped(std::string_view literal) {

@@ -88,7 +88,7 @@ bool isSameOrBelow(std::string_view path, std::string_view ancestor) {
 }
 
 std::string expandingTilde(std::string_view path, std::string_view home) {
-    if (path != "~" && !path.starts_with("~/"))
+    if (home.empty() || (path != "~" && !path.starts_with("~/")))
         return std::string(path);
     return std::string(home).append(path.substr(1));
 }

@@ -30,7 +30,8 @@ namespace zentrill::paths {
 /// Whether `path` equals `ancestor` or lies below it. Both standardized; compared by whole parts.
 [[nodiscard]] bool isSameOrBelow(std::string_view path, std::string_view ancestor);
 
-/// Replaces a leading "~" ("~" alone or "~/…") by `home`; "~name" and all else stay as they are.
+/// Replaces a leading "~" ("~" alone or "~/…") by `home`; "~name" and all else stay as they are. So does
+/// everything when `home` is empty: "~/Library" must never come to mean "/Library".
 [[nodiscard]] std::string expandingTilde(std::string_view path, std::string_view home);
 
 } // namespace zentrill::paths

@@ -36,7 +36,7 @@ bool hasNul(const std::string& text) {
 }
 
 /// The dictionary that `data` describe within the limits, or null.
-Node parsedDictionary(std::string_view data) {
+Node parsedDictionary(const std::string& data) {
     plist_t root = nullptr;
     const auto length = static_cast<std::uint32_t>(data.size());
     if (::plist_is_binary(data.data(), length) != 0)
@@ -75,10 +75,9 @@ std::optional<std::string> propertyListString(const std::string& path, const std
     const Node dictionary = parsedDictionary(*reading.content);
     if (!dictionary)
         return std::nullopt;
-    const plist_t item = ::plist_dict_get_item(dictionary.get(), key.c_str());
     std::uint64_t length = 0;
     // Null for a missing item and for one of another kind.
-    const char* text = ::plist_get_string_ptr(item, &length);
+    const char* text = ::plist_get_string_ptr(::plist_dict_get_item(dictionary.get(), key.c_str()), &length);
     if (text == nullptr)
         return std::nullopt;
     return std::string(text, length);

@@ -16,7 +16,7 @@ constexpr std::size_t maximumXmlContainers = 1024;
 constexpr std::size_t maximumXmlTags = 400'000;
 constexpr std::size_t maximumBinaryNodes = 100'000;
 
-constexpr std::string_view binaryMagic = "bplist0";
+constexpr std::string_view binaryMagic = "bplist00";
 constexpr std::size_t trailerSize = 32;
 
 std::size_t countOf(std::string_view text, std::string_view data) {
@@ -57,8 +57,6 @@ private:
         /// Nodes in all, each reference counted anew; 0 before they are counted.
         std::size_t nodes = 0;
         std::size_t height = 0;
-        /// While its children are counted: to meet it again then means a cycle.
-        bool isOpen = false;
     };
 
     [[nodiscard]] std::size_t byte(std::size_t at) const {
@@ -74,20 +72,21 @@ private:
         return value;
     }
 
-    /// What the object at `index` unfolds into, or nothing beyond the limits.
+    /// What the object at `index` unfolds into, or nothing beyond the limits; a cycle ends at the depth's.
     std::optional<Subtree> subtree(std::size_t index, std::size_t depth) {
-        if (index >= subtrees_.size() || depth > maximumDepth || subtrees_[index].isOpen)
+        if (index >= subtrees_.size() || depth > maximumDepth)
             return std::nullopt;
-        if (subtrees_[index].nodes > 0)
-            return subtrees_[index];
-        subtrees_[index].isOpen = true;
-        const std::optional<Subtree> counted = countedSubtree(index, depth);
-        subtrees_[index] = counted.value_or(Subtree{});
-        return counted;
+        if (subtrees_[index].nodes == 0) {
+            const std::optional<Subtree> counted = countedSubtree(index, depth);
+            if (!counted)
+                return std::nullopt;
+            subtrees_[index] = *counted;
+        }
+        return subtrees_[index];
     }
 
     std::optional<Subtree> countedSubtree(std::size_t index, std::size_t depth) {
-        const std::optional<std::size_t> offset = number(table_ + index * offsetSize_, offsetSize_);
+        const std::optional<std::size_t> offset = number(table_ + (index * offsetSize_), offsetSize_);
         if (!offset || *offset >= data_.size())
             return std::nullopt;
         constexpr std::size_t arrayKind = 0xA;
@@ -113,7 +112,7 @@ private:
         Subtree whole{.nodes = 1, .height = 1};
         for (std::size_t child = 0; child < *count; ++child) {
             const std::optional<std::size_t> childIndex =
-                number(references + child * referenceSize_, referenceSize_);
+                number(references + (child * referenceSize_), referenceSize_);
             const std::optional<Subtree> below = childIndex ? subtree(*childIndex, depth + 1) : std::nullopt;
             if (!below)
                 return std::nullopt;

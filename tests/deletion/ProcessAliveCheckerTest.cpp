@@ -35,7 +35,9 @@ bool isAlive(const CommandResult& listing, const std::vector<std::string>& names
 struct Pipe {
     Pipe() {
         std::array<int, 2> ends{};
-        EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+        EXPECT_EQ(::pipe(ends.data()), 0);
+        for (const int end : ends)
+            EXPECT_EQ(::fcntl(end, F_SETFD, FD_CLOEXEC), 0);
         readEnd = FileDescriptor(ends[0]);
         writeEnd = FileDescriptor(ends[1]);
     }

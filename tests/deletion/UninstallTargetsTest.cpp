@@ -1,6 +1,6 @@
 #include "deletion/UninstallTargets.h"
 
-#include "support/TemporaryDirectory.h"
+#include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -53,9 +53,9 @@ TEST_F(UninstallTargetsTest, BracesOfAPatternAreExpanded) {
 }
 
 TEST_F(UninstallTargetsTest, ATildeThatTheExpanderLeftIsExpandedInAPattern) {
-    // The account database knows root's home on every system; nothing is touched, only listed.
-    EXPECT_THAT(uninstallTargets("~nobody-at-all/*", "~nobody-at-all/*"), IsEmpty());
-    EXPECT_THAT(uninstallTargets("~root/..?", "~root/..?"), IsEmpty());
+    const test::TemporaryHome home;
+    const std::string match = home.makeFile("Caches/claude");
+    EXPECT_THAT(uninstallTargets("~/Caches/*claude*", "~/Caches/*claude*"), ElementsAre(match));
 }
 
 TEST_F(UninstallTargetsTest, TheNameOfTheHomeFolderIsNoPattern) {

@@ -72,6 +72,8 @@ TEST(Paths, ExpandsOnlyTheOwnHome) {
     EXPECT_EQ(expandingTilde("~other/x", "/home/u"), "~other/x");
     EXPECT_EQ(expandingTilde("/a/~/x", "/home/u"), "/a/~/x");
     EXPECT_EQ(expandingTilde("", "/home/u"), "");
+    EXPECT_EQ(expandingTilde("~/x", ""), "~/x");
+    EXPECT_EQ(expandingTilde("~", ""), "~");
 }
 
 } // namespace

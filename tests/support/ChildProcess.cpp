@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <exception>
 #include <grp.h>
+#include <stdexcept>
 #include <system_error>
 
 #include <sys/wait.h>
@@ -57,6 +58,10 @@ void becomeOrdinaryUser() {
 
 #ifdef __linux__
 
+bool canMount() {
+    return ::geteuid() == 0;
+}
+
 void enterPrivateMountNamespace() {
     require(::unshare(CLONE_NEWNS) == 0, "unshare");
     require(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0, "mount");
@@ -68,6 +73,32 @@ void mountMemoryDisk(const std::string& at, const std::string& options) {
 
 void remountReadOnly(const std::string& at) {
     require(::mount("none", at.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) == 0, "remount");
+}
+
+#else
+
+namespace {
+
+[[noreturn]] void noPrivateMounts() {
+    throw std::runtime_error("this system has no private mounts");
+}
+
+} // namespace
+
+bool canMount() {
+    return false;
+}
+
+void enterPrivateMountNamespace() {
+    noPrivateMounts();
+}
+
+void mountMemoryDisk(const std::string& /*at*/, const std::string& /*options*/) {
+    noPrivateMounts();
+}
+
+void remountReadOnly(const std::string& /*at*/) {
+    noPrivateMounts();
 }
 
 #endif

@@ -20,6 +20,9 @@ void becomeOrdinaryUser();
 /// The user that `becomeOrdinaryUser` turns into when root calls it.
 inline constexpr unsigned ordinaryUserId = 65534;
 
+/// Whether the three functions below work: on Linux, as root.
+[[nodiscard]] bool canMount();
+
 /// From here on this process alone sees the mounts it makes, and they end with it. Throws if that fails.
 void enterPrivateMountNamespace();
 
