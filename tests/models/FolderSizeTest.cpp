@@ -31,6 +31,7 @@ protected:
     void makeChain(int depth, const char* name) const {
         int current = ::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         for (int level = 0; level < depth; ++level) {
+            ASSERT_GE(current, 0);
             ASSERT_EQ(::mkdirat(current, name, 0700), 0);
             const int child = ::openat(current, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
             ::close(current);
@@ -54,7 +55,7 @@ TEST_F(FolderSizeTest, CountsFilesAndSubfoldersButNotTheFolderItself) {
 }
 
 TEST_F(FolderSizeTest, SymbolicLinksAddNothing) {
-    test::TemporaryDirectory elsewhere;
+    const test::TemporaryDirectory elsewhere;
     elsewhere.makeFile("big", std::string(1000, 'x'));
     folder.makeFile("file", "12345");
     folder.makeLink("to-file", "file");
@@ -197,7 +198,7 @@ TEST_F(FolderSizeTest, StopsBeforeTheNextFolder) {
     EXPECT_GT(some, 0);
     EXPECT_LT(some, all);
 
-    std::vector<std::string> paths(1000, folder.path());
+    const std::vector<std::string> paths(1000, folder.path());
     std::atomic<int> askedByAll = 0;
     static_cast<void>(folderSizes(paths, [&] { return ++askedByAll > 5; }));
     EXPECT_LE(askedByAll, 5 + 1000);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -36,8 +37,22 @@ std::vector<std::string> listed(const std::string& folder) {
     return FileSystem::shared().entryNames(folder).value_or(std::vector<std::string>());
 }
 
+std::string joined(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts)
+        text += part;
+    return text;
+}
+
+std::int64_t ownSize(const std::string& path) {
+    struct stat status{};
+    EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
+    return status.st_size;
+}
+
 std::vector<std::string> names(const std::vector<LocalModel>& models) {
     std::vector<std::string> result;
+    result.reserve(models.size());
     for (const LocalModel& model : models)
         result.push_back(model.name);
     return result;
@@ -107,7 +122,7 @@ TEST_F(LocalModelScannerTest, OllamaTagsComeInListingOrder) {
     std::vector<std::string> expected;
     for (const std::string& model : listed(home.path(library)))
         for (const std::string& tag : listed(home.path(in(library, model))))
-            expected.push_back(model + ":" + tag);
+            expected.push_back(joined({model, ":", tag}));
     EXPECT_EQ(names(scanner().scanOllamaModels()), expected);
 }
 
@@ -158,8 +173,7 @@ TEST_F(LocalModelScannerTest, ListsHubModelsByOrganisationAndName) {
     home.makeFile(in(hub, "version.txt"), "1");
     home.makeFile(in(hub, "Models--upper--case/blobs/abc"), "12345");
     const std::string folder = home.path(in(hub, "models--meta-llama--Llama-3-8B"));
-    const std::int64_t folders =
-        3 * static_cast<std::int64_t>(FileSystem::shared().attributes(folder + "/blobs")->size);
+    const std::int64_t folders = 3 * ownSize(folder + "/blobs");
     EXPECT_THAT(scanner().scanHuggingFaceModels(), ElementsAre(LocalModel{.name = "meta-llama/Llama-3-8B",
                                                                           .source = "HuggingFace / vLLM",
                                                                           .sizeBytes = 5 + folders,
@@ -245,8 +259,8 @@ TEST_F(LocalModelScannerTest, AFoldersModelsStandInItsPlace) {
     std::vector<std::string> expected;
     const auto expect = [&](const auto& self, const std::string& folder, const std::string& prefix) -> void {
         for (const std::string& entry : listed(folder)) {
-            if (std::filesystem::is_directory(folder + "/" + entry))
-                self(self, folder + "/" + entry, prefix + entry + "/");
+            if (std::filesystem::is_directory(joined({folder, "/", entry})))
+                self(self, joined({folder, "/", entry}), joined({prefix, entry, "/"}));
             else
                 expected.push_back(prefix + entry);
         }
@@ -275,6 +289,7 @@ TEST_F(LocalModelScannerTest, ATreeDeeperThanAnyPathIsSearchedWhole) {
     const std::string nested(60, 'n');
     int current = ::open(home.makeDirectory("root").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     for (int level = 0; level < depth; ++level) {
+        ASSERT_GE(current, 0);
         ASSERT_EQ(::mkdirat(current, nested.c_str(), 0700), 0);
         const int child = ::openat(current, nested.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         ::close(current);
@@ -290,7 +305,7 @@ TEST_F(LocalModelScannerTest, ATreeDeeperThanAnyPathIsSearchedWhole) {
     ASSERT_EQ(models.size(), 1U);
     EXPECT_EQ(models.front().sizeBytes, 5);
     EXPECT_EQ(models.front().name.size(),
-              depth * (nested.size() + 1) + std::string_view("deepest.gguf").size());
+              (depth * (nested.size() + 1)) + std::string_view("deepest.gguf").size());
     EXPECT_EQ(models.front().path, home.path("root/") + models.front().name);
 }
 

@@ -180,6 +180,7 @@ TEST_F(OllamaManifestFileTest, WhatIsNoFileIsUnknownAtOnce) {
     ASSERT_LT(socketPath.size(), sizeof address.sun_path);
     socketPath.copy(static_cast<char*>(address.sun_path), socketPath.size());
     const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_GE(socket, 0);
     ASSERT_EQ(::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     EXPECT_EQ(OllamaManifestSizer::size(socketPath), std::nullopt);
     ::close(socket);
