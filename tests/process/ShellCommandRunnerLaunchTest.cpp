@@ -89,6 +89,7 @@ TEST_F(ShellCommandRunnerLaunchTest, NoDescriptorsLeft) {
     // With each further descriptor the launch gets one step further before it fails.
     EXPECT_TRUE(test::holdsInForkedChild([&] {
         const rlimit enough{.rlim_cur = 256, .rlim_max = 256};
+        const CommandResult expected = launchFailure(EMFILE);
         const int firstFree = ::dup(STDERR_FILENO);
         ::close(firstFree);
         for (rlim_t spare = 0; spare < 4; ++spare) {
@@ -96,7 +97,7 @@ TEST_F(ShellCommandRunnerLaunchTest, NoDescriptorsLeft) {
             ::setrlimit(RLIMIT_NOFILE, &limit);
             const CommandResult result = runner.run("/bin/true", {});
             ::setrlimit(RLIMIT_NOFILE, &enough);
-            if (result != launchFailure(EMFILE) || test::openDescriptorCount() != descriptorsBefore)
+            if (result != expected || test::openDescriptorCount() != descriptorsBefore)
                 return false;
         }
         return runner.run("/bin/true", {}).succeeded() && test::hasNoChildren();
