@@ -36,6 +36,15 @@ protected:
         result.launchError = std::generic_category().message(error);
         return result;
     }
+
+    /// Sanitizers look into the first object of a type that they meet, and need a descriptor for that.
+    static void showErrorsToSanitizers() {
+        try {
+            throw std::system_error(EMFILE, std::generic_category());
+        } catch (const std::system_error& error) {
+            ASSERT_EQ(error.code().message(), launchFailure(EMFILE).diagnostic());
+        }
+    }
 };
 
 TEST_F(ShellCommandRunnerLaunchTest, MissingExecutable) {
@@ -86,6 +95,7 @@ TEST_F(ShellCommandRunnerLaunchTest, TextsThatTheSystemWouldCut) {
 }
 
 TEST_F(ShellCommandRunnerLaunchTest, NoDescriptorsLeft) {
+    showErrorsToSanitizers();
     // With each further descriptor the launch gets one step further before it fails.
     EXPECT_TRUE(test::holdsInForkedChild([&] {
         const rlimit enough{.rlim_cur = 256, .rlim_max = 256};
