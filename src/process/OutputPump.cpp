@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <thread>
+#include <ctime>
+#include <span>
 #include <utility>
 
 #include <poll.h>
@@ -16,11 +17,19 @@ namespace {
 constexpr std::size_t largestRead = std::size_t{64} * 1024;
 constexpr std::size_t drainStep = 4096;
 
-/// Whole milliseconds, which is all that `poll` knows, rounded down; at most a minute.
-int pollTime(OutputPump::Clock::duration remaining) {
-    using std::chrono::milliseconds;
-    const auto whole = std::chrono::floor<milliseconds>(remaining);
-    return static_cast<int>(std::clamp(whole, milliseconds(0), milliseconds(60'000)).count());
+/// `poll`, but to the precision of the clock where the system offers that: a rounded wait would lengthen
+/// every command by up to a millisecond.
+int pollFor(std::span<pollfd> entries, OutputPump::Clock::duration limit) {
+    using namespace std::chrono;
+    const auto bounded = std::clamp<OutputPump::Clock::duration>(limit, 0s, 60s);
+    const auto count = static_cast<nfds_t>(entries.size());
+#ifdef __APPLE__
+    return ::poll(entries.data(), count, static_cast<int>(ceil<milliseconds>(bounded).count()));
+#else
+    const auto whole = floor<seconds>(bounded);
+    const timespec time{.tv_sec = whole.count(), .tv_nsec = nanoseconds(bounded - whole).count()};
+    return ::ppoll(entries.data(), count, &time, nullptr);
+#endif
 }
 
 } // namespace
@@ -55,8 +64,7 @@ bool OutputPump::pumpUntil(Clock::time_point deadline, bool stopAtChildEnd) {
             {.fd = output_.pipe.get(), .events = POLLIN, .revents = 0},
             {.fd = errorOutput_.pipe.get(), .events = POLLIN, .revents = 0},
         }};
-        const int ready = ::poll(entries.data(), entries.size(), pollTime(remaining));
-        if (ready > 0) {
+        if (pollFor(entries, remaining) > 0) {
             interrupted_ = entries[0].revents != 0;
             if (entries[2].revents != 0)
                 output_.read(largestRead);
@@ -67,9 +75,6 @@ bool OutputPump::pumpUntil(Clock::time_point deadline, bool stopAtChildEnd) {
         }
         if (remaining <= Clock::duration::zero())
             return false;
-        // The part of a millisecond that `poll` cannot wait.
-        if (ready == 0 && remaining < std::chrono::milliseconds(1))
-            std::this_thread::sleep_until(deadline);
     }
     return false;
 }

@@ -1,6 +1,7 @@
 #include "docker/DockerScanner.h"
 
 #include "support/FakeCommandRunner.h"
+#include "support/FixedDockerLocator.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,19 +18,10 @@ namespace {
 
 using test::failed;
 using test::FakeCommandRunner;
+using test::FixedDockerLocator;
 using test::ok;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class FixedLocator final : public DockerExecutableLocating {
-public:
-    explicit FixedLocator(std::optional<std::string> path) : path_(std::move(path)) {}
-
-    [[nodiscard]] std::optional<std::string> locate() const override { return path_; }
-
-private:
-    std::optional<std::string> path_;
-};
 
 std::string imageID(char digit) {
     return "sha256:" + std::string(64, digit);
@@ -58,7 +50,8 @@ protected:
         [this](const FakeCommandRunner::Call& call) { return answer(call); });
 
     DockerAvailability scan() {
-        return DockerScanner(commands, std::make_shared<FixedLocator>("/opt/docker"), environment).scan();
+        return DockerScanner(commands, std::make_shared<FixedDockerLocator>("/opt/docker"), environment)
+            .scan();
     }
 
     DockerAvailability::Available available() {
@@ -95,7 +88,7 @@ private:
 
 TEST_F(DockerScannerTest, RunsNothingWithoutTheTool) {
     const DockerAvailability result =
-        DockerScanner(commands, std::make_shared<FixedLocator>(std::nullopt), {}).scan();
+        DockerScanner(commands, std::make_shared<FixedDockerLocator>(std::nullopt), {}).scan();
     EXPECT_EQ(result, DockerAvailability{DockerAvailability::MissingCLI{}});
     EXPECT_THAT(commands->calls(), IsEmpty());
 }
