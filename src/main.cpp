@@ -4,6 +4,7 @@
 #include "deletion/SafeDeletionEngine.h"
 #include "deletion/SelfUninstallService.h"
 #include "docker/DockerExecutableLocator.h"
+#include "platform/FileSystem.h"
 #include "platform/HomeDirectory.h"
 #include "process/ShellCommandRunner.h"
 #include "ui/ContentView.h"
@@ -35,8 +36,14 @@ std::string preferencesFile() {
     return home.empty() ? std::string() : SelfUninstallService().ownedDataURLs(home).front();
 }
 
-/// A cleaner must not litter: no compiled QML, no shader cache, no desktop plug-in that keeps files of its own.
+/// A cleaner must not litter: no compiled QML, no shader cache, no desktop plug-in that keeps files of its own,
+/// no message bus started for it, no folder made up for one.
 void keepQtFromWritingFiles() {
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR"))
+        qputenv("XDG_RUNTIME_DIR", "/"); // Otherwise Qt makes a folder below /tmp.
+    const std::string userBus = std::string(qgetenv("XDG_RUNTIME_DIR").constData()) + "/bus";
+    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") && !FileSystem::shared().fileExists(userBus))
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:"); // Otherwise a bus is launched, which writes ~/.dbus.
     qputenv("QML_DISABLE_DISK_CACHE", "1");
     qputenv("QT_QPA_PLATFORMTHEME", "generic");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
