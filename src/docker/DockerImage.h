@@ -2,6 +2,7 @@
 
 #include "docker/DockerConnection.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,7 +10,7 @@
 namespace zentrill {
 
 /// Whether a container uses an image; `unknown` whenever the scan had any doubt.
-enum class DockerImageUsage { unused, inUse, unknown };
+enum class DockerImageUsage : std::uint8_t { unused, inUse, unknown };
 
 /// "unused", "inUse" or "unknown".
 [[nodiscard]] std::string_view rawValue(DockerImageUsage usage) noexcept;

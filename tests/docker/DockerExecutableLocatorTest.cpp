@@ -6,6 +6,7 @@
 
 #include <map>
 #include <optional>
+#include <ranges>
 #include <set>
 #include <string>
 #include <utility>
@@ -65,9 +66,9 @@ TEST_F(DockerExecutableLocatorTest, TriesTheCandidatesInOrder) {
         "/extra/second/docker",
     };
     // From the last to the first: each one found so far must give way to the one before it.
-    for (auto candidate = order.rbegin(); candidate != order.rend(); ++candidate) {
-        files.executables.insert(*candidate);
-        EXPECT_EQ(locator.locate(), *candidate);
+    for (const std::string& candidate : std::views::reverse(order)) {
+        files.executables.insert(candidate);
+        EXPECT_EQ(locator.locate(), candidate);
     }
 }
 

@@ -13,6 +13,7 @@
 #include <chrono>
 #include <csignal>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include <sys/wait.h>
@@ -31,9 +32,8 @@ pid_t forkMember(void (*onTermination)(int)) {
     const Pipe ready = Pipe::open();
     const pid_t pid = ::fork();
     if (pid == 0) {
-        ::signal(SIGTERM, onTermination);
         const char byte = 0;
-        if (::write(ready.writing.get(), &byte, 1) != 1)
+        if (::signal(SIGTERM, onTermination) == SIG_ERR || ::write(ready.writing.get(), &byte, 1) != 1)
             ::_exit(1);
         for (;;)
             ::pause();
@@ -46,8 +46,9 @@ pid_t forkMember(void (*onTermination)(int)) {
 ChildProcess spawnSleeper() {
     const Pipe pipe = Pipe::open();
     SpawnedChild spawned = spawnChild("/bin/sleep", {"600"}, {}, pipe.writing.get(), pipe.writing.get());
-    EXPECT_TRUE(spawned.child.has_value()) << spawned.error.message();
-    return std::move(spawned.child).value();
+    if (!spawned.child)
+        throw std::system_error(spawned.error);
+    return std::move(*spawned.child);
 }
 
 TEST(ChildProcess, AMemberOfThisProcesssGroupDoesNotOwnIt) {

@@ -42,8 +42,8 @@ TEST_F(ShellCommandRunnerIsolationTest, IgnoredAndBlockedSignalsAreNotInherited)
     const CommandResult result =
         runner.run("/bin/sed", {"-En", "s/^Sig(Blk|Ign):\\t//p", "/proc/self/status"});
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    ::signal(SIGPIPE, previousPipe);
-    ::signal(SIGINT, previous);
+    ASSERT_NE(::signal(SIGPIPE, previousPipe), SIG_ERR);
+    ASSERT_NE(::signal(SIGINT, previous), SIG_ERR);
     // The C library keeps two real-time signals (32 and 33) to itself.
     constexpr unsigned long long internal = 0x1'8000'0000;
     std::size_t next = 0;
@@ -65,7 +65,7 @@ TEST_F(ShellCommandRunnerIsolationTest, SixteenThreadsDoNotHoldEachOthersPipes) 
     for (int number = 0; number < 16; ++number)
         threads.emplace_back([&, number] {
             for (int round = 0; round < 10; ++round) {
-                const std::string text = std::to_string(number * 100 + round) + "\n";
+                const std::string text = std::to_string((number * 100) + round) + "\n";
                 const CommandResult echo = runner.run("/bin/sh", {"-c", "cat; printf %s \"$1\"", "sh", text});
                 const CommandResult list = runner.run("/bin/ls", {"/proc/self/fd"});
                 if (!echo.succeeded() || echo.stdout != text || list.stdout != onlyItsOwn)
@@ -90,7 +90,8 @@ TEST_F(ShellCommandRunnerIsolationTest, WorksWithoutStandardDescriptors) {
 
 TEST_F(ShellCommandRunnerIsolationTest, ReturnsInAProcessThatIgnoresItsChildren) {
     EXPECT_TRUE(test::holdsInForkedChild([&] {
-        ::signal(SIGCHLD, SIG_IGN);
+        if (::signal(SIGCHLD, SIG_IGN) == SIG_ERR)
+            return false;
         const auto start = std::chrono::steady_clock::now();
         const CommandResult result = runner.run("/bin/echo", {"text"});
         // The system has thrown the status away, and nobody may guess it.

@@ -79,8 +79,7 @@ DockerEngine::DockerEngine() : environment_(ShellCommandRunner::defaultEnvironme
     environment_["TMPDIR"] = folder_.makeDirectory("tmp");
     environment_["DOCKER_HOST"] = host();
     environment_.erase("DOCKER_CONTEXT");
-    start();
-    waitUntilReady();
+    waitUntilReady(start());
 }
 
 DockerEngine::~DockerEngine() {
@@ -91,7 +90,7 @@ std::string DockerEngine::host() const {
     return "unix://" + folder_.path("docker.sock");
 }
 
-void DockerEngine::start() {
+pid_t DockerEngine::start() {
     folder_.makeFile("daemon.json", "{}\n");
     const FileDescriptor log(
         ::open(folder_.path("log").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR));
@@ -102,11 +101,11 @@ void DockerEngine::start() {
                    environment_, log.get(), log.get());
     if (!spawned.child)
         throw std::runtime_error("cannot start the Docker Engine: " + spawned.error.message());
-    namespaces_.emplace(std::move(*spawned.child));
+    return namespaces_.emplace(std::move(*spawned.child)).id();
 }
 
-void DockerEngine::waitUntilReady() {
-    const ChildEndNotice end(namespaces_->id());
+void DockerEngine::waitUntilReady(pid_t pid) {
+    const ChildEndNotice end(pid);
     const bool ready = eventually([&] { return answers() || end.wait(std::chrono::milliseconds(0)); },
                                   std::chrono::seconds(60));
     if (!ready || !answers())

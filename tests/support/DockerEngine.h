@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/types.h>
+
 namespace zentrill::test {
 
 /// A real Docker Engine of the test's own, with its socket and all of its data in a temporary folder. It has
@@ -56,8 +58,8 @@ private:
     std::optional<ChildProcess> namespaces_;
     int imageCount_ = 0;
 
-    void start();
-    void waitUntilReady();
+    pid_t start();
+    void waitUntilReady(pid_t pid);
     [[nodiscard]] bool answers() const;
 };
 
