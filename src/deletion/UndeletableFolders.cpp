@@ -41,7 +41,7 @@ std::optional<std::string> UndeletableFolders::refusal(const std::string& path) 
 }
 
 bool UndeletableFolders::contains(const FileIdentity& folder) const {
-    return std::find(identities_.begin(), identities_.end(), folder) != identities_.end();
+    return std::ranges::find(identities_, folder) != identities_.end();
 }
 
 } // namespace zentrill
