@@ -86,8 +86,9 @@ void checkMatcher(const std::string& path, const std::string& other) {
     // What a walk finds out name by name is what the whole path says.
     const std::string standardized = paths::standardized("/" + path);
     const CredentialShield shield(matcher, {other});
-    if (standardized != "/" && !shield.isProtected(paths::parent(standardized))) {
-        const std::string parent(paths::parent(standardized));
+    const std::string parent(paths::parent(standardized));
+    // The root itself is never walked.
+    if (parent != "/" && !shield.isProtected(parent)) {
         require(shield.isProtected(standardized) ==
                 shield.isProtectedName(paths::lastComponent(standardized), shield.explicitNames(parent)));
     }

@@ -1,5 +1,6 @@
 #include "ChildProcess.h"
 #include "deletion/SafeDeletionEngine.h"
+#include "support/ReadOnlyMachine.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -44,6 +45,16 @@ bool exists(const std::string& path) {
 double secondsSince(Clock::time_point begin) {
     return std::chrono::duration<double>(Clock::now() - begin).count();
 }
+
+/// Only where a walk that is led astray meets a read-only machine.
+class HostileChanges : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!test::ReadOnlyMachine::possible()) {
+            GTEST_SKIP() << "needs root to make the machine read-only first";
+        }
+    }
+};
 
 /// A counter that the attacking child sees as well.
 class SharedRound {
@@ -187,11 +198,11 @@ void expectToHoldWhereANaiveDeleterLoses(Attack::Target target,
                 naiveRounds, 2 * limit, attack.rounds);
 }
 
-TEST(HostileChanges, AFolderInsideSwappedForALinkLeadsNowhere) {
+TEST_F(HostileChanges, AFolderInsideSwappedForALinkLeadsNowhere) {
     expectToHoldWhereANaiveDeleterLoses(Attack::Target::folderInside, deleteNaively);
 }
 
-TEST(HostileChanges, AnAncestorSwappedForALinkLeadsNowhere) {
+TEST_F(HostileChanges, AnAncestorSwappedForALinkLeadsNowhere) {
     expectToHoldWhereANaiveDeleterLoses(Attack::Target::ancestor, deleteNaivelyAfterCheckingAncestors);
 }
 
@@ -207,7 +218,7 @@ SafeDeletionEngine engineDisturbedAt(std::string path, std::function<void()> bef
                               });
 }
 
-TEST(HostileChanges, AFileThatVanishesIsNoFailureAndNotOurs) {
+TEST_F(HostileChanges, AFileThatVanishesIsNoFailureAndNotOurs) {
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const TemporaryDirectory folder;
         const std::string file = folder.makeFile("tree/file");
@@ -220,7 +231,7 @@ TEST(HostileChanges, AFileThatVanishesIsNoFailureAndNotOurs) {
     }
 }
 
-TEST(HostileChanges, ATreeThatVanishesWholeIsNoFailure) {
+TEST_F(HostileChanges, ATreeThatVanishesWholeIsNoFailure) {
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const TemporaryDirectory folder;
         const std::string sub = folder.makeDirectory("tree/sub");
@@ -231,7 +242,7 @@ TEST(HostileChanges, ATreeThatVanishesWholeIsNoFailure) {
     }
 }
 
-TEST(HostileChanges, AFileThatBecomesAFolderIsRemovedAsAFolder) {
+TEST_F(HostileChanges, AFileThatBecomesAFolderIsRemovedAsAFolder) {
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const TemporaryDirectory folder;
         const std::string item = folder.makeFile("tree/item");
@@ -247,7 +258,7 @@ TEST(HostileChanges, AFileThatBecomesAFolderIsRemovedAsAFolder) {
     }
 }
 
-TEST(HostileChanges, AFolderThatBecomesALinkIsRemovedAsALink) {
+TEST_F(HostileChanges, AFolderThatBecomesALinkIsRemovedAsALink) {
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const TemporaryDirectory folder;
         const std::string victim = folder.makeFile("victim/file");
@@ -265,7 +276,7 @@ TEST(HostileChanges, AFolderThatBecomesALinkIsRemovedAsALink) {
     }
 }
 
-TEST(HostileChanges, AnEnteredFolderReplacedByALinkLosesOnlyTheLink) {
+TEST_F(HostileChanges, AnEnteredFolderReplacedByALinkLosesOnlyTheLink) {
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const TemporaryDirectory folder;
         const std::string victim = folder.makeFile("victim/file");
@@ -280,7 +291,7 @@ TEST(HostileChanges, AnEnteredFolderReplacedByALinkLosesOnlyTheLink) {
     }
 }
 
-TEST(HostileChanges, AnItemThatNeverStopsChangingIsOneFailure) {
+TEST_F(HostileChanges, AnItemThatNeverStopsChangingIsOneFailure) {
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const TemporaryDirectory folder;
         const std::string item = folder.makeFile("tree/item");
@@ -301,7 +312,7 @@ TEST(HostileChanges, AnItemThatNeverStopsChangingIsOneFailure) {
 
 /// A folder deeper than the directories held open is climbed by "..", which leads out of the tree once
 /// somebody moves it.
-TEST(HostileChanges, AFolderMovedAwayIsNotClimbedIntoItsNewSurroundings) {
+TEST_F(HostileChanges, AFolderMovedAwayIsNotClimbedIntoItsNewSurroundings) {
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const TemporaryDirectory folder;
         std::string relative = "tree";
@@ -326,7 +337,7 @@ TEST(HostileChanges, AFolderMovedAwayIsNotClimbedIntoItsNewSurroundings) {
     }
 }
 
-TEST(HostileChanges, AFolderOutOfReachIsAFailureAndTheWalkGoesOnAbove) {
+TEST_F(HostileChanges, AFolderOutOfReachIsAFailureAndTheWalkGoesOnAbove) {
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const TemporaryDirectory folder;
         std::string relative = "tree";
@@ -356,7 +367,7 @@ TEST(HostileChanges, AFolderOutOfReachIsAFailureAndTheWalkGoesOnAbove) {
     }
 }
 
-TEST(HostileChanges, AFolderThatIsAlwaysRefilledIsAFailureAfterAWhile) {
+TEST_F(HostileChanges, AFolderThatIsAlwaysRefilledIsAFailureAfterAWhile) {
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const TemporaryDirectory folder;
         folder.makeFile("tree/full/file0");
@@ -376,7 +387,7 @@ TEST(HostileChanges, AFolderThatIsAlwaysRefilledIsAFailureAfterAWhile) {
     }
 }
 
-TEST(HostileChanges, AFolderThatAnotherProcessKeepsFillingEndsOneWayOrTheOther) {
+TEST_F(HostileChanges, AFolderThatAnotherProcessKeepsFillingEndsOneWayOrTheOther) {
     const TemporaryDirectory folder;
     const std::string tree = folder.makeDirectory("tree");
     int number = 0;
