@@ -23,7 +23,7 @@ UndeletableFolders::UndeletableFolders() {
     for (std::string folder = *resolved; folder != "/"; folder = std::string(paths::parent(folder))) {
         struct stat status{};
         if (::lstat(folder.c_str(), &status) == 0)
-            identities_.push_back({status.st_dev, status.st_ino});
+            identities_.push_back({.device = status.st_dev, .inode = status.st_ino});
     }
 }
 
