@@ -1,12 +1,14 @@
 #include "ChildProcess.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "platform/FileDescriptor.h"
+#include "platform/SystemError.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 #include <functional>
 #include <pthread.h>
@@ -235,13 +237,15 @@ TEST(ExtremeTrees, WithoutDescriptorsTheReportSaysSo) {
     const TemporaryDirectory folder;
     const std::string file = folder.makeFile("tree/file");
     EXPECT_TRUE(passesInChild([&] {
+        // Made first: the undefined behaviour sanitizer needs a descriptor for its first look at the type.
+        const std::string expected = folder.path("tree") + ": " + systemDescription(EMFILE);
         std::vector<FileDescriptor> occupied;
         limitDescriptors(64);
         while (FileDescriptor more{::open("/dev/null", O_RDONLY | O_CLOEXEC)}) {
             occupied.push_back(std::move(more));
         }
         EXPECT_THAT(SafeDeletionEngine().deleteItem(folder.path("tree"), unshielded).failures,
-                    ElementsAre(folder.path("tree") + ": Too many open files"));
+                    ElementsAre(expected));
     }));
     EXPECT_TRUE(exists(file));
 }
