@@ -1,5 +1,6 @@
-#include "ChildProcess.h"
+#include "Confinement.h"
 #include "deletion/SafeDeletionEngine.h"
+#include "support/ChildProcess.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TemporaryHome.h"
 

@@ -1,4 +1,4 @@
-#include "ChildProcess.h"
+#include "Confinement.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "platform/FileDescriptor.h"
 #include "support/TemporaryDirectory.h"

@@ -1,4 +1,6 @@
-#include "ChildProcess.h"
+#include "Confinement.h"
+
+#include "support/ChildProcess.h"
 
 #include <gtest/gtest.h>
 
@@ -31,19 +33,6 @@ pid_t checkedFork() {
 }
 
 } // namespace
-
-bool passesInChild(const std::function<void()>& body) {
-    const pid_t child = checkedFork();
-    if (child == 0) {
-        body();
-        std::fflush(nullptr);
-        ::_exit(testing::Test::HasFailure() ? 1 : 0);
-    }
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
 
 bool passesAsOrdinaryUser(const std::function<void()>& body) {
     return passesInChild([&body] {

@@ -7,11 +7,7 @@
 
 namespace zentrill::test {
 
-/// Runs `body` in a child process of its own, for what a process cannot undo: another user, a private mount
-/// namespace, low limits. Expectations inside print as usual; false if one failed or the child crashed.
-[[nodiscard]] bool passesInChild(const std::function<void()>& body);
-
-/// The same as an ordinary user who owns nothing. Needs root.
+/// Runs `body` in a child as an ordinary user who owns nothing; false if an expectation failed. Needs root.
 [[nodiscard]] bool passesAsOrdinaryUser(const std::function<void()>& body);
 
 /// The same with mounts that nobody else sees. Needs root.
