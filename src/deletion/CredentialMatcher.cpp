@@ -25,7 +25,7 @@ bool containsLowered(const std::set<std::string, std::less<>>& names, std::strin
     std::array<char, 32> buffer{};
     if (name.size() > buffer.size())
         return false; // Longer than every listed name.
-    std::transform(name.begin(), name.end(), buffer.begin(), lowered);
+    std::ranges::transform(name, buffer.begin(), lowered);
     return names.contains(std::string_view(buffer.data(), name.size()));
 }
 
@@ -41,15 +41,14 @@ bool CredentialMatcher::isCredential(std::string_view path) const {
     if (isCredentialName(paths::lastComponent(path)))
         return true;
     const std::vector<std::string_view> parts = paths::components(path);
-    return std::any_of(parts.begin(), parts.end(), [this](std::string_view part) {
-        return containsLowered(sensitiveDirectoryNames_, part);
-    });
+    return std::ranges::any_of(
+        parts, [this](std::string_view part) { return containsLowered(sensitiveDirectoryNames_, part); });
 }
 
 bool CredentialMatcher::isCredentialName(std::string_view name) const {
     return containsLowered(exactNames_, name) ||
-           std::any_of(sensitiveSuffixes.begin(), sensitiveSuffixes.end(),
-                       [name](std::string_view suffix) { return endsWithLowered(name, suffix); }) ||
+           std::ranges::any_of(sensitiveSuffixes,
+                               [name](std::string_view suffix) { return endsWithLowered(name, suffix); }) ||
            containsLowered(sensitiveDirectoryNames_, name);
 }
 

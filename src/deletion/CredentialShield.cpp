@@ -19,7 +19,7 @@ CredentialShield::CredentialShield(const CredentialMatcher& matcher,
 bool CredentialShield::isProtected(std::string_view path) const {
     const std::string normalized = aliasNormalized(paths::standardized(path));
     return matcher_.isCredential(normalized) ||
-           std::any_of(explicit_.begin(), explicit_.end(), [&normalized](const std::string& credential) {
+           std::ranges::any_of(explicit_, [&normalized](const std::string& credential) {
                return paths::isSameOrBelow(normalized, credential);
            });
 }
@@ -36,8 +36,7 @@ std::vector<std::string_view> CredentialShield::explicitNames(std::string_view f
 
 bool CredentialShield::isProtectedName(std::string_view name,
                                        const std::vector<std::string_view>& explicitNames) const {
-    return matcher_.isCredentialName(name) ||
-           std::find(explicitNames.begin(), explicitNames.end(), name) != explicitNames.end();
+    return matcher_.isCredentialName(name) || std::ranges::find(explicitNames, name) != explicitNames.end();
 }
 
 } // namespace zentrill

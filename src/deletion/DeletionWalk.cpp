@@ -347,7 +347,7 @@ void DeletionWalk::recordFailure(std::string path, int error) {
     if (rules_.shield != nullptr)
         outcome_.report.failures.push_back(path + ": " + systemDescription(error));
     if (!outcome_.firstFailure)
-        outcome_.firstFailure = Failure{std::move(path), error};
+        outcome_.firstFailure = Failure{.path = std::move(path), .error = error};
 }
 
 } // namespace zentrill

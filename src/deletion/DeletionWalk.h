@@ -5,6 +5,7 @@
 #include "platform/DirectoryHandle.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -66,7 +67,7 @@ private:
         std::vector<std::string_view> explicitNames;
     };
 
-    enum class Step { done, kindChanged };
+    enum class Step : std::uint8_t { done, kindChanged };
 
     [[nodiscard]] Frame& top() { return frames_[depth_ - 1]; }
 

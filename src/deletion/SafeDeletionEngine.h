@@ -17,7 +17,8 @@ struct DeletionOptions {
     /// The Safety Shield: recognised credentials are kept.
     bool preserveCredentials = false;
     /// Absolute paths that count as credentials for this call, with everything inside them.
-    std::vector<std::string> explicitCredentialPaths{};
+    std::vector<std::string>
+        explicitCredentialPaths{}; // NOLINT(readability-redundant-member-init): GCC warns
     /// With the shield on, keep every file that is not a credential too ("uncertain data").
     bool preserveUnrecognized = false;
 };

@@ -23,7 +23,7 @@ UndeletableFolders::UndeletableFolders() {
     for (std::string folder = *resolved; folder != "/"; folder = std::string(paths::parent(folder))) {
         struct stat status{};
         if (::lstat(folder.c_str(), &status) == 0)
-            identities_.push_back({status.st_dev, status.st_ino});
+            identities_.push_back({.device = status.st_dev, .inode = status.st_ino});
     }
 }
 
@@ -41,7 +41,7 @@ std::optional<std::string> UndeletableFolders::refusal(const std::string& path) 
 }
 
 bool UndeletableFolders::contains(const FileIdentity& folder) const {
-    return std::find(identities_.begin(), identities_.end(), folder) != identities_.end();
+    return std::ranges::find(identities_, folder) != identities_.end();
 }
 
 } // namespace zentrill

@@ -152,7 +152,7 @@ int DirectoryHandle::lookUp(const char* name, EntryKind& kind, FileIdentity& ide
     if (uninterrupted([&] { return ::fstatat(descriptor_.get(), name, &status, AT_SYMLINK_NOFOLLOW); }) != 0)
         return errno;
     kind = S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::other;
-    identity = {status.st_dev, status.st_ino};
+    identity = {.device = status.st_dev, .inode = status.st_ino};
     return 0;
 }
 
@@ -180,7 +180,7 @@ int DirectoryHandle::rememberIdentity() {
     struct stat status{};
     if (::fstat(descriptor_.get(), &status) != 0)
         return errno;
-    identity_ = {status.st_dev, status.st_ino};
+    identity_ = {.device = status.st_dev, .inode = status.st_ino};
     return 0;
 }
 
@@ -189,7 +189,7 @@ int DirectoryHandle::rememberIdentity() {
 int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t nameBytesLimit, bool& atEnd) const {
     // Not on the stack, which may be small, and not made anew for each of a million folders.
     constexpr std::size_t blockSize = 65536;
-    thread_local std::vector<char> block(blockSize);
+    static thread_local std::vector<char> block(blockSize);
     atEnd = false;
     while (listing.nameBytes() < nameBytesLimit) {
         const ssize_t length =

@@ -44,8 +44,8 @@ public:
 
     /// Puts the entries from `first` on into the order of their inode numbers.
     void sortByInode(std::size_t first) {
-        std::sort(entries_.begin() + static_cast<std::ptrdiff_t>(first), entries_.end(),
-                  [](const Entry& a, const Entry& b) { return a.inode < b.inode; });
+        std::ranges::sort(entries_.begin() + static_cast<std::ptrdiff_t>(first), entries_.end(),
+                          [](const Entry& a, const Entry& b) { return a.inode < b.inode; });
     }
 
 private:

@@ -1,0 +1,125 @@
+// Deleting whole trees against `rm -rf`, and what the shield costs.
+//
+//     bench_deletion [folder in memory [folder on disk]]
+
+#include "BenchRun.h"
+#include "deletion/SafeDeletionEngine.h"
+
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace zentrill;
+
+/// What the program does when it runs itself, so that both sides of a comparison are processes.
+int deleteOnce(std::string_view how, const std::string& path) {
+    const DeletionOptions options{.preserveCredentials = how != "whole",
+                                  .preserveUnrecognized = how == "keep"};
+    const DeletionReport report = SafeDeletionEngine().deleteItem(path, options);
+    return report.succeeded() && (how == "keep") == report.removed.empty() ? 0 : 1;
+}
+
+void makeTree(const std::string& path, int folders, int filesPerFolder) {
+    ::mkdir(path.c_str(), 0700);
+    for (int folder = 0; folder < folders; ++folder) {
+        const std::string name = path + "/folder-" + std::to_string(folder);
+        ::mkdir(name.c_str(), 0700);
+        const int directory = ::open(name.c_str(), O_DIRECTORY | O_CLOEXEC);
+        for (int file = 0; file < filesPerFolder; ++file) {
+            const std::string entry = "file-" + std::to_string(file) + ".bin";
+            ::close(::openat(directory, entry.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+        }
+        ::close(directory);
+    }
+    // On disk nobody is to pay for writing down what the other one made.
+    const int top = ::open(path.c_str(), O_DIRECTORY | O_CLOEXEC);
+    ::syncfs(top);
+    ::close(top);
+}
+
+class Bench {
+public:
+    explicit Bench(std::string self) : self_(std::move(self)) {}
+
+    void againstRm(const std::string& name, const std::string& base, int folders, int filesPerFolder,
+                   int pairs) const {
+        bench::compare({.name = name,
+                        .peer = "rm -rf",
+                        .target = 1.0,
+                        .pairs = pairs,
+                        .prepareOurs = [=] { makeTree(base + "/ours", folders, filesPerFolder); },
+                        .prepareTheirs = [=] { makeTree(base + "/theirs", folders, filesPerFolder); },
+                        .ours = [=, this] { return ourselves("whole", base + "/ours"); },
+                        .theirs = [=] { return bench::runProgram({"rm", "-rf", base + "/theirs"}); }});
+    }
+
+    void shieldAgainstNone(const std::string& base) const {
+        bench::compare({.name = "deletion.shield-nothing-kept",
+                        .peer = "ours without the shield",
+                        .target = 1.15,
+                        .pairs = 9,
+                        .prepareOurs = [=] { makeTree(base + "/ours", 400, 500); },
+                        .prepareTheirs = [=] { makeTree(base + "/theirs", 400, 500); },
+                        .ours = [=, this] { return ourselves("shield", base + "/ours"); },
+                        .theirs = [=, this] { return ourselves("whole", base + "/theirs"); }});
+    }
+
+    void keepingAgainstFind(const std::string& base) const {
+        const std::string tree = base + "/kept";
+        makeTree(tree, 100, 500);
+        bench::compare(
+            {.name = "deletion.shield-all-kept",
+             .peer = "find -type f",
+             .target = 1.2,
+             .pairs = 21,
+             .prepareOurs = [] {},
+             .prepareTheirs = [] {},
+             .ours = [=, this] { return ourselves("keep", tree); },
+             .theirs = [=] { return bench::runProgram({"find", tree, "-type", "f"}, base + "/list"); }});
+        (void)deleteOnce("whole", tree);
+        ::unlink((base + "/list").c_str());
+    }
+
+private:
+    [[nodiscard]] bench::Cost ourselves(const std::string& how, const std::string& path) const {
+        return bench::runProgram({self_, "--delete", how, path});
+    }
+
+    std::string self_;
+};
+
+std::string makeFolder(const std::string& parent) {
+    std::string folder = parent + "/zentrill-bench-XXXXXX";
+    if (::mkdtemp(folder.data()) == nullptr) {
+        std::perror(folder.c_str());
+        std::exit(1);
+    }
+    return folder;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv, argv + argc);
+    if (argc == 4 && arguments[1] == "--delete") {
+        return deleteOnce(arguments[2], arguments[3]);
+    }
+    const std::string memory = makeFolder(argc > 1 ? arguments[1] : "/dev/shm");
+    const std::string disk = makeFolder(argc > 2 ? arguments[2] : "/var/tmp");
+    const Bench bench("/proc/self/exe");
+    bench.againstRm("deletion.tree-200k-memory", memory, 400, 500, 9);
+    bench.againstRm("deletion.one-folder-400k-memory", memory, 1, 400000, 5);
+    bench.shieldAgainstNone(memory);
+    bench.keepingAgainstFind(memory);
+    bench.againstRm("deletion.tree-200k-disk", disk, 400, 500, 5);
+    bench.againstRm("deletion.one-folder-400k-disk", disk, 1, 400000, 3);
+    ::rmdir(memory.c_str());
+    ::rmdir(disk.c_str());
+    return 0;
+}

@@ -1,0 +1,18 @@
+#include "truth/TruthTrial.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace zentrill {
+namespace {
+
+TEST(DeletionTruth, ReportAndDiskAgreeOnTenThousandRandomTrees) {
+    const std::optional<std::string> complaint = test::runTruthTrials(1, 10000);
+    EXPECT_FALSE(complaint.has_value()) << *complaint;
+}
+
+} // namespace
+} // namespace zentrill

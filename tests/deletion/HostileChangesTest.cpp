@@ -1,0 +1,407 @@
+#include "Confinement.h"
+#include "deletion/SafeDeletionEngine.h"
+#include "support/ReadOnlyMachine.h"
+#include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <new>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zentrill {
+namespace {
+
+namespace fs = std::filesystem;
+using test::BackgroundLoop;
+using test::TemporaryDirectory;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Clock = std::chrono::steady_clock;
+
+const DeletionOptions unshielded{};
+const DeletionOptions shielded{.preserveCredentials = true};
+
+bool exists(const std::string& path) {
+    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
+}
+
+double secondsSince(Clock::time_point begin) {
+    return std::chrono::duration<double>(Clock::now() - begin).count();
+}
+
+/// Only where a walk that is led astray meets a read-only machine.
+class HostileChanges : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!test::ReadOnlyMachine::possible()) {
+            GTEST_SKIP() << "needs root to make the machine read-only first";
+        }
+    }
+};
+
+/// A counter that the attacking child sees as well.
+class SharedRound {
+public:
+    SharedRound()
+        : value_(new(::mmap(nullptr, sizeof(Value), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1,
+                            0)) Value(0)) {}
+
+    ~SharedRound() { ::munmap(static_cast<void*>(value_), sizeof(Value)); }
+
+    SharedRound(const SharedRound&) = delete;
+    SharedRound& operator=(const SharedRound&) = delete;
+    SharedRound(SharedRound&&) = delete;
+    SharedRound& operator=(SharedRound&&) = delete;
+
+    [[nodiscard]] int get() const { return value_->load(); }
+
+    void next() { value_->fetch_add(1); }
+
+private:
+    using Value = std::atomic<int>;
+    Value* value_;
+};
+
+/// Looks first and opens by path afterwards, as an unsuspecting program does.
+void deleteNaively(const std::string& path) {
+    struct stat status{};
+    if (::lstat(path.c_str(), &status) != 0) {
+        return;
+    }
+    if (!S_ISDIR(status.st_mode)) {
+        ::unlink(path.c_str());
+        return;
+    }
+    DIR* directory = ::opendir(path.c_str());
+    if (directory == nullptr) {
+        return;
+    }
+    while (const dirent* entry = ::readdir(directory)) {
+        const std::string name = static_cast<const char*>(entry->d_name);
+        if (name != "." && name != "..") {
+            deleteNaively(path + "/" + name);
+        }
+    }
+    ::closedir(directory);
+    ::rmdir(path.c_str());
+}
+
+void deleteNaivelyAfterCheckingAncestors(const std::string& path) {
+    if (!SafeDeletionEngine().deletionRefusal(path)) {
+        deleteNaively(path);
+    }
+}
+
+/// One file's worth of people's data, in the shape of the tree under attack, so that a misled deleter finds
+/// there just what it is looking for.
+class Attack {
+public:
+    enum class Target { folderInside, ancestor };
+
+    explicit Attack(Target target) : target_(target) { restoreVictim(); }
+
+    /// Runs `deleter` on a fresh tree again and again under attack; the seconds until the victim lost
+    /// something, or nothing if it held for `limit`.
+    std::optional<double> run(const std::function<void(const std::string&)>& deleter, double limit) {
+        restoreVictim();
+        const BackgroundLoop attacker([this] { exchange(round_.get()); });
+        const Clock::time_point begin = Clock::now();
+        while (secondsSince(begin) < limit) {
+            prepare(round_.get() + 1);
+            round_.next();
+            deleter(roundPath(round_.get(), "upper/tree"));
+            ++rounds;
+            if (!victimIsWhole()) {
+                return secondsSince(begin);
+            }
+        }
+        return std::nullopt;
+    }
+
+    int rounds = 0;
+
+private:
+    static constexpr int fileCount = 8;
+
+    [[nodiscard]] std::string roundPath(int round, const std::string& relative) const {
+        return folder_.path("round" + std::to_string(round) + "/" + relative);
+    }
+
+    /// Makes the real folder and a link to the victim change places.
+    void exchange(int round) const {
+        const std::string link = roundPath(round, "link");
+        const std::string real = roundPath(round, target_ == Target::ancestor ? "upper" : "upper/tree/sub");
+        ::renameat2(AT_FDCWD, link.c_str(), AT_FDCWD, real.c_str(), RENAME_EXCHANGE);
+    }
+
+    void prepare(int round) const {
+        const std::string name = "round" + std::to_string(round);
+        fillTree(name + "/upper/tree");
+        folder_.makeLink(name + "/link", folder_.path(target_ == Target::ancestor ? "victim/upper"
+                                                                                  : "victim/upper/tree/sub"));
+    }
+
+    void fillTree(const std::string& relative) const {
+        for (int i = 0; i < fileCount; ++i) {
+            folder_.makeFile(relative + "/sub/file" + std::to_string(i));
+        }
+    }
+
+    void restoreVictim() const { fillTree("victim/upper/tree"); }
+
+    [[nodiscard]] bool victimIsWhole() const {
+        for (int i = 0; i < fileCount; ++i) {
+            if (!exists(folder_.path("victim/upper/tree/sub/file" + std::to_string(i)))) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    Target target_;
+    TemporaryDirectory folder_{test::memoryFolder()};
+    SharedRound round_;
+};
+
+void expectToHoldWhereANaiveDeleterLoses(Attack::Target target,
+                                         const std::function<void(const std::string&)>& naive) {
+    Attack attack(target);
+    const std::optional<double> lost = attack.run(naive, 60);
+    ASSERT_TRUE(lost.has_value()) << "the attack is too weak to prove anything";
+    const int naiveRounds = attack.rounds;
+    attack.rounds = 0;
+    const double limit = std::clamp(5 * *lost, 2.0, 15.0);
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const std::optional<double> oursLost = attack.run(
+            [&options](const std::string& path) { (void)SafeDeletionEngine().deleteItem(path, options); },
+            limit);
+        EXPECT_FALSE(oursLost.has_value()) << "lost after " << *oursLost << " s";
+    }
+    std::printf("naive deleter lost after %.3f s (%d rounds), ours held for %.1f s (%d rounds)\n", *lost,
+                naiveRounds, 2 * limit, attack.rounds);
+}
+
+TEST_F(HostileChanges, AFolderInsideSwappedForALinkLeadsNowhere) {
+    expectToHoldWhereANaiveDeleterLoses(Attack::Target::folderInside, deleteNaively);
+}
+
+TEST_F(HostileChanges, AnAncestorSwappedForALinkLeadsNowhere) {
+    expectToHoldWhereANaiveDeleterLoses(Attack::Target::ancestor, deleteNaivelyAfterCheckingAncestors);
+}
+
+/// An engine that runs `before` when it is about to remove or enter the item at `path`, which is the moment
+/// between its look at the item and its deed.
+SafeDeletionEngine engineDisturbedAt(std::string path, std::function<void()> before) {
+    return SafeDeletionEngine(FileSystem::shared(), {},
+                              [path = std::move(path), before = std::move(before)](const std::string& asked) {
+                                  if (asked == path) {
+                                      before();
+                                  }
+                                  return true;
+                              });
+}
+
+TEST_F(HostileChanges, AFileThatVanishesIsNoFailureAndNotOurs) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const TemporaryDirectory folder;
+        const std::string file = folder.makeFile("tree/file");
+        const std::string tree = folder.path("tree");
+        const DeletionReport report =
+            engineDisturbedAt(file, [&] { fs::remove(file); }).deleteItem(tree, options);
+        EXPECT_THAT(report.removed, ElementsAre(tree));
+        EXPECT_THAT(report.failures, IsEmpty());
+        EXPECT_FALSE(exists(tree));
+    }
+}
+
+TEST_F(HostileChanges, ATreeThatVanishesWholeIsNoFailure) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const TemporaryDirectory folder;
+        const std::string sub = folder.makeDirectory("tree/sub");
+        const DeletionReport report = engineDisturbedAt(sub, [&] {
+                                          fs::remove_all(folder.path("tree"));
+                                      }).deleteItem(folder.path("tree"), options);
+        EXPECT_EQ(report, DeletionReport{});
+    }
+}
+
+TEST_F(HostileChanges, AFileThatBecomesAFolderIsRemovedAsAFolder) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const TemporaryDirectory folder;
+        const std::string item = folder.makeFile("tree/item");
+        bool done = false;
+        const DeletionReport report = engineDisturbedAt(item, [&] {
+                                          if (!std::exchange(done, true)) {
+                                              fs::remove(item);
+                                              folder.makeFile("tree/item/inside");
+                                          }
+                                      }).deleteItem(folder.path("tree"), options);
+        EXPECT_THAT(report.failures, IsEmpty());
+        EXPECT_FALSE(exists(folder.path("tree")));
+    }
+}
+
+TEST_F(HostileChanges, AFolderThatBecomesALinkIsRemovedAsALink) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const TemporaryDirectory folder;
+        const std::string victim = folder.makeFile("victim/file");
+        const std::string item = folder.makeDirectory("tree/item");
+        bool done = false;
+        const DeletionReport report = engineDisturbedAt(item, [&] {
+                                          if (!std::exchange(done, true)) {
+                                              fs::remove(item);
+                                              folder.makeLink("tree/item", folder.path("victim"));
+                                          }
+                                      }).deleteItem(folder.path("tree"), options);
+        EXPECT_THAT(report.failures, IsEmpty());
+        EXPECT_FALSE(exists(folder.path("tree")));
+        EXPECT_TRUE(exists(victim));
+    }
+}
+
+TEST_F(HostileChanges, AnEnteredFolderReplacedByALinkLosesOnlyTheLink) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const TemporaryDirectory folder;
+        const std::string victim = folder.makeFile("victim/file");
+        const std::string inside = folder.makeFile("tree/item/file");
+        const DeletionReport report = engineDisturbedAt(inside, [&] {
+                                          fs::rename(folder.path("tree/item"), folder.path("moved"));
+                                          folder.makeLink("tree/item", folder.path("victim"));
+                                      }).deleteItem(folder.path("tree"), options);
+        EXPECT_THAT(report.failures, IsEmpty());
+        EXPECT_FALSE(exists(folder.path("tree")));
+        EXPECT_TRUE(exists(victim));
+    }
+}
+
+TEST_F(HostileChanges, AnItemThatNeverStopsChangingIsOneFailure) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const TemporaryDirectory folder;
+        const std::string item = folder.makeFile("tree/item");
+        const DeletionReport report = engineDisturbedAt(item, [&] {
+                                          const bool wasFolder = fs::is_directory(item);
+                                          fs::remove(item);
+                                          if (wasFolder) {
+                                              folder.makeFile("tree/item");
+                                          } else {
+                                              folder.makeDirectory("tree/item");
+                                          }
+                                      }).deleteItem(folder.path("tree"), options);
+        EXPECT_EQ(report.failures.size(), 1U);
+        EXPECT_THAT(report.removed, IsEmpty());
+        EXPECT_TRUE(exists(item));
+    }
+}
+
+/// A folder deeper than the directories held open is climbed by "..", which leads out of the tree once
+/// somebody moves it.
+TEST_F(HostileChanges, AFolderMovedAwayIsNotClimbedIntoItsNewSurroundings) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const TemporaryDirectory folder;
+        std::string relative = "tree";
+        std::string middle;
+        for (int level = 0; level < 60; ++level) {
+            relative += "/d";
+            if (level == 20) {
+                middle = relative;
+            }
+        }
+        const std::string bottom = folder.makeFile(relative + "/file");
+        const std::string innocent = folder.makeFile("outside/innocent");
+        const std::string emptyNamesake = folder.makeDirectory("outside/x/d");
+        const DeletionReport report = engineDisturbedAt(bottom, [&] {
+                                          fs::rename(folder.path(middle), folder.path("outside/d"));
+                                      }).deleteItem(folder.path("tree"), options);
+        EXPECT_FALSE(exists(folder.path("tree"))) << "what was still inside can go";
+        EXPECT_TRUE(exists(innocent));
+        EXPECT_TRUE(exists(emptyNamesake));
+        EXPECT_TRUE(exists(folder.path("outside")));
+        EXPECT_THAT(report.failures, IsEmpty());
+    }
+}
+
+TEST_F(HostileChanges, AFolderOutOfReachIsAFailureAndTheWalkGoesOnAbove) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const TemporaryDirectory folder;
+        std::string relative = "tree";
+        std::string upper;
+        std::string lower;
+        for (int level = 0; level < 60; ++level) {
+            relative += "/d";
+            if (level == 10) {
+                upper = relative;
+            }
+            if (level == 20) {
+                lower = relative;
+            }
+        }
+        const std::string bottom = folder.makeFile(relative + "/file");
+        const std::string sibling = folder.makeFile("tree/sibling");
+        // The lower one leaves the tree, and another folder takes the place of one between it and the top.
+        const DeletionReport report = engineDisturbedAt(bottom, [&] {
+                                          fs::rename(folder.path(lower), folder.path("lower"));
+                                          fs::rename(folder.path(upper), folder.path("upper"));
+                                          folder.makeFile(upper + "/new");
+                                      }).deleteItem(folder.path("tree"), options);
+        EXPECT_FALSE(report.failures.empty());
+        EXPECT_TRUE(exists(folder.path(upper + "/new")));
+        EXPECT_TRUE(exists(folder.path("upper")));
+        EXPECT_FALSE(exists(sibling));
+    }
+}
+
+TEST_F(HostileChanges, AFolderThatIsAlwaysRefilledIsAFailureAfterAWhile) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const TemporaryDirectory folder;
+        folder.makeFile("tree/full/file0");
+        const std::string full = folder.path("tree/full");
+        int made = 0;
+        const SafeDeletionEngine engine(FileSystem::shared(), {}, [&](const std::string& path) {
+            if (path.starts_with(full + "/")) {
+                folder.makeFile("tree/full/file" + std::to_string(++made));
+            }
+            return true;
+        });
+        const DeletionReport report = engine.deleteItem(folder.path("tree"), options);
+        ASSERT_EQ(report.failures.size(), 1U);
+        EXPECT_THAT(report.failures[0], testing::HasSubstr("Directory not empty"));
+        EXPECT_GT(made, 1);
+        EXPECT_TRUE(exists(full));
+    }
+}
+
+TEST_F(HostileChanges, AFolderThatAnotherProcessKeepsFillingEndsOneWayOrTheOther) {
+    const TemporaryDirectory folder;
+    const std::string tree = folder.makeDirectory("tree");
+    int number = 0;
+    const BackgroundLoop filler([&] {
+        const std::string file = tree + "/file" + std::to_string(++number);
+        ::close(::open(file.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+    });
+    while (!exists(tree + "/file100")) {
+        std::this_thread::yield();
+    }
+    const DeletionReport report = SafeDeletionEngine().deleteItem(tree, unshielded);
+    EXPECT_EQ(report.removed.empty(), exists(tree));
+    EXPECT_EQ(report.failures.empty(), !exists(tree));
+}
+
+} // namespace
+} // namespace zentrill

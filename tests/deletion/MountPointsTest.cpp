@@ -1,0 +1,147 @@
+#include "Confinement.h"
+#include "deletion/SafeDeletionEngine.h"
+#include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <string>
+
+#include <sys/mount.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace zentrill {
+namespace {
+
+using test::passesWithPrivateMounts;
+using test::TemporaryDirectory;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+const DeletionOptions unshielded{};
+const DeletionOptions shielded{.preserveCredentials = true};
+
+bool exists(const std::string& path) {
+    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
+}
+
+void bindMount(const std::string& source, const std::string& target) {
+    ASSERT_EQ(::mount(source.c_str(), target.c_str(), nullptr, MS_BIND, nullptr), 0);
+}
+
+/// From now on the process has no openat2, as on an older kernel or in a sandbox.
+void forbidOpenat2(unsigned error) {
+    std::array<sock_filter, 4> program{{
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat2, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | error),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    }};
+    const sock_fprog filter{program.size(), program.data()};
+    ASSERT_EQ(::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+    ASSERT_EQ(::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter), 0);
+    ASSERT_EQ(::syscall(SYS_openat2, -1, nullptr, nullptr, 0), -1);
+    ASSERT_EQ(errno, static_cast<int>(error));
+}
+
+/// Runs with each way to notice a mount point: openat2, and without it the look after opening.
+class MountPoints : public testing::TestWithParam<unsigned> {
+protected:
+    void SetUp() override {
+        if (::geteuid() != 0) {
+            GTEST_SKIP() << "needs root to mount";
+        }
+    }
+
+    static void limit() {
+        if (GetParam() != 0) {
+            forbidOpenat2(GetParam());
+        }
+    }
+
+    TemporaryDirectory folder_;
+};
+
+TEST_P(MountPoints, AreNeverEnteredNorRemovedAndKeepTheFoldersAbove) {
+    EXPECT_TRUE(passesWithPrivateMounts([&] {
+        const std::string foreign = folder_.makeDirectory("tree/sub/foreign");
+        const std::string own = folder_.makeDirectory("tree/sub/own");
+        const std::string file = folder_.makeFile("tree/sub/file");
+        const std::string gone = folder_.makeFile("tree/sub/gone");
+        const std::string outside = folder_.makeFile("outside/data", "content");
+        ASSERT_EQ(::mount("none", foreign.c_str(), "tmpfs", 0, nullptr), 0);
+        folder_.makeFile("tree/sub/foreign/inside");
+        bindMount(folder_.path("outside"), own); // The device number does not change here.
+        bindMount(outside, file);
+        limit();
+        const std::string tree = folder_.path("tree");
+        const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
+        EXPECT_THAT(report.failures, UnorderedElementsAre(foreign + ": Device or resource busy",
+                                                          own + ": Device or resource busy",
+                                                          file + ": Device or resource busy"));
+        EXPECT_THAT(report.removed, ElementsAre(gone));
+        EXPECT_THAT(
+            SafeDeletionEngine().deleteItem(tree, unshielded).failures,
+            ElementsAre(testing::StartsWith(tree + ": Device or resource busy (at " + tree + "/sub/")));
+        EXPECT_TRUE(exists(foreign + "/inside"));
+        EXPECT_TRUE(exists(outside));
+        EXPECT_FALSE(exists(gone));
+    }));
+}
+
+TEST_P(MountPoints, AreNotRemovedWhenEmpty) {
+    EXPECT_TRUE(passesWithPrivateMounts([&] {
+        const std::string empty = folder_.makeDirectory("tree/empty");
+        ASSERT_EQ(::mount("none", empty.c_str(), "tmpfs", 0, nullptr), 0);
+        limit();
+        EXPECT_THAT(SafeDeletionEngine().deleteItem(folder_.path("tree"), shielded).failures,
+                    ElementsAre(empty + ": Device or resource busy"));
+        EXPECT_TRUE(exists(empty));
+    }));
+}
+
+TEST_P(MountPoints, AreRefusedAsTheItemItself) {
+    EXPECT_TRUE(passesWithPrivateMounts([&] {
+        const std::string item = folder_.makeDirectory("item");
+        const std::string inside = folder_.makeFile("outside/inside");
+        bindMount(folder_.path("outside"), item);
+        limit();
+        for (const DeletionOptions& options : {unshielded, shielded}) {
+            const DeletionReport report = SafeDeletionEngine().deleteItem(item, options);
+            EXPECT_THAT(report.failures, ElementsAre(item + ": Device or resource busy"));
+            EXPECT_THAT(report.removed, IsEmpty());
+        }
+        EXPECT_TRUE(exists(inside));
+    }));
+}
+
+TEST_P(MountPoints, MayLieOnTheWayToTheItem) {
+    EXPECT_TRUE(passesWithPrivateMounts([&] {
+        const std::string volume = folder_.makeDirectory("volume");
+        ASSERT_EQ(::mount("none", volume.c_str(), "tmpfs", 0, nullptr), 0);
+        folder_.makeFile("volume/tree/sub/file");
+        limit();
+        EXPECT_THAT(SafeDeletionEngine().deleteItem(volume + "/tree", unshielded).removed,
+                    ElementsAre(volume + "/tree"));
+        EXPECT_FALSE(exists(volume + "/tree"));
+    }));
+}
+
+INSTANTIATE_TEST_SUITE_P(EachWay, MountPoints, testing::Values(0U, unsigned{ENOSYS}, unsigned{EPERM}),
+                         [](const testing::TestParamInfo<unsigned>& tested) {
+                             return tested.param == 0        ? "WithOpenat2"
+                                    : tested.param == ENOSYS ? "OlderKernel"
+                                                             : "Sandbox";
+                         });
+
+} // namespace
+} // namespace zentrill

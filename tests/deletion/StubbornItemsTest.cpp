@@ -1,0 +1,312 @@
+#include "Confinement.h"
+#include "deletion/SafeDeletionEngine.h"
+#include "platform/FileDescriptor.h"
+#include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <linux/fs.h>
+#include <string>
+
+#include <fcntl.h>
+#include <sys/inotify.h>
+#include <sys/ioctl.h>
+#include <sys/mount.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace zentrill {
+namespace {
+
+namespace fs = std::filesystem;
+using test::passesAsOrdinaryUser;
+using test::passesWithPrivateMounts;
+using test::TemporaryDirectory;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+const DeletionOptions unshielded{};
+const DeletionOptions shielded{.preserveCredentials = true};
+
+bool exists(const std::string& path) {
+    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
+}
+
+std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+class StubbornItems : public testing::Test {
+protected:
+    void SetUp() override {
+        if (::geteuid() != 0) {
+            GTEST_SKIP() << "needs root to become another user and to mount";
+        }
+    }
+
+    void giveAllTo(uid_t user) const {
+        ASSERT_EQ(::chown(folder_.path().c_str(), user, user), 0);
+        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder_.path())) {
+            ASSERT_EQ(::lchown(entry.path().c_str(), user, user), 0);
+        }
+    }
+
+    TemporaryDirectory folder_;
+};
+
+TEST_F(StubbornItems, AnUnreadableEmptyFolderIsRemoved) {
+    const std::string sealed = folder_.makeDirectory("tree/sealed");
+    folder_.makeDirectory("tree2/sealed");
+    giveAllTo(test::ordinaryUser);
+    fs::permissions(sealed, fs::perms::none);
+    fs::permissions(folder_.path("tree2/sealed"), fs::perms::none);
+    EXPECT_TRUE(passesAsOrdinaryUser([&] {
+        EXPECT_THAT(SafeDeletionEngine().deleteItem(folder_.path("tree"), shielded).removed,
+                    ElementsAre(sealed, folder_.path("tree")));
+        EXPECT_THAT(SafeDeletionEngine().deleteItem(folder_.path("tree2"), unshielded).removed,
+                    ElementsAre(folder_.path("tree2")));
+    }));
+    EXPECT_FALSE(exists(folder_.path("tree")));
+    EXPECT_FALSE(exists(folder_.path("tree2")));
+}
+
+TEST_F(StubbornItems, AnUnreadableFullFolderIsOneFailureAndSiblingsGo) {
+    const std::string inside = folder_.makeFile("tree/sealed/inside");
+    const std::string sibling = folder_.makeFile("tree/sibling");
+    const std::string tree = folder_.path("tree");
+    giveAllTo(test::ordinaryUser);
+    fs::permissions(tree + "/sealed", fs::perms::none);
+    EXPECT_TRUE(passesAsOrdinaryUser([&] {
+        const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
+        EXPECT_THAT(report.failures, ElementsAre(tree + "/sealed: Permission denied"));
+        EXPECT_THAT(report.removed, ElementsAre(sibling));
+    }));
+    EXPECT_FALSE(exists(sibling));
+    folder_.makeFile("tree/sibling");
+    giveAllTo(test::ordinaryUser);
+    EXPECT_TRUE(passesAsOrdinaryUser([&] {
+        const DeletionReport report = SafeDeletionEngine().deleteItem(tree, unshielded);
+        EXPECT_THAT(report.failures, ElementsAre(tree + ": Permission denied (at " + tree + "/sealed)"));
+        EXPECT_THAT(report.removed, IsEmpty());
+    }));
+    EXPECT_FALSE(exists(sibling));
+    EXPECT_TRUE(exists(inside));
+    EXPECT_EQ(fs::status(tree + "/sealed").permissions(), fs::perms::none);
+}
+
+TEST_F(StubbornItems, AFolderThatMayBeSearchedButNotReadLeadsToItsItem) {
+    const std::string file = folder_.makeFile("upper/file");
+    giveAllTo(test::ordinaryUser);
+    fs::permissions(folder_.path("upper"), fs::perms::owner_write | fs::perms::owner_exec);
+    EXPECT_TRUE(passesAsOrdinaryUser(
+        [&] { EXPECT_THAT(SafeDeletionEngine().deleteItem(file, unshielded).removed, ElementsAre(file)); }));
+    EXPECT_FALSE(exists(file));
+}
+
+TEST_F(StubbornItems, AnItemBehindASealedFolderIsAFailureNotMissing) {
+    const std::string file = folder_.makeFile("upper/file");
+    giveAllTo(test::ordinaryUser);
+    fs::permissions(folder_.path("upper"), fs::perms::none);
+    EXPECT_TRUE(passesAsOrdinaryUser([&] {
+        EXPECT_THAT(SafeDeletionEngine().deleteItem(file, unshielded).failures,
+                    ElementsAre(file + ": Permission denied"));
+    }));
+    EXPECT_TRUE(exists(file));
+}
+
+TEST_F(StubbornItems, AReadOnlyFolderKeepsItsEntriesAndEachIsAFailure) {
+    const std::string one = folder_.makeFile("tree/locked/one");
+    const std::string two = folder_.makeFile("tree/locked/two");
+    const std::string key = folder_.makeFile("tree/locked/id.key");
+    giveAllTo(test::ordinaryUser);
+    fs::permissions(folder_.path("tree/locked"), fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_TRUE(passesAsOrdinaryUser([&] {
+        const DeletionReport report = SafeDeletionEngine().deleteItem(folder_.path("tree"), shielded);
+        EXPECT_THAT(report.failures,
+                    UnorderedElementsAre(one + ": Permission denied", two + ": Permission denied"));
+        EXPECT_THAT(report.preserved, ElementsAre(key));
+        EXPECT_THAT(report.removed, IsEmpty());
+    }));
+    EXPECT_TRUE(exists(one) && exists(two) && exists(key));
+}
+
+TEST_F(StubbornItems, AStickyFolderKeepsWhatBelongsToOthers) {
+    const std::string foreign = folder_.makeFile("tree/foreign");
+    const std::string own = folder_.makeFile("tree/own");
+    ASSERT_EQ(::chown(folder_.path().c_str(), test::ordinaryUser, test::ordinaryUser), 0);
+    ASSERT_EQ(::chown(own.c_str(), test::ordinaryUser, test::ordinaryUser), 0);
+    ASSERT_EQ(::chmod(folder_.path("tree").c_str(), 01777), 0);
+    EXPECT_TRUE(passesAsOrdinaryUser([&] {
+        const DeletionReport report = SafeDeletionEngine().deleteItem(folder_.path("tree"), shielded);
+        EXPECT_THAT(report.failures, ElementsAre(foreign + ": Operation not permitted"));
+        EXPECT_THAT(report.removed, ElementsAre(own));
+    }));
+    EXPECT_TRUE(exists(foreign));
+    EXPECT_FALSE(exists(own));
+}
+
+/// Sets or clears the flag that `chattr +i` sets; false where the file system knows none.
+bool setImmutable(const std::string& path, bool immutable) {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    int flags = 0;
+    if (::ioctl(file.get(), FS_IOC_GETFLAGS, &flags) != 0) {
+        return false;
+    }
+    flags = immutable ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
+    return ::ioctl(file.get(), FS_IOC_SETFLAGS, &flags) == 0;
+}
+
+TEST_F(StubbornItems, AnImmutableFileIsAFailure) {
+    const std::string file = folder_.makeFile("tree/immutable");
+    const std::string sibling = folder_.makeFile("tree/sibling");
+    if (!setImmutable(file, true)) {
+        GTEST_SKIP() << "the temporary folder's file system has no immutable files";
+    }
+    const DeletionReport report = SafeDeletionEngine().deleteItem(folder_.path("tree"), shielded);
+    const DeletionReport whole = SafeDeletionEngine().deleteItem(folder_.path("tree"), unshielded);
+    const bool stands = exists(file);
+    ASSERT_TRUE(setImmutable(file, false));
+    EXPECT_TRUE(stands);
+    EXPECT_THAT(report.failures, ElementsAre(file + ": Operation not permitted"));
+    EXPECT_THAT(report.removed, ElementsAre(sibling));
+    EXPECT_THAT(whole.failures,
+                ElementsAre(folder_.path("tree") + ": Operation not permitted (at " + file + ")"));
+}
+
+TEST_F(StubbornItems, AReadOnlyMountKeepsEverything) {
+    const std::string volume = folder_.makeDirectory("volume");
+    EXPECT_TRUE(passesWithPrivateMounts([&] {
+        ASSERT_EQ(::mount("none", volume.c_str(), "tmpfs", 0, nullptr), 0);
+        const std::string file = folder_.makeFile("volume/tree/file");
+        ASSERT_EQ(::mount("none", volume.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+        const DeletionReport report = SafeDeletionEngine().deleteItem(volume + "/tree", shielded);
+        EXPECT_THAT(report.failures, ElementsAre(file + ": Read-only file system"));
+        EXPECT_THAT(SafeDeletionEngine().deleteItem(volume + "/tree", unshielded).failures,
+                    ElementsAre(volume + "/tree: Read-only file system (at " + file + ")"));
+        EXPECT_TRUE(exists(file));
+    }));
+}
+
+TEST_F(StubbornItems, AFileWithOtherNamesLosesOneNameAndNothingElse) {
+    const std::string outside = folder_.makeFile("outside", "content");
+    fs::permissions(outside, fs::perms::owner_read);
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        folder_.makeDirectory("tree");
+        fs::create_hard_link(outside, folder_.path("tree/name"));
+        struct stat before{};
+        ASSERT_EQ(::lstat(outside.c_str(), &before), 0);
+        EXPECT_TRUE(SafeDeletionEngine().deleteItem(folder_.path("tree"), options).succeeded());
+        struct stat after{};
+        ASSERT_EQ(::lstat(outside.c_str(), &after), 0);
+        EXPECT_EQ(after.st_nlink, before.st_nlink - 1);
+        EXPECT_EQ(after.st_mode, before.st_mode);
+        EXPECT_EQ(after.st_size, before.st_size);
+        EXPECT_EQ(after.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
+        EXPECT_EQ(contentOf(outside), "content");
+    }
+}
+
+/// Tells whether anything at the watched paths was opened or read since the last question.
+class OpenWatch {
+public:
+    void add(const std::string& path) const {
+        ASSERT_GE(::inotify_add_watch(queue_.get(), path.c_str(), IN_OPEN | IN_ACCESS | IN_DONT_FOLLOW), 0);
+    }
+
+    [[nodiscard]] bool sawOpening() const {
+        std::array<char, 4096> events{};
+        bool opened = false;
+        ssize_t length = 0;
+        while ((length = ::read(queue_.get(), events.data(), events.size())) > 0) {
+            for (std::size_t offset = 0; offset < static_cast<std::size_t>(length);) {
+                inotify_event event{};
+                std::memcpy(&event, &events.at(offset), sizeof event);
+                opened = opened || (event.mask & (IN_OPEN | IN_ACCESS)) != 0;
+                offset += sizeof event + event.len;
+            }
+        }
+        return opened;
+    }
+
+private:
+    FileDescriptor queue_{::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)};
+};
+
+TEST_F(StubbornItems, PipesSocketsAndDevicesAreRemovedWithoutBeingOpened) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const std::string tree = folder_.makeDirectory("tree");
+        const std::string file = folder_.makeFile("tree/file");
+        ASSERT_EQ(::mkfifo((tree + "/pipe").c_str(), 0600), 0);
+        ASSERT_EQ(::mknod((tree + "/null").c_str(), S_IFCHR | 0600, ::makedev(1, 3)), 0);
+        ASSERT_EQ(::mknod((tree + "/socket").c_str(), S_IFSOCK | 0600, 0), 0);
+        const OpenWatch watch;
+        for (const char* name : {"/pipe", "/null", "/socket", "/file"}) {
+            watch.add(tree + name);
+        }
+        ::close(::open((tree + "/pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+        ASSERT_TRUE(watch.sawOpening()) << "the watch sees nothing";
+        EXPECT_TRUE(SafeDeletionEngine().deleteItem(tree, options).succeeded());
+        EXPECT_FALSE(watch.sawOpening());
+        EXPECT_FALSE(exists(tree));
+    }
+}
+
+TEST_F(StubbornItems, NothingAtOrBelowAProtectedFolderIsOpened) {
+    const std::string inside = folder_.makeFile("tree/.ssh/deep/config");
+    const std::string explicitInside = folder_.makeFile("tree/vault/deep/file");
+    const std::string key = folder_.makeFile("tree/id.key");
+    const std::string tree = folder_.path("tree");
+    const OpenWatch watch;
+    for (const char* path : {"/.ssh", "/.ssh/deep", "/.ssh/deep/config", "/vault", "/vault/deep",
+                             "/vault/deep/file", "/id.key"}) {
+        watch.add(tree + path);
+    }
+    (void)fs::is_empty(tree + "/.ssh/deep");
+    ASSERT_TRUE(watch.sawOpening()) << "the watch sees nothing";
+    const DeletionReport report = SafeDeletionEngine().deleteItem(
+        tree, {.preserveCredentials = true, .explicitCredentialPaths = {tree + "/vault"}});
+    EXPECT_FALSE(watch.sawOpening());
+    EXPECT_THAT(report.preserved, UnorderedElementsAre(tree + "/.ssh", tree + "/vault", key));
+    EXPECT_THAT(report.removed, IsEmpty());
+}
+
+TEST_F(StubbornItems, EntriesWithoutATypeAreLookedUp) {
+    if (std::system("command -v mkfs.ext4 >/dev/null") != 0) { // NOLINT(cert-env33-c): a fixed text
+        GTEST_SKIP() << "needs mkfs.ext4 to make a file system that stores no entry types";
+    }
+    const std::string image = folder_.makeFile("image");
+    fs::resize_file(image, 8 << 20);
+    const std::string volume = folder_.makeDirectory("volume");
+    const std::string make = "mkfs.ext4 -q -F -O ^filetype,^has_journal " + image;
+    ASSERT_EQ(std::system(make.c_str()), 0); // NOLINT(cert-env33-c): a name of the test's own
+    const std::string mount = "mount -o loop " + image + " " + volume;
+    EXPECT_TRUE(passesWithPrivateMounts([&] {
+        ASSERT_EQ(std::system(mount.c_str()), 0); // NOLINT(cert-env33-c): names of the test's own
+        const std::string victim = folder_.makeFile("volume/victim/file");
+        const std::string file = folder_.makeFile("volume/tree/sub/file");
+        const std::string link = folder_.makeLink("volume/tree/sub/link", "../../victim");
+        const std::string key = folder_.makeFile("volume/tree/sub/id.key");
+        const std::string tree = folder_.path("volume/tree");
+        const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
+        EXPECT_THAT(report.removed, UnorderedElementsAre(file, link));
+        EXPECT_THAT(report.preserved, ElementsAre(key));
+        EXPECT_THAT(SafeDeletionEngine().deleteItem(tree, unshielded).removed, ElementsAre(tree));
+        EXPECT_FALSE(exists(tree));
+        EXPECT_TRUE(exists(victim));
+    }));
+}
+
+} // namespace
+} // namespace zentrill
