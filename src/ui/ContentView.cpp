@@ -26,6 +26,9 @@ ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller) :
     setColor(WarmPalette().canvas);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine()->addImageProvider(QStringLiteral("icon"), new IconProvider);
+    connect(
+        this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown,
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
     setInitialProperties({{QStringLiteral("state_"), QVariant::fromValue(state_.get())}});
     setSource(QUrl(QStringLiteral("qrc:/qt/qml/Zentrill/ContentView.qml")));
 }

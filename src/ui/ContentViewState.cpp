@@ -87,6 +87,13 @@ bool ContentViewState::canUninstall() const {
     return acceptsRequests() && std::ranges::any_of(controller_.apps(), &AppInfo::isSelected);
 }
 
+void ContentViewState::setWindowShown() {
+    if (windowShown_)
+        return;
+    windowShown_ = true;
+    Q_EMIT windowShownChanged();
+}
+
 void ContentViewState::setKeyboardUsed(bool used) {
     if (used == keyboardUsed_)
         return;

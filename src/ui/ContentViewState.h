@@ -37,6 +37,7 @@ class ContentViewState : public QObject {
     Q_PROPERTY(bool modalShown READ modalShown NOTIFY modalChanged FINAL)
     Q_PROPERTY(bool acceptsRequests READ acceptsRequests NOTIFY modalChanged FINAL)
     Q_PROPERTY(bool canUninstall READ canUninstall NOTIFY canUninstallChanged FINAL)
+    Q_PROPERTY(bool windowShown READ windowShown NOTIFY windowShownChanged FINAL)
     Q_PROPERTY(bool keyboardUsed READ keyboardUsed NOTIFY keyboardUsedChanged FINAL)
     Q_PROPERTY(QString selectionCount READ selectionCount NOTIFY selectionChanged FINAL)
     Q_PROPERTY(QString shieldCaption READ shieldCaption NOTIFY shieldCaptionChanged FINAL)
@@ -88,6 +89,12 @@ public:
     /// The same for the selected applications, of which there must be one.
     [[nodiscard]] bool canUninstall() const;
 
+    /// Whether the window's first frame is on the screen. The panes are built after it, so that the window
+    /// stands as soon as it can.
+    [[nodiscard]] bool windowShown() const { return windowShown_; }
+
+    void setWindowShown();
+
     /// Whether the last input was a key press: only then do rows mark where the focus is.
     [[nodiscard]] bool keyboardUsed() const { return keyboardUsed_; }
 
@@ -121,6 +128,7 @@ public:
 Q_SIGNALS:
     void selectedTabChanged();
     void logCountChanged();
+    void windowShownChanged();
     void keyboardUsedChanged();
     void modalChanged();
     void canUninstallChanged();
@@ -142,6 +150,7 @@ private:
     std::unique_ptr<LogListModel> logs_;
     std::unique_ptr<LineSelection> logSelection_;
     QString selectedTab_;
+    bool windowShown_ = false;
     bool keyboardUsed_ = false;
 };
 

@@ -86,8 +86,12 @@ T.Button {
         }
     }
 
-    HoverTip {
-        visible: control.hovered && control.tip !== ""
-        text: control.tip
+    Loader {
+        anchors.fill: parent
+        active: control.hovered && control.tip !== ""
+        sourceComponent: HoverTip {
+            visible: true
+            text: control.tip
+        }
     }
 }

@@ -10,15 +10,23 @@ FocusScope {
     // Keeps what a person did in a pane (where it was scrolled to) while another one is shown.
     component Pane: Loader {
         required property string tab
+        required property url page
         readonly property bool shown: view.state_.selectedPane === tab
+        readonly property bool wanted: shown && view.state_.windowShown
 
         anchors.fill: parent
         visible: shown
         focus: shown
-        active: false
-        onShownChanged: if (shown)
-            active = true
-        Component.onCompleted: active = shown
+        // Named by its file, so that nothing of it is even read before it is wanted.
+        function load() {
+            if (wanted && status === Loader.Null)
+                setSource(page, {
+                    state_: view.state_
+                });
+        }
+
+        onWantedChanged: load()
+        Component.onCompleted: load()
     }
 
     readonly property bool modal: state_.modalShown
@@ -68,41 +76,40 @@ FocusScope {
 
             Pane {
                 tab: "apps"
-                sourceComponent: ApplicationsPane {
-                    state_: view.state_
-                }
+                page: "ApplicationsPane.qml"
             }
 
             Pane {
                 tab: "models"
-                sourceComponent: ModelsPane {
-                    state_: view.state_
-                }
+                page: "ModelsPane.qml"
             }
 
             Pane {
                 tab: "containers"
-                sourceComponent: DockerPane {
-                    state_: view.state_
-                }
+                page: "DockerPane.qml"
             }
 
             Pane {
                 tab: "console"
-                sourceComponent: ConsolePane {
-                    state_: view.state_
-                }
+                page: "ConsolePane.qml"
             }
         }
     }
 
     Loader {
+        id: overlay
+
+        readonly property bool wanted: view.modal
+
         anchors.fill: parent
-        active: view.modal
-        focus: view.modal
-        sourceComponent: ModalOverlay {
-            state_: view.state_
-            focus: true
-        }
+        focus: wanted
+        onWantedChanged: if (wanted)
+            setSource("ModalOverlay.qml", {
+                state_: view.state_,
+                focus: true
+            });
+        else
+            source = ""
+        Component.onCompleted: wantedChanged()
     }
 }
