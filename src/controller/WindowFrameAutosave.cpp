@@ -40,8 +40,12 @@ WindowFrameAutosave::WindowFrameAutosave(QWindow& window, std::string propertyLi
 void WindowFrameAutosave::setAutosaveName(const QString& name) {
     settled_.stop();
     name_ = name;
-    if (!name_.isEmpty())
-        restore();
+    if (name_.isEmpty())
+        return;
+    restore();
+    // With nothing saved, what is there once the system has placed the window is what changes are seen against.
+    if (saved_.isEmpty())
+        settled_.start();
 }
 
 bool WindowFrameAutosave::save() {
@@ -108,8 +112,11 @@ QRect WindowFrameAutosave::broughtBack(QRect frame, const QList<QRect>& screens,
     const auto found = std::ranges::find_if(screens, holds);
     const QRect screen = found == screens.end() ? screens.front() : *found;
     frame.setSize(frame.size().boundedTo(screen.size()).expandedTo(minimum));
-    if (found == screens.end())
+    if (found == screens.end()) {
         frame.moveCenter(screen.center());
+        // One that must be larger than the screen overlaps its far edges.
+        frame.moveTopLeft({std::max(frame.left(), screen.left()), std::max(frame.top(), screen.top())});
+    }
     return frame;
 }
 

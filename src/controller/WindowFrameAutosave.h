@@ -29,6 +29,9 @@ public:
 
     [[nodiscard]] const QString& autosaveName() const { return name_; }
 
+    /// Whether no change waits to come to rest.
+    [[nodiscard]] bool isSettled() const { return !settled_.isActive(); }
+
     /// Writes a pending change now. Returns false when the file could not be written.
     bool save();
 
@@ -37,7 +40,8 @@ public:
     [[nodiscard]] static std::optional<QRect> frame(const QString& text);
 
     /// `frame` as it is if enough of its top edge is on one of the `screens` to be taken hold of, otherwise
-    /// centred on the first; never larger than its screen, never smaller than `minimum`.
+    /// centred on the first; never larger than its screen, never smaller than `minimum`, and its top left
+    /// corner in sight.
     [[nodiscard]] static QRect broughtBack(QRect frame, const QList<QRect>& screens, QSize minimum);
 
 private:

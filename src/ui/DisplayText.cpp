@@ -1,7 +1,8 @@
 #include "ui/DisplayText.h"
 
+#include "platform/Utf8.h"
+
 #include <QChar>
-#include <QStringDecoder>
 
 #include <algorithm>
 
@@ -11,7 +12,7 @@ namespace {
 
 /// Marks that change the direction of what follows them, and characters of no width.
 constexpr bool misleads(char32_t character) {
-    return (character >= 0x200B && character <= 0x200F) || (character >= 0x2028 && character <= 0x202E) ||
+    return character == 0x061C || (character >= 0x200B && character <= 0x200F) || (character >= 0x2028 && character <= 0x202E) ||
            (character >= 0x2060 && character <= 0x206F) || character == 0xFEFF;
 }
 
@@ -37,14 +38,19 @@ void appendEscaped(QString& text, char32_t character) {
 /// The length in bytes of the valid UTF-8 sequence that begins `bytes`, or 0.
 std::size_t sequenceLength(std::string_view bytes) {
     const auto first = static_cast<unsigned char>(bytes.front());
-    const std::size_t length = first < 0x80 ? 1 : first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
-    if (length == 0 || length > bytes.size())
-        return 0;
-    if (length == 1)
-        return 1;
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString decoded = decoder.decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(length)));
-    return decoder.hasError() || decoded.isEmpty() ? 0 : length;
+    const std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    return isValidUtf8(bytes.substr(0, length)) ? length : 0;
+}
+
+/// The character that a valid sequence of that length stands for. Qt's decoder would swallow a byte order mark.
+char32_t decoded(std::string_view sequence) {
+    const auto first = static_cast<unsigned char>(sequence.front());
+    if (sequence.size() == 1)
+        return first;
+    char32_t character = first & (0xFFU >> (sequence.size() + 1));
+    for (const char byte : sequence.substr(1))
+        character = (character << 6U) | (static_cast<unsigned char>(byte) & 0x3FU);
+    return character;
 }
 
 QString display(std::string_view bytes, bool keepsLines) {
@@ -60,14 +66,12 @@ QString display(std::string_view bytes, bool keepsLines) {
             bytes.remove_prefix(1);
             continue;
         }
-        const QString piece = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(length));
-        const char32_t character = piece.size() == 1 ? piece.front().unicode()
-                                                     : QChar::surrogateToUcs4(piece.front(), piece.back());
+        const char32_t character = decoded(bytes.substr(0, length));
         const bool lineMark = character == U'\n' || character == U'\t';
         if (misleads(character) || (isControl(character) && !(keepsLines && lineMark)))
             appendEscaped(text, character);
         else
-            text += piece;
+            text += QChar::fromUcs4(character);
         bytes.remove_prefix(length);
     }
     return text;

@@ -24,17 +24,19 @@ bool LineSelection::isEmpty() const {
 }
 
 void LineSelection::begin(int row, int column) {
-    set({row, column}, {row, column});
+    const Place place = within({row, column});
+    set(place, place);
 }
 
 void LineSelection::extend(int row, int column) {
-    set(anchor_, {row, column});
+    set(anchor_, within({row, column}));
 }
 
 void LineSelection::selectWord(int row, int column) {
     const QString line = lines_.entry(row);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, line);
-    finder.setPosition(std::clamp(column, 0, static_cast<int>(line.size())));
+    // Behind the last character it is the last word that is meant.
+    finder.setPosition(std::clamp(column, 0, std::max(0, static_cast<int>(line.size()) - 1)));
     const auto last = static_cast<int>(finder.toNextBoundary());
     const auto first = static_cast<int>(finder.toPreviousBoundary());
     if (last >= 0 && first >= 0)
@@ -44,7 +46,7 @@ void LineSelection::selectWord(int row, int column) {
 void LineSelection::selectAll() {
     const int rows = lines_.rowCount();
     if (rows > 0)
-        set({0, 0}, {rows - 1, endOfRow});
+        set({}, within({rows - 1, endOfRow}));
 }
 
 void LineSelection::clear() {
@@ -79,6 +81,17 @@ QString LineSelection::text() const {
 void LineSelection::copy() const {
     if (!isEmpty())
         QGuiApplication::clipboard()->setText(text());
+}
+
+LineSelection::Place LineSelection::within(Place place) const {
+    const int rows = lines_.rowCount();
+    if (rows == 0)
+        return {};
+    if (place.row >= rows)
+        return {rows - 1, static_cast<int>(lines_.entry(rows - 1).size())};
+    if (place.row < 0)
+        return {};
+    return {place.row, std::clamp(place.column, 0, static_cast<int>(lines_.entry(place.row).size()))};
 }
 
 void LineSelection::set(Place anchor, Place head) {

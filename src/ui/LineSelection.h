@@ -61,6 +61,8 @@ private:
 
     [[nodiscard]] Place to() const { return std::max(anchor_, head_); }
 
+    /// The nearest place that there is in the text.
+    [[nodiscard]] Place within(Place place) const;
     void set(Place anchor, Place head);
 
     const TextLinesModel& lines_;

@@ -16,7 +16,8 @@ int LogListModel::rowCount(const QModelIndex& parent) const {
 }
 
 QString LogListModel::entry(int row) const {
-    if (row < 0 || row >= count_)
+    // While a clearing is being announced the rows are still here, the lines no longer.
+    if (row < 0 || row >= count_ || static_cast<std::size_t>(row) >= controller_.logs().size())
         return {};
     return displayMessage(controller_.logs()[static_cast<std::size_t>(row)]);
 }

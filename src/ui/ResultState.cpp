@@ -1,5 +1,6 @@
 #include "ui/ResultState.h"
 
+#include "ui/DisplayText.h"
 #include "ui/WarmPalette.h"
 
 namespace zentrill {
@@ -67,7 +68,7 @@ QColor ResultState::outcomeColor() const {
 }
 
 void ResultState::readMessage() {
-    const QString message = controller_.resultAlertMessage();
+    const QString message = displayMessage(controller_.resultAlertMessage().toStdString());
     messageLines_.setLines(messageText(message).split(QLatin1Char('\n')));
     errorLines_.setLines(parsedErrorLines(message));
 }

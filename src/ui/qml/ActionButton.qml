@@ -28,8 +28,8 @@ T.Button {
     hoverEnabled: true
     opacity: enabled || filled ? 1 : 0.55
 
-    Keys.onReturnPressed: if (enabled) click()
-    Keys.onEnterPressed: if (enabled) click()
+    Keys.onReturnPressed: if (enabled) clicked()
+    Keys.onEnterPressed: if (enabled) clicked()
 
     contentItem: Item {
         implicitWidth: line.implicitWidth

@@ -47,8 +47,8 @@ T.AbstractButton {
     Accessible.checked: isSelected
     Accessible.focusable: true
     Accessible.focused: row.activeFocus
-    Accessible.onToggleAction: if (isDetected) toggleSelection()
-    Accessible.onPressAction: if (isDetected) toggleSelection()
+    Accessible.onToggleAction: if (enabled) toggleSelection()
+    Accessible.onPressAction: if (enabled) toggleSelection()
 
     background: RowPlate {
         hovered: row.hovered && row.isDetected

@@ -115,7 +115,7 @@ Rectangle {
         enabled: sidebar.state_.acceptsRequests
         opacity: enabled ? 1 : 0.6
         onClicked: sidebar.state_.requestSelfUninstall()
-        Keys.onReturnPressed: click()
+        Keys.onReturnPressed: if (enabled) clicked()
 
         background: Item {
             Rectangle {

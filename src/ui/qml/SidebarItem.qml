@@ -20,7 +20,7 @@ T.AbstractButton {
     Accessible.name: title
     Accessible.selectable: true
     Accessible.selected: isSelected
-    Accessible.onPressAction: clicked()
+    Accessible.onPressAction: if (enabled) clicked()
 
     background: Rectangle {
         radius: 8

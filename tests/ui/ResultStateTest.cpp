@@ -1,0 +1,105 @@
+#include "ui/ResultState.h"
+
+#include "UiFixture.h"
+#include "ui/WarmPalette.h"
+
+#include <gtest/gtest.h>
+
+namespace zentrill {
+namespace {
+
+TEST(ResultStateTextTest, takesAMessageWithoutErrorsWhole) {
+    const QString message = QStringLiteral("Done.\nErrors: none");
+    EXPECT_EQ(ResultState::messageText(message), message);
+    EXPECT_EQ(ResultState::parsedErrorLines(message), QStringList());
+}
+
+TEST(ResultStateTextTest, splitsAtTheFirstSeparatorOnly) {
+    const QString message = QStringLiteral("Body\n\nErrors:\none\n\ntwo\nErrors:\nthree\n");
+    EXPECT_EQ(ResultState::messageText(message), QStringLiteral("Body\n"));
+    EXPECT_EQ(ResultState::parsedErrorLines(message),
+              QStringList({QStringLiteral("one"), QStringLiteral("two"), QStringLiteral("Errors:"),
+                           QStringLiteral("three")}));
+}
+
+TEST(ResultStateTextTest, hasNoErrorLinesWhenNothingFollowsTheSeparator) {
+    EXPECT_EQ(ResultState::messageText(QStringLiteral("Body\nErrors:\n")), QStringLiteral("Body"));
+    EXPECT_EQ(ResultState::parsedErrorLines(QStringLiteral("Body\nErrors:\n")), QStringList());
+    EXPECT_EQ(ResultState::parsedErrorLines(QStringLiteral("Body\nErrors:\n\n\n")), QStringList());
+}
+
+TEST(ResultStateTextTest, takesOnlyTheWholeSeparator) {
+    EXPECT_EQ(ResultState::messageText(QStringLiteral("Errors:\none")), QStringLiteral("Errors:\none"));
+    EXPECT_EQ(ResultState::messageText(QStringLiteral("Body\nErrors:one")),
+              QStringLiteral("Body\nErrors:one"));
+    EXPECT_EQ(ResultState::messageText(QString()), QString());
+}
+
+class ResultStateTest : public test::UiFixture {
+protected:
+    [[nodiscard]] static QStringList lines(QAbstractItemModel* model) {
+        QStringList result;
+        for (int row = 0; row < model->rowCount(); ++row)
+            result.append(model->data(model->index(row, 0), TextLinesModel::entryRole).toString());
+        return result;
+    }
+
+    void expectOutcome(const char* icon, const char* label, const QColor& color) const {
+        EXPECT_EQ(state_.outcomeIcon(), QString::fromUtf8(icon));
+        EXPECT_EQ(state_.outcomeLabel(), QString::fromUtf8(label));
+        EXPECT_EQ(state_.outcomeColor(), color);
+    }
+
+    WarmPalette palette_;
+    ResultState state_{*controller_};
+};
+
+TEST_F(ResultStateTest, isUnknownBeforeAnyResult) {
+    expectOutcome("questionmark.circle", "RESULT \u2014 REVIEW DETAILS", palette_.secondary);
+    EXPECT_FALSE(state_.hasRetainedPaths());
+    EXPECT_EQ(lines(state_.errorLines()), QStringList());
+}
+
+TEST_F(ResultStateTest, showsAFailure) {
+    ASSERT_TRUE(failAnOperation());
+    expectOutcome("xmark.circle", "ERRORS", palette_.danger);
+    const QString message = controller_->resultAlertMessage();
+    EXPECT_EQ(lines(state_.messageLines()).join(QLatin1Char('\n')), ResultState::messageText(message));
+    EXPECT_EQ(lines(state_.errorLines()), ResultState::parsedErrorLines(message));
+    EXPECT_FALSE(state_.hasRetainedPaths());
+}
+
+TEST_F(ResultStateTest, showsASuccess) {
+    locator_->set("/opt/docker");
+    controller_->removeContainer({.id = "c1", .name = "web", .status = "Exited (0) 1 hour ago"});
+    ASSERT_TRUE(waitUntilIdle());
+    ASSERT_TRUE(controller_->showResultAlert());
+    expectOutcome("checkmark.circle.fill", "COMPLETE", palette_.success);
+    EXPECT_EQ(lines(state_.errorLines()), QStringList());
+}
+
+TEST_F(ResultStateTest, showsDataThatRemains) {
+    home_.makeFile(".ollama/notes", "mine");
+    ASSERT_TRUE(scan());
+    controller_->uninstallAppsFromConfirmation({app("Ollama")}, true);
+    ASSERT_TRUE(waitUntilIdle());
+    ASSERT_EQ(controller_->resultAlertOutcome(), ResultOutcome::dataRemaining)
+        << controller_->resultAlertMessage().toStdString();
+    expectOutcome("exclamationmark.circle", "DATA REMAINS", palette_.copper);
+    EXPECT_TRUE(state_.hasRetainedPaths());
+}
+
+TEST_F(ResultStateTest, showsMisleadingCharactersVisibly) {
+    answer_ = [](const auto&) {
+        return test::failed(1, "refused \xE2\x80\xAE"
+                               "exe\n");
+    };
+    locator_->set("/opt/docker");
+    controller_->stopContainer({.id = "c1", .name = "web", .status = "Up 3 minutes"});
+    ASSERT_TRUE(waitUntilIdle());
+    const QString shown = (lines(state_.messageLines()) + lines(state_.errorLines())).join(QLatin1Char('\n'));
+    EXPECT_TRUE(shown.contains(QLatin1String("refused \\u202Eexe"))) << shown.toStdString();
+}
+
+} // namespace
+} // namespace zentrill

@@ -1,0 +1,92 @@
+#include "ui/RowModels.h"
+
+#include "UiFixture.h"
+#include "catalog/ApplicationList.h"
+
+#include <QAbstractItemModelTester>
+#include <gtest/gtest.h>
+
+namespace zentrill {
+namespace {
+
+QVariant value(const QAbstractItemModel& model, int row, const char* role) {
+    return model.data(model.index(row, 0), model.roleNames().key(role));
+}
+
+TEST(RowModelsTest, saysWhatIsLeftOfAnApplication) {
+    EXPECT_EQ(applicationStatusText({.isDetected = true, .hasResidualData = true}),
+              QStringLiteral("Data remains"));
+    EXPECT_EQ(applicationStatusText({.isDetected = false, .hasResidualData = true}),
+              QStringLiteral("Data remains"));
+    EXPECT_EQ(applicationStatusText({.isDetected = true}), QStringLiteral("Installed"));
+    EXPECT_EQ(applicationStatusText({}), QStringLiteral("Not found"));
+}
+
+TEST(RowModelsTest, marksTheSelection) {
+    EXPECT_EQ(applicationMarkIcon({.isDetected = true, .isSelected = true}),
+              QStringLiteral("checkmark.square.fill"));
+    EXPECT_EQ(applicationMarkIcon({.isDetected = true, .hasResidualData = true}), QStringLiteral("square"));
+    EXPECT_EQ(applicationMarkIcon({}), QStringLiteral("minus.square"));
+}
+
+TEST(RowModelsTest, tellsWhereAnApplicationComesFrom) {
+    EXPECT_EQ(applicationOrigin({.category = AppCategory::desktop}), QStringLiteral("Desktop Application"));
+    const QString origin =
+        applicationOrigin({.category = AppCategory::terminal, .installedVia = "npm global"});
+    EXPECT_TRUE(origin.startsWith(QLatin1String("Terminal / CLI Tool"))) << origin.toStdString();
+    EXPECT_TRUE(origin.endsWith(QLatin1String("via npm global"))) << origin.toStdString();
+    EXPECT_FALSE(applicationOrigin({.category = AppCategory::terminal}).contains(QLatin1String("via")));
+}
+
+TEST(RowModelsTest, showsEveryApplicationOfTheCatalog) {
+    const auto model = makeApplicationListModel();
+    const QAbstractItemModelTester tester(model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    std::vector<AppInfo> applications = applicationList();
+    applications[1].isDetected = applications[1].isSelected = true;
+    model->setRecords(applications);
+    ASSERT_EQ(model->rowCount(), 15);
+    EXPECT_EQ(value(*model, 1, "displayName").toString().toStdString(), applications[1].displayName);
+    EXPECT_EQ(value(*model, 1, "description").toString().toStdString(), applications[1].description);
+    EXPECT_EQ(value(*model, 1, "iconName").toString().toStdString(), applications[1].iconName);
+    EXPECT_EQ(value(*model, 1, "statusText"), QVariant(QStringLiteral("Installed")));
+    EXPECT_EQ(value(*model, 1, "markIcon"), QVariant(QStringLiteral("checkmark.square.fill")));
+    EXPECT_EQ(value(*model, 1, "isSelected"), QVariant(true));
+    EXPECT_EQ(value(*model, 0, "isDetected"), QVariant(false));
+    EXPECT_EQ(value(*model, 0, "hasResidualData"), QVariant(false));
+}
+
+TEST(RowModelsTest, showsModelsWithTheirSizes) {
+    const auto model = makeLocalModelListModel();
+    model->setRecords(
+        {{.name = "llama3:latest", .source = "Ollama", .sizeBytes = 4'660'000'000, .path = "/a"},
+         {.name = "bro\nken", .source = "LM Studio (GGUF)", .sizeBytes = 0, .path = "/b"}});
+    EXPECT_EQ(value(*model, 0, "name"), QVariant(QStringLiteral("llama3:latest")));
+    EXPECT_EQ(value(*model, 0, "source"), QVariant(QStringLiteral("Ollama")));
+    EXPECT_EQ(value(*model, 0, "sizeText"), QVariant(QStringLiteral("4.66 GB")));
+    EXPECT_EQ(value(*model, 1, "name"), QVariant(QStringLiteral("bro\\nken")));
+    EXPECT_EQ(value(*model, 1, "sizeText"), QVariant(QStringLiteral("Unknown size")));
+}
+
+TEST(RowModelsTest, namesTheKindsOfDockerRows) {
+    const auto model = makeDockerListModel();
+    model->setRecords(dockerRows({{.id = "c1", .name = "web", .image = "nginx", .status = "Up 1 second"}},
+                                 {{.imageID = "sha256:abc", .usage = DockerImageUsage::inUse}}, "careful"));
+    QStringList kinds;
+    for (int row = 0; row < model->rowCount(); ++row)
+        kinds.append(value(*model, row, "kind").toString());
+    EXPECT_EQ(kinds,
+              QStringList({QStringLiteral("heading"), QStringLiteral("container"), QStringLiteral("heading"),
+                           QStringLiteral("notice"), QStringLiteral("warning"), QStringLiteral("image")}));
+    EXPECT_EQ(value(*model, 1, "recordId"), QVariant(QStringLiteral("c1")));
+    EXPECT_EQ(value(*model, 1, "name"), QVariant(QStringLiteral("web")));
+    EXPECT_EQ(value(*model, 1, "detail"), QVariant(QStringLiteral("nginx")));
+    EXPECT_EQ(value(*model, 1, "status"), QVariant(QStringLiteral("Up 1 second")));
+    EXPECT_EQ(value(*model, 1, "active_"), QVariant(true));
+    EXPECT_EQ(value(*model, 5, "usageText"), QVariant(QStringLiteral("In use")));
+
+    model->setRecords(dockerRows({}, {}, std::nullopt));
+    EXPECT_EQ(value(*model, 1, "kind"), QVariant(QStringLiteral("empty")));
+}
+
+} // namespace
+} // namespace zentrill

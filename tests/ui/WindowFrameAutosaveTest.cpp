@@ -1,0 +1,270 @@
+#include "controller/WindowFrameAutosave.h"
+
+#include "UiFixture.h"
+#include "controller/AppDelegate.h"
+#include "platform/PropertyList.h"
+#include "support/Processes.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace zentrill {
+namespace {
+
+constexpr const char* key = "NSWindow Frame MainWindow";
+
+const QRect screen(0, 0, 1440, 900);
+constexpr QSize minimum(900, 650);
+
+std::optional<QRect> frame(const char* text) {
+    return WindowFrameAutosave::frame(QString::fromLatin1(text));
+}
+
+QRect broughtBack(const QRect& frame, const QList<QRect>& screens = {screen}) {
+    return WindowFrameAutosave::broughtBack(frame, screens, minimum);
+}
+
+TEST(WindowFrameTextTest, writesTheFrameAndTheScreen) {
+    EXPECT_EQ(WindowFrameAutosave::text(QRect(10, -20, 950, 700), QRect(0, 25, 1440, 875)),
+              QStringLiteral("10 -20 950 700 0 25 1440 875"));
+}
+
+TEST(WindowFrameTextTest, readsWhatItWrote) {
+    for (const QRect& written : {QRect(10, -20, 950, 700), QRect(-1500, 0, 1, 1), QRect(0, 0, 4000, 3000)})
+        EXPECT_EQ(WindowFrameAutosave::frame(WindowFrameAutosave::text(written, screen)), written);
+}
+
+TEST(WindowFrameTextTest, readsFractionsAndSpareSpacesAndNeedsNoScreen) {
+    EXPECT_EQ(frame(" 10.0  20.5 950 700 "), QRect(10, 20, 950, 700));
+}
+
+TEST(WindowFrameTextTest, readsNothingFromDamagedTexts) {
+    for (const char* text :
+         {"", " ", "10 20 950", "10 20 950 x 0 0 1440 900", "10 20 0 700", "10 20 950 -700", "nan 20 950 700",
+          "10 inf 950 700", "1e300 20 950 700", "10 20 99999999999 700", "10 20 0.5 700",
+          "{{10, 20}, {950, 700}}", "10\n20\n950\n700"})
+        EXPECT_FALSE(frame(text)) << text;
+}
+
+TEST(WindowFrameScreenTest, leavesAFrameInSightAlone) {
+    EXPECT_EQ(broughtBack({100, 50, 950, 700}), QRect(100, 50, 950, 700));
+    // Partly beyond the right edge it can still be taken hold of.
+    EXPECT_EQ(broughtBack({1200, 50, 950, 700}), QRect(1200, 50, 950, 700));
+    EXPECT_EQ(broughtBack({1500, 100, 950, 700}, {screen, {1440, 0, 1440, 900}}), QRect(1500, 100, 950, 700));
+}
+
+TEST(WindowFrameScreenTest, centresAFrameThatIsOutOfSight) {
+    const QRect centred(245, 100, 950, 700);
+    EXPECT_EQ(broughtBack({5000, 50, 950, 700}), centred);
+    EXPECT_EQ(broughtBack({-5000, -5000, 950, 700}), centred);
+    EXPECT_EQ(broughtBack({100, 890, 950, 700}), centred);
+    EXPECT_EQ(broughtBack({100, -39, 950, 700}), centred);
+    EXPECT_EQ(broughtBack({-900, 50, 950, 700}), centred);
+    // In the gap between two screens of different heights.
+    EXPECT_EQ(broughtBack({1500, 880, 950, 700}, {screen, {1440, 0, 1440, 600}}), centred);
+}
+
+TEST(WindowFrameScreenTest, keepsTheSizeWithinTheScreenAndTheMinimum) {
+    EXPECT_EQ(broughtBack({0, 0, 4000, 3000}), QRect(0, 0, 1440, 900));
+    EXPECT_EQ(broughtBack({10, 10, 200, 100}), QRect(10, 10, 900, 650));
+}
+
+TEST(WindowFrameScreenTest, keepsTheTopLeftCornerInSightOnAScreenBelowTheMinimum) {
+    EXPECT_EQ(broughtBack({5000, 5000, 950, 700}, {{0, 0, 800, 600}}), QRect(0, 0, 900, 650));
+}
+
+TEST(WindowFrameScreenTest, leavesAFrameAloneWithoutAnyScreen) {
+    EXPECT_EQ(broughtBack({5000, 50, 950, 700}, {}), QRect(5000, 50, 950, 700));
+}
+
+class WindowFrameAutosaveTest : public ::testing::Test {
+protected:
+    WindowFrameAutosaveTest() {
+        window_.setMinimumSize({300, 200});
+        window_.setGeometry(0, 0, 400, 300);
+    }
+
+    [[nodiscard]] QString text(const QRect& geometry) const {
+        return WindowFrameAutosave::text(geometry, window_.screen()->availableGeometry());
+    }
+
+    /// The frame in the file, without the screen's numbers.
+    [[nodiscard]] std::optional<QRect> saved() const {
+        return WindowFrameAutosave::frame(
+            QString::fromStdString(propertyListString(file_, key).value_or(std::string())));
+    }
+
+    void use(WindowFrameAutosave& autosave) const { autosave.setAutosaveName(QStringLiteral("MainWindow")); }
+
+    /// Waits until the first place of a new window is known.
+    [[nodiscard]] static bool settle(const WindowFrameAutosave& autosave) {
+        return test::waitUntil([&] { return autosave.isSettled(); });
+    }
+
+    test::TemporaryDirectory folder_;
+    std::string file_ = folder_.path("Preferences/com.user.Zentrill.plist");
+    QWindow window_;
+};
+
+TEST_F(WindowFrameAutosaveTest, restoresASavedFrame) {
+    ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
+    WindowFrameAutosave autosave(window_, file_);
+    use(autosave);
+    EXPECT_EQ(window_.geometry(), QRect(50, 60, 450, 350));
+}
+
+TEST_F(WindowFrameAutosaveTest, keepsTheWindowWhereItIsWhenTheSavedTextIsDamaged) {
+    ASSERT_TRUE(setPropertyListString(file_, key, "10 20 damaged"));
+    WindowFrameAutosave autosave(window_, file_);
+    use(autosave);
+    EXPECT_EQ(window_.geometry(), QRect(0, 0, 400, 300));
+}
+
+TEST_F(WindowFrameAutosaveTest, savesAChangeOnceItHasComeToRest) {
+    ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
+    ASSERT_TRUE(setPropertyListString(file_, "Other", "kept"));
+    WindowFrameAutosave autosave(window_, file_);
+    use(autosave);
+    window_.setGeometry(70, 80, 500, 320);
+    EXPECT_EQ(saved(), QRect(50, 60, 450, 350));
+    EXPECT_TRUE(test::waitUntil([this] { return saved() == QRect(70, 80, 500, 320); }));
+    EXPECT_EQ(propertyListString(file_, "Other"), "kept");
+}
+
+TEST_F(WindowFrameAutosaveTest, savesTheVeryFirstChange) {
+    WindowFrameAutosave autosave(window_, file_);
+    use(autosave);
+    ASSERT_TRUE(settle(autosave));
+    EXPECT_FALSE(std::filesystem::exists(file_));
+    window_.setGeometry(70, 80, 500, 320);
+    EXPECT_TRUE(autosave.save());
+    EXPECT_EQ(saved(), QRect(70, 80, 500, 320));
+}
+
+TEST_F(WindowFrameAutosaveTest, writesNothingWhenNothingChanged) {
+    WindowFrameAutosave autosave(window_, file_);
+    use(autosave);
+    EXPECT_TRUE(autosave.save());
+    ASSERT_TRUE(settle(autosave));
+    EXPECT_TRUE(autosave.save());
+    EXPECT_FALSE(std::filesystem::exists(file_));
+}
+
+TEST_F(WindowFrameAutosaveTest, leavesTheFileAloneWhenTheWindowIsBackWhereItWas) {
+    ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
+    WindowFrameAutosave autosave(window_, file_);
+    use(autosave);
+    const auto written = std::filesystem::last_write_time(file_);
+    const std::string content = test::contentOf(file_);
+    window_.setGeometry(70, 80, 500, 320);
+    window_.setGeometry(50, 60, 450, 350);
+    EXPECT_TRUE(autosave.save());
+    EXPECT_EQ(std::filesystem::last_write_time(file_), written);
+    EXPECT_EQ(test::contentOf(file_), content);
+}
+
+TEST_F(WindowFrameAutosaveTest, writesNothingAnyMoreOnceTheNameIsEmpty) {
+    ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
+    WindowFrameAutosave autosave(window_, file_);
+    use(autosave);
+    window_.setGeometry(70, 80, 500, 320);
+    autosave.setAutosaveName({});
+    std::filesystem::remove(file_);
+    window_.setGeometry(90, 80, 500, 320);
+    EXPECT_TRUE(autosave.save());
+    ASSERT_TRUE(settle(autosave));
+    EXPECT_FALSE(std::filesystem::exists(file_));
+    EXPECT_EQ(autosave.autosaveName(), QString());
+}
+
+TEST_F(WindowFrameAutosaveTest, readsAndWritesNothingWithoutAFile) {
+    WindowFrameAutosave autosave(window_, {});
+    use(autosave);
+    ASSERT_TRUE(settle(autosave));
+    window_.setGeometry(70, 80, 500, 320);
+    EXPECT_TRUE(autosave.save());
+}
+
+TEST_F(WindowFrameAutosaveTest, replacesACorruptPropertyList) {
+    folder_.makeFile("Preferences/com.user.Zentrill.plist", "<plist><dict><key>NSWindow Fr");
+    WindowFrameAutosave autosave(window_, file_);
+    use(autosave);
+    EXPECT_EQ(window_.geometry(), QRect(0, 0, 400, 300));
+    ASSERT_TRUE(settle(autosave));
+    window_.setGeometry(70, 80, 500, 320);
+    EXPECT_TRUE(autosave.save());
+    EXPECT_EQ(saved(), QRect(70, 80, 500, 320));
+}
+
+TEST_F(WindowFrameAutosaveTest, saysWhenTheFileCannotBeWritten) {
+    // A folder stands where the file belongs.
+    folder_.makeDirectory("Preferences/com.user.Zentrill.plist/inside");
+    WindowFrameAutosave autosave(window_, file_);
+    use(autosave);
+    ASSERT_TRUE(settle(autosave));
+    window_.setGeometry(70, 80, 500, 320);
+    EXPECT_FALSE(autosave.save());
+}
+
+TEST_F(WindowFrameAutosaveTest, keepsTheFrameFromBeforeTheWindowWasMaximised) {
+    ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
+    WindowFrameAutosave autosave(window_, file_);
+    use(autosave);
+    window_.show();
+    window_.setWindowStates(Qt::WindowMaximized);
+    ASSERT_TRUE(test::waitUntil([this] { return window_.width() > 450; }));
+    EXPECT_TRUE(autosave.save());
+    EXPECT_EQ(saved(), QRect(50, 60, 450, 350));
+}
+
+class AppDelegateTest : public WindowFrameAutosaveTest {
+protected:
+    AppDelegate delegate_{[] { return std::make_unique<QWindow>(); }, file_};
+};
+
+TEST_F(AppDelegateTest, showsOneWindowOfTheGivenSizeInTheMiddle) {
+    EXPECT_EQ(delegate_.window(), nullptr);
+    delegate_.applicationDidFinishLaunching();
+    const QWindow* window = delegate_.window();
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(window->title(), QStringLiteral("Zentrill - Environment Cleaner"));
+    EXPECT_EQ(window->size(), QSize(950, 700));
+    EXPECT_TRUE(window->isVisible());
+    // The window's frame may be drawn around its content.
+    const QPoint off = window->geometry().center() - window->screen()->availableGeometry().center();
+    EXPECT_LE(off.manhattanLength(), 4);
+    EXPECT_TRUE(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
+}
+
+TEST_F(AppDelegateTest, restoresTheSavedFrameInsteadOfCentring) {
+    ASSERT_TRUE(setPropertyListString(file_, key, text({20, 30, 600, 500}).toStdString()));
+    delegate_.applicationDidFinishLaunching();
+    EXPECT_EQ(delegate_.window()->geometry(), QRect(20, 30, 600, 500));
+}
+
+TEST_F(AppDelegateTest, savesTheFrameWhenTheWindowCloses) {
+    ASSERT_TRUE(setPropertyListString(file_, key, text({20, 30, 600, 500}).toStdString()));
+    delegate_.applicationDidFinishLaunching();
+    delegate_.window()->setGeometry(30, 40, 610, 510);
+    delegate_.window()->close();
+    EXPECT_EQ(saved(), QRect(30, 40, 610, 510));
+}
+
+TEST_F(AppDelegateTest, savesNothingAfterItForgotTheWindow) {
+    // Without a window there is nothing to forget.
+    delegate_.forgetWindowState();
+    ASSERT_TRUE(setPropertyListString(file_, key, text({20, 30, 600, 500}).toStdString()));
+    delegate_.applicationDidFinishLaunching();
+    delegate_.window()->setGeometry(30, 40, 610, 510);
+    delegate_.forgetWindowState();
+    delegate_.window()->close();
+    EXPECT_EQ(saved(), QRect(20, 30, 600, 500));
+}
+
+} // namespace
+} // namespace zentrill
