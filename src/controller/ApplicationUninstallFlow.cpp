@@ -69,9 +69,13 @@ ApplicationUninstallResult uninstall(const OperationContext& context, const AppI
     context.log("Uninstalling: " + app.name);
     if (app.name == npmInstalledName)
         removeNpmPackage(context, app);
-    const ApplicationUninstallService service(
-        context.deletionEngine, InstallationDetector(),
-        ApplicationUninstallService::liveProcessAliveChecker(context.commandRunner));
+    // Closing the window ends the process listing too, and an empty listing would say that nothing runs.
+    const auto isAlive = [listed =
+                              ApplicationUninstallService::liveProcessAliveChecker(context.commandRunner),
+                          isAbandoned = context.isAbandoned](const std::vector<std::string>& names) {
+        return listed(names) || isAbandoned();
+    };
+    const ApplicationUninstallService service(context.deletionEngine, InstallationDetector(), isAlive);
     ApplicationUninstallResult result =
         service.uninstall(ApplicationDetectionRegistry::rule(app.name), preserveCredentials,
                           homePathExpander(), context.isCancelled);

@@ -25,7 +25,7 @@ std::string DestructiveConfirmationCode::generate(const std::function<std::uint3
 std::uint32_t DestructiveConfirmationCode::uniformValue(const std::function<std::uint32_t()>& bits) {
     // Values past the last whole multiple would make the smaller codes likelier; they are drawn again.
     constexpr std::uint64_t valueCount = std::uint64_t{std::numeric_limits<std::uint32_t>::max()} + 1;
-    constexpr std::uint64_t accepted = valueCount - valueCount % codeCount;
+    constexpr std::uint64_t accepted = valueCount - (valueCount % codeCount);
     std::uint32_t value = bits();
     while (value >= accepted)
         value = bits();
@@ -44,7 +44,7 @@ std::string DestructiveConfirmationCode::filteredInput(std::string_view text) {
 }
 
 bool DestructiveConfirmationCode::matches(std::string_view input, std::string_view expected) noexcept {
-    return input.size() == length && std::all_of(input.begin(), input.end(), isDigit) && input == expected;
+    return input.size() == length && std::ranges::all_of(input, isDigit) && input == expected;
 }
 
 std::uint32_t DestructiveConfirmationCode::secureRandomValue() {

@@ -6,9 +6,7 @@
 namespace zentrill {
 
 PathExpander homePathExpander() {
-    return [home = homeDirectory()](const std::string& path) {
-        return home.empty() ? path : paths::expandingTilde(path, home);
-    };
+    return [home = homeDirectory()](const std::string& path) { return paths::expandingTilde(path, home); };
 }
 
 } // namespace zentrill

@@ -4,8 +4,7 @@
 
 namespace zentrill {
 
-/// Expands "~" to the present home folder of the user. While there is none such a path stays as it is, which
-/// leads nowhere, rather than becoming a path below the root.
+/// Expands "~" to the home folder that the user has now; without one such a path stays as it is.
 [[nodiscard]] PathExpander homePathExpander();
 
 } // namespace zentrill

@@ -67,8 +67,9 @@ void MainQueue::enqueue(Item item) {
 void MainQueue::drain() {
     const auto self = shared_from_this();
     const auto start = std::chrono::steady_clock::now();
+    takeIncoming();
     isDraining_ = true;
-    while (notifier_ != nullptr && refill()) {
+    while (notifier_ != nullptr && !draining_.empty()) {
         if (Task* const task = std::get_if<Task>(&draining_.front())) {
             const Task current = std::move(*task);
             draining_.pop_front();
@@ -80,25 +81,34 @@ void MainQueue::drain() {
             break;
     }
     isDraining_ = false;
-    // While anything waits the pipe stays readable, which brings the next turn.
-    const std::lock_guard guard(mutex_);
-    if (draining_.empty() && incoming_.empty()) {
+    sleepUnlessMoreWaits();
+}
+
+// The main thread never waits for the lock: a thread that holds it may itself be waiting for a processor.
+// While the pipe is readable the next turn of the event loop comes at once, so a turn may as well be left
+// out.
+
+void MainQueue::takeIncoming() {
+    if (!draining_.empty())
+        return;
+    const std::unique_lock lock(mutex_, std::try_to_lock);
+    if (lock)
+        draining_.swap(incoming_);
+}
+
+void MainQueue::sleepUnlessMoreWaits() {
+    if (!draining_.empty())
+        return;
+    const std::unique_lock lock(mutex_, std::try_to_lock);
+    if (lock && incoming_.empty()) {
         wakePipe_.reset();
         wakePending_ = false;
     }
 }
 
-bool MainQueue::refill() {
-    if (draining_.empty()) {
-        const std::lock_guard guard(mutex_);
-        draining_.swap(incoming_);
-    }
-    return !draining_.empty();
-}
-
 std::vector<std::string> MainQueue::takeLines() {
     std::vector<std::string> lines;
-    while (lines.size() < longestBatch && refill()) {
+    while (lines.size() < longestBatch && !draining_.empty()) {
         auto* const line = std::get_if<std::string>(&draining_.front());
         if (line == nullptr)
             break;

@@ -61,8 +61,8 @@ private:
 
     void enqueue(Item item);
     void drain();
-    /// Makes sure that `draining_` holds the oldest items; false when there are none.
-    bool refill();
+    void takeIncoming();
+    void sleepUnlessMoreWaits();
     std::vector<std::string> takeLines();
 
     WakePipe wakePipe_;

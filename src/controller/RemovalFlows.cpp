@@ -42,12 +42,12 @@ std::string failureMessage(const char* action, const DockerContainer& container,
 ResultAlert deleteModel(const OperationContext& context, const LocalModel& model) {
     const ModelDeletionService service(context.commandRunner, *context.deletionEngine);
     ModelDeletionResult result = service.deleteModel(model.name, model.source, model.path);
-    return report(context, {"Model Deleted", "Model Deletion Failed"}, result.succeeded,
+    return report(context, {.success = "Model Deleted", .failure = "Model Deletion Failed"}, result.succeeded,
                   std::move(result.message));
 }
 
 ResultAlert stopContainer(const OperationContext& context, const DockerContainer& container) {
-    constexpr Titles titles{"Container Stopped", "Stop Failed"};
+    constexpr Titles titles{.success = "Container Stopped", .failure = "Stop Failed"};
     const std::optional<std::string> docker = context.dockerLocator->locate();
     if (!docker)
         return reportMissingCLI(context, titles);
@@ -59,7 +59,7 @@ ResultAlert stopContainer(const OperationContext& context, const DockerContainer
 }
 
 ResultAlert removeContainer(const OperationContext& context, const DockerContainer& container) {
-    constexpr Titles titles{"Container Removed", "Removal Failed"};
+    constexpr Titles titles{.success = "Container Removed", .failure = "Removal Failed"};
     const std::optional<std::string> docker = context.dockerLocator->locate();
     if (!docker)
         return reportMissingCLI(context, titles);
@@ -77,7 +77,7 @@ ResultAlert removeContainer(const OperationContext& context, const DockerContain
 }
 
 ResultAlert removeDockerImage(const OperationContext& context, const DockerImage& image) {
-    constexpr Titles titles{"Docker Image Removed", "Image Removal Failed"};
+    constexpr Titles titles{.success = "Docker Image Removed", .failure = "Image Removal Failed"};
     const std::optional<std::string> docker = context.dockerLocator->locate();
     if (!docker)
         return reportMissingCLI(context, titles);

@@ -16,6 +16,9 @@ namespace {
 /// How long the worker may take to notice that the window is closed.
 constexpr std::chrono::milliseconds closingPatience{300};
 
+/// Freeing a million log entries at once would stall the main thread.
+constexpr std::size_t discardedPerTurn = 20'000;
+
 QString displayed(const std::string& bytes) {
     return QString::fromStdString(bytes);
 }
@@ -29,7 +32,7 @@ UninstallerViewModel::UninstallerViewModel(std::shared_ptr<CommandExecuting> com
     : apps_(applicationList()),
       dockerStatusMessage_(QStringLiteral("Docker has not been scanned yet.")),
       mainQueue_(std::make_shared<MainQueue>(
-          [this](const std::vector<std::string>& messages) { appendLogs(messages); })),
+          [this](std::vector<std::string> entries) { appendLogs(std::move(entries)); })),
       commandRunner_(std::move(commandRunner)),
       deletionEngine_(std::move(deletionEngine)),
       dockerLocator_(std::move(dockerLocator)),
@@ -76,7 +79,7 @@ void UninstallerViewModel::clearLogs() {
     requireMainThread("clearLogs must be called on the main thread");
     if (logs_.empty())
         return;
-    logs_.clear();
+    discard(std::exchange(logs_, {}));
     Q_EMIT logsCleared();
 }
 
@@ -85,8 +88,8 @@ void UninstallerViewModel::dismissResultAlert() {
     assign(showResultAlert_, false, &UninstallerViewModel::showResultAlertChanged);
 }
 
-void UninstallerViewModel::log(std::string message) {
-    mainQueue_->postLine(std::move(message));
+void UninstallerViewModel::log(const std::string& message) {
+    mainQueue_->postLine(LogClock::roomFor(message));
 }
 
 bool UninstallerViewModel::shutDown() {
@@ -175,11 +178,20 @@ void UninstallerViewModel::showResult(const ResultAlert& alert) {
     assign(showResultAlert_, true, &UninstallerViewModel::showResultAlertChanged);
 }
 
-void UninstallerViewModel::appendLogs(const std::vector<std::string>& messages) {
+void UninstallerViewModel::appendLogs(std::vector<std::string> entries) {
     const auto first = static_cast<qsizetype>(logs_.size());
-    for (const std::string& message : messages)
-        logs_.push_back(logClock_.stamped(message));
-    Q_EMIT logsAppended(first, static_cast<qsizetype>(messages.size()));
+    for (std::string& entry : entries) {
+        logClock_.stamp(entry);
+        logs_.push_back(std::move(entry));
+    }
+    Q_EMIT logsAppended(first, static_cast<qsizetype>(entries.size()));
+}
+
+void UninstallerViewModel::discard(std::deque<std::string> entries) {
+    const auto count = std::min(entries.size(), discardedPerTurn);
+    entries.erase(entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(count));
+    if (!entries.empty())
+        mainQueue_->post([this, rest = std::move(entries)]() mutable { discard(std::move(rest)); });
 }
 
 OperationContext UninstallerViewModel::operationContext() const {
@@ -188,7 +200,9 @@ OperationContext UninstallerViewModel::operationContext() const {
     context.deletionEngine = deletionEngine_;
     context.dockerLocator = dockerLocator_;
     context.apps = apps_;
-    context.log = [link = mainQueue_](std::string message) { link->postLine(std::move(message)); };
+    context.log = [link = mainQueue_](const std::string& message) {
+        link->postLine(LogClock::roomFor(message));
+    };
     context.isAbandoned = [link = mainQueue_] { return !link->isOpen(); };
     context.isCancelled = [link = mainQueue_, token = cancellationToken_] {
         return link->isOpen() && token->isCancelled();

@@ -142,7 +142,7 @@ public:
 
     /// Appends a line to the activity log. May be called on any thread; returns at once, the line appears
     /// when the main thread comes to it.
-    void log(std::string message);
+    void log(const std::string& message);
 
     /// For good: cuts the link through which work reaches this object, ends running commands and gives the
     /// worker a moment to finish. Returns whether it did; if not, the process must leave without waiting
@@ -186,7 +186,10 @@ private:
     void publishScan(ScanSnapshot snapshot, const std::optional<ResultAlert>& alert);
     void publishDocker(DockerAvailability availability);
     void showResult(const ResultAlert& alert);
-    void appendLogs(const std::vector<std::string>& messages);
+    /// Stamps `entries` (`LogClock::roomFor`) and appends them.
+    void appendLogs(std::vector<std::string> entries);
+    /// Frees `entries` bit by bit.
+    void discard(std::deque<std::string> entries);
 
     [[nodiscard]] OperationContext operationContext() const;
     /// Has the worker run `body` with copies of what it may use, and the main thread its completion. Neither

@@ -3,8 +3,9 @@
 #include "platform/Paths.h"
 
 #include <array>
+#include <climits>
+#include <cstdint>
 
-#include <limits.h>
 #include <unistd.h>
 #if defined(__APPLE__)
 #include <mach-o/dyld.h>

@@ -89,6 +89,38 @@ TEST_F(ClosingTest, dropsAnOperationThatHasNotBegunItsWork) {
     EXPECT_TRUE(FileSystem::shared().fileExists(model));
 }
 
+TEST_F(ClosingTest, deletesNothingOnceTheProcessListingWasCutShort) {
+    const std::string data = home_.makeFile("Library/Application Support/Claude/file");
+    test::Gate gate;
+    answer_ = [&gate](const FakeCommandRunner::Call& call) {
+        if (call.executable == "/bin/ps")
+            gate.pass();
+        return test::failed(9);
+    };
+    endCommands_ = [&gate] { gate.open(); };
+    start();
+    controller_->uninstallAppsFromConfirmation({app("Claude")}, false);
+    ASSERT_TRUE(gate.waitForArrival());
+    EXPECT_TRUE(controller_->shutDown());
+    EXPECT_TRUE(FileSystem::shared().fileExists(data));
+}
+
+TEST_F(ClosingTest, deletesNothingOnceTheStepBeforeWasCutShort) {
+    const std::string data = home_.makeFile(".claude/history");
+    test::Gate gate;
+    answer_ = [&gate](const FakeCommandRunner::Call& call) {
+        if (call.executable == "/usr/bin/env")
+            gate.pass();
+        return test::failed(9);
+    };
+    endCommands_ = [&gate] { gate.open(); };
+    start();
+    controller_->uninstallAppsFromConfirmation({app("Claude Code")}, false);
+    ASSERT_TRUE(gate.waitForArrival());
+    EXPECT_TRUE(controller_->shutDown());
+    EXPECT_TRUE(FileSystem::shared().fileExists(data));
+}
+
 class ClosingDeathTest : public ControllerFixture {
 protected:
     ClosingDeathTest() { ::testing::GTEST_FLAG(death_test_style) = "threadsafe"; }

@@ -93,7 +93,7 @@ protected:
 
     /// Runs the event loop until what was logged up to now is in the log.
     [[nodiscard]] bool settleLog() {
-        const std::string marker = "settled " + std::to_string(++markers_);
+        const std::string marker = std::string("settled ").append(std::to_string(++markers_));
         controller_->log(marker);
         return waitUntil(
             [&] { return !controller_->logs().empty() && controller_->logs().back().ends_with(marker); });
