@@ -6,9 +6,9 @@ std::string_view rawValue(AppCategory category) noexcept {
     return category == AppCategory::desktop ? "Desktop Application" : "Terminal / CLI Tool";
 }
 
-std::optional<AppCategory> appCategory(std::string_view text) noexcept {
+std::optional<AppCategory> appCategory(std::string_view rawValue) noexcept {
     for (const AppCategory category : {AppCategory::desktop, AppCategory::terminal}) {
-        if (text == rawValue(category))
+        if (rawValue == zentrill::rawValue(category))
             return category;
     }
     return std::nullopt;

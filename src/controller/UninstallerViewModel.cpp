@@ -1,5 +1,7 @@
 #include "controller/UninstallerViewModel.h"
 
+#include "controller/DisplayText.h"
+
 #include "catalog/ApplicationList.h"
 #include "controller/SystemScan.h"
 #include "platform/Precondition.h"
@@ -20,7 +22,7 @@ constexpr std::chrono::milliseconds closingPatience{300};
 constexpr std::size_t discardedPerTurn = 20'000;
 
 QString displayed(const std::string& bytes) {
-    return QString::fromStdString(bytes);
+    return displayMessage(bytes);
 }
 
 } // namespace

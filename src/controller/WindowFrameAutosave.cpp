@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 
 namespace zentrill {
 
@@ -92,7 +93,7 @@ std::optional<QRect> WindowFrameAutosave::frame(const QString& text) {
     for (std::size_t index = 0; index < numbers.size(); ++index) {
         bool isNumber = false;
         const double value = parts[static_cast<qsizetype>(index)].toDouble(&isNumber);
-        if (!isNumber || !(value >= -largestCoordinate && value <= largestCoordinate))
+        if (!isNumber || std::isnan(value) || std::abs(value) > largestCoordinate)
             return std::nullopt;
         numbers.at(index) = static_cast<int>(value);
     }

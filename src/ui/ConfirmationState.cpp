@@ -1,7 +1,7 @@
 #include "ui/ConfirmationState.h"
 
 #include "controller/DestructiveConfirmationCode.h"
-#include "ui/DisplayText.h"
+#include "controller/DisplayText.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "ui/LogListModel.h"
 
-#include "ui/DisplayText.h"
+#include "controller/DisplayText.h"
 
 namespace zentrill {
 

@@ -1,6 +1,5 @@
 #include "ui/ResultState.h"
 
-#include "ui/DisplayText.h"
 #include "ui/WarmPalette.h"
 
 namespace zentrill {
@@ -68,7 +67,7 @@ QColor ResultState::outcomeColor() const {
 }
 
 void ResultState::readMessage() {
-    const QString message = displayMessage(controller_.resultAlertMessage().toStdString());
+    const QString message = controller_.resultAlertMessage();
     messageLines_.setLines(messageText(message).split(QLatin1Char('\n')));
     errorLines_.setLines(parsedErrorLines(message));
 }

@@ -1,6 +1,6 @@
 #include "ui/RowModels.h"
 
-#include "ui/DisplayText.h"
+#include "controller/DisplayText.h"
 
 namespace zentrill {
 

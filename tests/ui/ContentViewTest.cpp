@@ -53,7 +53,7 @@ protected:
         view_->show();
         view_->requestActivate();
         active_ =
-            test::waitUntil([this] { return view_->isExposed() && view_->activeFocusItem() != nullptr; });
+            test::waitUntil([this] { return view_->state().windowShown() && view_->activeFocusItem() != nullptr; });
     }
 
     void SetUp() override {

@@ -8,7 +8,6 @@ FocusScope {
     required property ContentViewState state_
 
     readonly property bool showsResult: state_.controller.showResultAlert
-    property Item returnFocusTo
 
     Keys.onEscapePressed: state_.confirmation.dismissModal()
 

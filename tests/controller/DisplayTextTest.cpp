@@ -1,4 +1,4 @@
-#include "ui/DisplayText.h"
+#include "controller/DisplayText.h"
 
 #include "UiFixture.h"
 
