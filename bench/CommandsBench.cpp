@@ -34,8 +34,9 @@ void startBare() {
     pid_t pid = -1;
     int status = 0;
     if (::posix_spawn(&pid, program, nullptr, nullptr, arguments, environ) != 0 ||
-        ::waitpid(pid, &status, 0) != pid || status != 0)
+        ::waitpid(pid, &status, 0) != pid || status != 0) {
         fail(program);
+    }
 }
 
 struct Medians {
@@ -49,8 +50,9 @@ Medians measure(ShellCommandRunner& runner) {
     std::vector<double> bare;
     for (int round = 0; round < rounds; ++round) {
         ours.push_back(bench::secondsOf([&] {
-                           if (!runner.run(program, {}).succeeded())
+                           if (!runner.run(program, {}).succeeded()) {
                                fail("run");
+                           }
                        }) -
                        settlingTime);
         // The first start after an idle time is slower; ours has just idled through the settling time.
@@ -75,8 +77,9 @@ int main() {
 
     void* const memory =
         ::mmap(nullptr, residentSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED)
+    if (memory == MAP_FAILED) {
         fail("mmap");
+    }
     std::memset(memory, 1, residentSize);
     const Medians large = measure(runner);
     passed = bench::Comparison{.bench = "commands/start with 1 GiB resident",

@@ -41,11 +41,13 @@ class HubHome {
 public:
     HubHome() {
         std::string pattern = (fs::temp_directory_path() / "zentrill-bench-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr)
+        if (::mkdtemp(pattern.data()) == nullptr) {
             fail("cannot make a folder: " + std::generic_category().message(errno));
+        }
         path_ = pattern;
-        for (int model = 0; model < modelCount; ++model)
+        for (int model = 0; model < modelCount; ++model) {
             makeModel(hub() / ("models--organisation--model-" + std::to_string(model)), model);
+        }
     }
 
     ~HubHome() {
@@ -92,8 +94,9 @@ double timeOurs(const fs::path& home) {
     const auto begin = std::chrono::steady_clock::now();
     const std::vector<zentrill::LocalModel> models = scanner.scanHuggingFaceModels();
     const double seconds = secondsSince(begin);
-    if (models.size() != modelCount)
+    if (models.size() != modelCount) {
         fail("the scan missed models");
+    }
     return seconds;
 }
 
@@ -107,15 +110,17 @@ double timeCommand(std::vector<std::string> command) {
     ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     const auto begin = std::chrono::steady_clock::now();
     pid_t child = 0;
-    if (::posix_spawnp(&child, arguments.front(), &actions, nullptr, arguments.data(), ::environ) != 0)
+    if (::posix_spawnp(&child, arguments.front(), &actions, nullptr, arguments.data(), ::environ) != 0) {
         fail("cannot start " + command.front());
+    }
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     const double seconds = secondsSince(begin);
     ::posix_spawn_file_actions_destroy(&actions);
-    if (status != 0)
+    if (status != 0) {
         fail(command.front() + " failed");
+    }
     return seconds;
 }
 
@@ -147,8 +152,9 @@ int main() {
         const double ourTime = timeOurs(home.path());
         const double duTime = timeCommand({"du", "-sb", hub});
         const double gduTime = timeCommand({"gdu", "-n", "-p", hub});
-        if (round == 0)
+        if (round == 0) {
             continue;
+        }
         ours.push_back(ourTime);
         du.push_back(duTime);
         gdu.push_back(gduTime);

@@ -97,14 +97,16 @@ std::unique_ptr<UninstallerViewModel> makeController() {
 }
 
 void runUntilLogged(const UninstallerViewModel& controller, std::size_t lines) {
-    while (controller.logs().size() < lines)
+    while (controller.logs().size() < lines) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
 }
 
 void write(UninstallerViewModel& controller) {
-    for (int line = 0; line < lineCount; ++line)
+    for (int line = 0; line < lineCount; ++line) {
         controller.log("[Safety Shield] Preserved: /Users/someone/Library/Caches/com.vendor.app/" +
                        std::to_string(line));
+    }
 }
 
 /// All lines wait already when the main thread comes to them; then they are cleared.
@@ -122,8 +124,9 @@ bool burst() {
     const Heartbeat heartbeat;
     controller->clearLogs();
     constexpr int turnsOfFreeing = 200;
-    for (int turn = 0; turn < turnsOfFreeing; ++turn)
+    for (int turn = 0; turn < turnsOfFreeing; ++turn) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
     return report("log: clearing a million lines", heartbeat) && pass;
 }
 

@@ -1,5 +1,5 @@
-// Process start to the first frame on the screen, next to a bare Qt Quick window on the same renderer; and the
-// memory of the program with its window shown and a scan of 2,000 model files done.
+// Process start to the first frame on the screen, next to a bare Qt Quick window on the same renderer; and
+// the memory of the program with its window shown and a scan of 2,000 model files done.
 #include "Comparison.h"
 #include "VirtualScreen.h"
 
@@ -43,17 +43,21 @@ constexpr std::size_t lookY = 450;
 class Running {
 public:
     Running(const std::string& program, const std::string& display, const std::string& home) {
-        std::vector<std::string> environment{"DISPLAY=" + display, "HOME=" + home, "PATH=/usr/bin:/bin",
-                                             "QT_QPA_PLATFORM=xcb", "LANG=C.UTF-8",
-                                             "DBUS_SESSION_BUS_ADDRESS=disabled:", "XDG_RUNTIME_DIR=/"};
+        std::vector<std::string> environment{"DISPLAY=" + display, "HOME=" + home,
+                                             "PATH=/usr/bin:/bin", "QT_QPA_PLATFORM=xcb",
+                                             "LANG=C.UTF-8",       "DBUS_SESSION_BUS_ADDRESS=disabled:",
+                                             "XDG_RUNTIME_DIR=/"};
         std::vector<char*> pointers;
-        for (std::string& entry : environment)
+        for (std::string& entry : environment) {
             pointers.push_back(entry.data());
+        }
         pointers.push_back(nullptr);
         std::string name = program;
         std::array<char*, 2> arguments{name.data(), nullptr};
-        if (::posix_spawn(&process_, program.c_str(), nullptr, nullptr, arguments.data(), pointers.data()) != 0)
+        if (::posix_spawn(&process_, program.c_str(), nullptr, nullptr, arguments.data(), pointers.data()) !=
+            0) {
             fail("cannot start " + program);
+        }
     }
 
     ~Running() {
@@ -78,8 +82,9 @@ private:
 void waitFor(const VirtualScreen& screen, bool shown) {
     const auto end = std::chrono::steady_clock::now() + 30s;
     while ((screen.pixel(lookX, lookY) != 0) != shown) {
-        if (std::chrono::steady_clock::now() > end)
+        if (std::chrono::steady_clock::now() > end) {
             fail(shown ? "no frame within half a minute" : "the window did not go");
+        }
         std::this_thread::sleep_for(200us);
     }
 }
@@ -96,9 +101,12 @@ double secondsToFirstFrame(const VirtualScreen& screen, const std::string& progr
 std::string processorTime(const Running& running) {
     const std::string stat = running.status("stat");
     std::size_t place = stat.rfind(')');
-    for (int field = 0; field < 12 && place != std::string::npos; ++field)
+    for (int field = 0; field < 12 && place != std::string::npos; ++field) {
         place = stat.find(' ', place + 1);
-    return place == std::string::npos ? std::string() : stat.substr(place, stat.find(' ', stat.find(' ', place + 1) + 1) - place);
+    }
+    return place == std::string::npos
+               ? std::string()
+               : stat.substr(place, stat.find(' ', stat.find(' ', place + 1) + 1) - place);
 }
 
 /// Waits until the program has done nothing for a while: its scan is over and shown.
@@ -115,16 +123,18 @@ void waitForRest(const Running& running) {
 double proportionalMegabytes(const Running& running) {
     const std::string rollup = running.status("smaps_rollup");
     const std::size_t place = rollup.find("\nPss:");
-    if (place == std::string::npos)
+    if (place == std::string::npos) {
         fail("no smaps_rollup");
+    }
     return std::atof(rollup.c_str() + place + 5) / 1024;
 }
 
 void makeModels(const fs::path& home) {
     const fs::path folder = home / ".lmstudio/models/publisher/model";
     fs::create_directories(folder);
-    for (int index = 0; index < modelFiles; ++index)
+    for (int index = 0; index < modelFiles; ++index) {
         std::ofstream(folder / ("model-" + std::to_string(index) + ".gguf")) << "gguf";
+    }
 }
 
 } // namespace
@@ -133,8 +143,9 @@ int main() {
     const std::string ours = ZENTRILL_PROGRAM;
     const std::string bare = ZENTRILL_BARE_WINDOW;
     std::string pattern = (fs::temp_directory_path() / "zentrill-startup-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr)
+    if (::mkdtemp(pattern.data()) == nullptr) {
         fail("mkdtemp");
+    }
     const fs::path home = pattern;
     makeModels(home);
     bool passed = true;
@@ -155,9 +166,10 @@ int main() {
         waitForRest(running);
         const double memory = proportionalMegabytes(running);
         const bool memoryPasses = memory <= memoryTargetMegabytes;
-        std::printf("{\"bench\":\"startup_memory_megabytes\",\"peer\":\"fixed bound\",\"ours\":%.1f,\"theirs\":%.1f,"
-                    "\"ratio\":%.3f,\"target\":1,\"pass\":%s}\n",
-                    memory, memoryTargetMegabytes, memory / memoryTargetMegabytes, memoryPasses ? "true" : "false");
+        std::printf(
+            "{\"bench\":\"startup_memory_megabytes\",\"peer\":\"fixed bound\",\"ours\":%.1f,\"theirs\":%.1f,"
+            "\"ratio\":%.3f,\"target\":1,\"pass\":%s}\n",
+            memory, memoryTargetMegabytes, memory / memoryTargetMegabytes, memoryPasses ? "true" : "false");
         passed = passed && memoryPasses;
     }
     fs::remove_all(home);

@@ -27,8 +27,8 @@ namespace {
 /// The numbers of an X window dump's header, which are big-endian, by their place in it.
 std::uint32_t headerField(const volatile unsigned char* dump, std::size_t index) {
     const volatile unsigned char* bytes = dump + 4 * index;
-    return (std::uint32_t{bytes[0]} << 24) | (std::uint32_t{bytes[1]} << 16) | (std::uint32_t{bytes[2]} << 8) |
-           bytes[3];
+    return (std::uint32_t{bytes[0]} << 24) | (std::uint32_t{bytes[1]} << 16) |
+           (std::uint32_t{bytes[2]} << 8) | bytes[3];
 }
 
 constexpr std::size_t headerSizeField = 0;
@@ -40,42 +40,50 @@ constexpr std::size_t colourEntrySize = 12;
 
 VirtualScreen::VirtualScreen() {
     folder_ = (std::filesystem::temp_directory_path() / "zentrill-screen-XXXXXX").string();
-    if (::mkdtemp(folder_.data()) == nullptr)
+    if (::mkdtemp(folder_.data()) == nullptr) {
         fail("mkdtemp");
+    }
     std::array<int, 2> number{};
-    if (::pipe(number.data()) != 0)
+    if (::pipe(number.data()) != 0) {
         fail("pipe");
+    }
     server_ = ::fork();
-    if (server_ < 0)
+    if (server_ < 0) {
         fail("fork");
+    }
     if (server_ == 0) {
         ::close(number[0]);
         const std::string descriptor = std::to_string(number[1]);
         ::close(STDERR_FILENO);
         ::open("/dev/null", O_WRONLY);
-        ::execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-noreset",
-                 "-fbdir", folder_.c_str(), nullptr);
+        ::execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x900x24", "-nolisten",
+                 "tcp", "-noreset", "-fbdir", folder_.c_str(), nullptr);
         ::_exit(127);
     }
     ::close(number[1]);
     std::array<char, 16> text{};
     const ssize_t length = ::read(number[0], text.data(), text.size() - 1);
     ::close(number[0]);
-    if (length <= 0)
+    if (length <= 0) {
         fail("Xvfb did not start");
+    }
     display_.append(1, ':').append(std::to_string(std::atoi(text.data())));
 
     const std::string file = folder_ + "/Xvfb_screen0";
     const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    struct stat status {};
-    if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
+    struct stat status{};
+    if (descriptor < 0 || ::fstat(descriptor, &status) != 0) {
         fail("the screen's file");
-    void* mapped = ::mmap(nullptr, static_cast<std::size_t>(status.st_size), PROT_READ, MAP_SHARED, descriptor, 0);
+    }
+    void* mapped =
+        ::mmap(nullptr, static_cast<std::size_t>(status.st_size), PROT_READ, MAP_SHARED, descriptor, 0);
     ::close(descriptor);
-    if (mapped == MAP_FAILED)
+    if (mapped == MAP_FAILED) {
         fail("mmap");
+    }
     picture_ = static_cast<const volatile unsigned char*>(mapped);
-    pixelsOffset_ = headerField(picture_, headerSizeField) + colourEntrySize * headerField(picture_, colourCountField);
+    pixelsOffset_ =
+        headerField(picture_, headerSizeField) + colourEntrySize * headerField(picture_, colourCountField);
     bytesPerLine_ = headerField(picture_, bytesPerLineField);
 }
 

@@ -13,8 +13,9 @@ namespace {
 
 /// Aborts, which the fuzzer reports as a finding.
 void require(bool holds) {
-    if (!holds)
+    if (!holds) {
         std::abort();
+    }
 }
 
 } // namespace
@@ -32,8 +33,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const DockerConnection connection{.arguments = {"--context", "default"}, .displayName = "default"};
     const docker_listing::Containers containers = docker_listing::containers(output, connection);
     require(containers.records.size() + containers.unreadableCount == lines.size());
-    for (const DockerRecord& record : containers.records)
+    for (const DockerRecord& record : containers.records) {
         require(!record.id.empty() && record.connection == connection);
+    }
 
     const docker_listing::Images images = docker_listing::images(output);
     require(images.records.size() + images.malformedCount <= lines.size());
@@ -43,8 +45,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 std::ranges::adjacent_find(record.tags) == record.tags.end());
     }
 
-    if (const auto used = docker_listing::usedImageIDs(output, lines.size()))
+    if (const auto used = docker_listing::usedImageIDs(output, lines.size())) {
         require(used->size() <= lines.size() && std::ranges::all_of(*used, isFullImageID));
+    }
     require(!docker_listing::usedImageIDs(output, lines.size() + 1));
     return 0;
 }

@@ -36,14 +36,18 @@ std::string preferencesFile() {
     return home.empty() ? std::string() : SelfUninstallService().ownedDataURLs(home).front();
 }
 
-/// A cleaner must not litter: no compiled QML, no shader cache, no desktop plug-in that keeps files of its own,
-/// no message bus started for it, no folder made up for one.
+/// A cleaner must not litter: no compiled QML, no shader cache, no desktop plug-in that keeps files of its
+/// own, no message bus started for it, no folder made up for one.
 void keepQtFromWritingFiles() {
-    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR"))
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
         qputenv("XDG_RUNTIME_DIR", "/"); // Otherwise Qt makes a folder below /tmp.
+    }
     const std::string userBus = std::string(qgetenv("XDG_RUNTIME_DIR").constData()) + "/bus";
-    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") && !FileSystem::shared().fileExists(userBus))
-        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:"); // Otherwise a bus is launched, which writes ~/.dbus.
+    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") &&
+        !FileSystem::shared().fileExists(userBus)) {
+        qputenv("DBUS_SESSION_BUS_ADDRESS",
+                "disabled:"); // Otherwise a bus is launched, which writes ~/.dbus.
+    }
     qputenv("QML_DISABLE_DISK_CACHE", "1");
     qputenv("QT_QPA_PLATFORMTHEME", "generic");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
@@ -60,7 +64,8 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setApplicationName(QStringLiteral("Zentrill"));
     QGuiApplication::setApplicationVersion(QStringLiteral(ZENTRILL_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.user.Zentrill"));
-    QGuiApplication::setQuitOnLastWindowClosed(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
+    QGuiApplication::setQuitOnLastWindowClosed(
+        AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 
     UninstallerViewModel* controller = nullptr;
     AppDelegate* forgetful = nullptr;
@@ -81,7 +86,8 @@ int main(int argc, char* argv[]) {
     delegate.applicationDidFinishLaunching();
     const int status = QGuiApplication::exec();
     // A worker deep in a system call must not keep a closed program alive; nothing of it needs an ending.
-    if (!controller->shutDown())
+    if (!controller->shutDown()) {
         std::_Exit(status);
+    }
     return status;
 }

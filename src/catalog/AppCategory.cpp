@@ -8,8 +8,9 @@ std::string_view rawValue(AppCategory category) noexcept {
 
 std::optional<AppCategory> appCategory(std::string_view rawValue) noexcept {
     for (const AppCategory category : {AppCategory::desktop, AppCategory::terminal}) {
-        if (rawValue == zentrill::rawValue(category))
+        if (rawValue == zentrill::rawValue(category)) {
             return category;
+        }
     }
     return std::nullopt;
 }

@@ -31,10 +31,12 @@ InstallationPresence InstallationDetector::presence(const ApplicationDetectionRu
 
 InstallationPresence InstallationDetector::presence(const std::vector<std::string>& installedPaths,
                                                     const std::vector<std::string>& residualDataPaths) const {
-    if (std::ranges::any_of(installedPaths, installedPathExists))
+    if (std::ranges::any_of(installedPaths, installedPathExists)) {
         return InstallationPresence::installed;
-    if (std::ranges::any_of(residualDataPaths, residualPathExists))
+    }
+    if (std::ranges::any_of(residualDataPaths, residualPathExists)) {
         return InstallationPresence::residualData;
+    }
     return InstallationPresence::absent;
 }
 

@@ -15,8 +15,9 @@ constexpr QSize initialSize{950, 700};
 
 void centre(QWindow& window) {
     const QScreen* screen = window.screen();
-    if (screen == nullptr)
+    if (screen == nullptr) {
         return;
+    }
     QRect frame(QPoint(), window.size());
     frame.moveCenter(screen->availableGeometry().center());
     window.setPosition(frame.topLeft());
@@ -24,8 +25,8 @@ void centre(QWindow& window) {
 
 } // namespace
 
-AppDelegate::AppDelegate(MainViewFactory makeMainView, std::string preferences) :
-    makeMainView_(std::move(makeMainView)), preferences_(std::move(preferences)) {}
+AppDelegate::AppDelegate(MainViewFactory makeMainView, std::string preferences)
+    : makeMainView_(std::move(makeMainView)), preferences_(std::move(preferences)) {}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -43,13 +44,15 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::forgetWindowState() {
-    if (frame_)
+    if (frame_) {
         frame_->setAutosaveName({});
+    }
 }
 
 bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Close && frame_)
+    if (event->type() == QEvent::Close && frame_) {
         frame_->save();
+    }
     return QObject::eventFilter(watched, event);
 }
 

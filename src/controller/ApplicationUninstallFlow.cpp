@@ -36,22 +36,25 @@ struct Tally {
     void add(const std::string& name, ApplicationUninstallResult result) {
         ++appCount;
         removedCount += result.deletionReport.removed.size();
-        if (!result.remainingDataPaths.empty())
+        if (!result.remainingDataPaths.empty()) {
             remainingData[name] = std::move(result.remainingDataPaths);
+        }
         std::ranges::move(result.deletionReport.failures, std::back_inserter(failures));
     }
 
     /// Tools share folders: what one had to leave, the next may have removed.
     void dropWhatIsGone(const InstallationDetector& detector) {
-        for (auto& [name, paths] : remainingData)
+        for (auto& [name, paths] : remainingData) {
             paths = detector.existingPaths(std::move(paths));
+        }
         std::erase_if(remainingData, [](const auto& entry) { return entry.second.empty(); });
     }
 
     [[nodiscard]] std::int64_t remainingPathCount() const {
         std::size_t count = 0;
-        for (const auto& [name, paths] : remainingData)
+        for (const auto& [name, paths] : remainingData) {
             count += paths.size();
+        }
         return static_cast<std::int64_t>(count);
     }
 };
@@ -60,15 +63,17 @@ void removeNpmPackage(const OperationContext& context, const AppInfo& app) {
     context.log("Running 'npm uninstall -g @anthropic-ai/claude-code'...");
     const CommandResult result = context.commandRunner->run(
         "/usr/bin/env", {"npm", "uninstall", "-g", "@anthropic-ai/claude-code"}, npmTimeout);
-    if (!result.succeeded())
+    if (!result.succeeded()) {
         context.log(app.name + " package cleanup: " + result.diagnostic());
+    }
 }
 
 ApplicationUninstallResult uninstall(const OperationContext& context, const AppInfo& app,
                                      bool preserveCredentials) {
     context.log("Uninstalling: " + app.name);
-    if (app.name == npmInstalledName)
+    if (app.name == npmInstalledName) {
         removeNpmPackage(context, app);
+    }
     // Closing the window ends the process listing too, and an empty listing would say that nothing runs.
     const auto isAlive = [listed =
                               ApplicationUninstallService::liveProcessAliveChecker(context.commandRunner),
@@ -79,8 +84,9 @@ ApplicationUninstallResult uninstall(const OperationContext& context, const AppI
     ApplicationUninstallResult result =
         service.uninstall(ApplicationDetectionRegistry::rule(app.name), preserveCredentials,
                           homePathExpander(), context.isCancelled);
-    for (const std::string& path : result.deletionReport.preserved)
+    for (const std::string& path : result.deletionReport.preserved) {
         context.log("[Safety Shield] Preserved: " + path);
+    }
     return result;
 }
 
@@ -97,15 +103,18 @@ ResultAlert uninstallApps(const OperationContext& context, const std::vector<App
                           bool preserveCredentials) {
     Tally tally;
     for (const AppInfo& app : targets) {
-        if (context.isAbandoned() || context.isCancelled())
+        if (context.isAbandoned() || context.isCancelled()) {
             break;
+        }
         tally.add(app.name, uninstall(context, app, preserveCredentials));
     }
     // Applications that were never begun are missing from the results, so the report has to say why.
-    if (tally.appCount < targets.size() && !tally.saysCancelled())
+    if (tally.appCount < targets.size() && !tally.saysCancelled()) {
         tally.failures.emplace_back(cancelledMessage);
-    if (tally.saysCancelled())
+    }
+    if (tally.saysCancelled()) {
         context.log(std::string(cancelledMessage));
+    }
     tally.dropWhatIsGone(InstallationDetector());
 
     const ApplicationUninstallNotice notice(tally.removedCount, tally.appCount, tally.remainingData,

@@ -5,8 +5,9 @@ namespace zentrill {
 std::string ConfirmationCopy::applications(const std::vector<std::string>& names, bool preserveCredentials) {
     std::string message = "Selected: ";
     for (std::size_t index = 0; index < names.size(); ++index) {
-        if (index != 0)
+        if (index != 0) {
             message += ", ";
+        }
         message += names[index];
     }
     message +=

@@ -27,18 +27,21 @@ std::uint32_t DestructiveConfirmationCode::uniformValue(const std::function<std:
     constexpr std::uint64_t valueCount = std::uint64_t{std::numeric_limits<std::uint32_t>::max()} + 1;
     constexpr std::uint64_t accepted = valueCount - (valueCount % codeCount);
     std::uint32_t value = bits();
-    while (value >= accepted)
+    while (value >= accepted) {
         value = bits();
+    }
     return value % codeCount;
 }
 
 std::string DestructiveConfirmationCode::filteredInput(std::string_view text) {
     std::string digits;
     for (const char character : text) {
-        if (digits.size() == length)
+        if (digits.size() == length) {
             break;
-        if (isDigit(character))
+        }
+        if (isDigit(character)) {
             digits.push_back(character);
+        }
     }
     return digits;
 }

@@ -12,8 +12,9 @@ namespace {
 
 /// Marks that change the direction of what follows them, and characters of no width.
 constexpr bool misleads(char32_t character) {
-    return character == 0x061C || (character >= 0x200B && character <= 0x200F) || (character >= 0x2028 && character <= 0x202E) ||
-           (character >= 0x2060 && character <= 0x206F) || character == 0xFEFF;
+    return character == 0x061C || (character >= 0x200B && character <= 0x200F) ||
+           (character >= 0x2028 && character <= 0x202E) || (character >= 0x2060 && character <= 0x206F) ||
+           character == 0xFEFF;
 }
 
 constexpr bool isControl(char32_t character) {
@@ -25,14 +26,15 @@ QString hexadecimal(char32_t value, int digits) {
 }
 
 void appendEscaped(QString& text, char32_t character) {
-    if (character == U'\n')
+    if (character == U'\n') {
         text += QLatin1String("\\n");
-    else if (character == U'\t')
+    } else if (character == U'\t') {
         text += QLatin1String("\\t");
-    else if (character < 0x100)
+    } else if (character < 0x100) {
         text += QLatin1String("\\x") + hexadecimal(character, 2);
-    else
+    } else {
         text += QLatin1String("\\u") + hexadecimal(character, 4);
+    }
 }
 
 /// The length in bytes of the valid UTF-8 sequence that begins `bytes`, or 0.
@@ -42,21 +44,25 @@ std::size_t sequenceLength(std::string_view bytes) {
     return isValidUtf8(bytes.substr(0, length)) ? length : 0;
 }
 
-/// The character that a valid sequence of that length stands for. Qt's decoder would swallow a byte order mark.
+/// The character that a valid sequence of that length stands for. Qt's decoder would swallow a byte order
+/// mark.
 char32_t decoded(std::string_view sequence) {
     const auto first = static_cast<unsigned char>(sequence.front());
-    if (sequence.size() == 1)
+    if (sequence.size() == 1) {
         return first;
+    }
     char32_t character = first & (0xFFU >> (sequence.size() + 1));
-    for (const char byte : sequence.substr(1))
+    for (const char byte : sequence.substr(1)) {
         character = (character << 6U) | (static_cast<unsigned char>(byte) & 0x3FU);
+    }
     return character;
 }
 
 QString display(std::string_view bytes, bool keepsLines) {
     const bool plain = std::ranges::all_of(bytes, [](char byte) { return byte >= 0x20 && byte < 0x7F; });
-    if (plain)
+    if (plain) {
         return QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    }
     QString text;
     text.reserve(static_cast<qsizetype>(bytes.size()));
     while (!bytes.empty()) {
@@ -68,10 +74,11 @@ QString display(std::string_view bytes, bool keepsLines) {
         }
         const char32_t character = decoded(bytes.substr(0, length));
         const bool lineMark = character == U'\n' || character == U'\t';
-        if (misleads(character) || (isControl(character) && !(keepsLines && lineMark)))
+        if (misleads(character) || (isControl(character) && !(keepsLines && lineMark))) {
             appendEscaped(text, character);
-        else
+        } else {
             text += QChar::fromUcs4(character);
+        }
         bytes.remove_prefix(length);
     }
     return text;

@@ -11,8 +11,9 @@ constexpr std::string_view room = "[--:--:--] ";
 
 std::string format(std::time_t moment) {
     std::tm local{};
-    if (::localtime_r(&moment, &local) == nullptr)
+    if (::localtime_r(&moment, &local) == nullptr) {
         return std::string(room);
+    }
     std::array<char, room.size() + 1> text{};
     const std::size_t length = std::strftime(text.data(), text.size(), "[%H:%M:%S] ", &local);
     return {text.data(), length};

@@ -46,22 +46,26 @@ void MainQueue::close() {
         dropped.swap(incoming_);
     }
     draining_.clear();
-    if (notifier_ == nullptr)
+    if (notifier_ == nullptr) {
         return;
+    }
     notifier_->setEnabled(false);
-    if (isDraining_)
+    if (isDraining_) {
         notifier_.release()->deleteLater(); // It is the sender of the very call that leads here.
-    else
+    } else {
         notifier_.reset();
+    }
 }
 
 void MainQueue::enqueue(Item item) {
     const std::lock_guard guard(mutex_);
-    if (!open_)
+    if (!open_) {
         return;
+    }
     incoming_.push_back(std::move(item));
-    if (!std::exchange(wakePending_, true))
+    if (!std::exchange(wakePending_, true)) {
         wakePipe_.wake();
+    }
 }
 
 void MainQueue::drain() {
@@ -77,8 +81,9 @@ void MainQueue::drain() {
         } else {
             sink_(takeLines());
         }
-        if (std::chrono::steady_clock::now() - start >= turnLimit)
+        if (std::chrono::steady_clock::now() - start >= turnLimit) {
             break;
+        }
     }
     isDraining_ = false;
     sleepUnlessMoreWaits();
@@ -89,16 +94,19 @@ void MainQueue::drain() {
 // out.
 
 void MainQueue::takeIncoming() {
-    if (!draining_.empty())
+    if (!draining_.empty()) {
         return;
+    }
     const std::unique_lock lock(mutex_, std::try_to_lock);
-    if (lock)
+    if (lock) {
         draining_.swap(incoming_);
+    }
 }
 
 void MainQueue::sleepUnlessMoreWaits() {
-    if (!draining_.empty())
+    if (!draining_.empty()) {
         return;
+    }
     const std::unique_lock lock(mutex_, std::try_to_lock);
     if (lock && incoming_.empty()) {
         wakePipe_.reset();
@@ -110,8 +118,9 @@ std::vector<std::string> MainQueue::takeLines() {
     std::vector<std::string> lines;
     while (lines.size() < longestBatch && !draining_.empty()) {
         auto* const line = std::get_if<std::string>(&draining_.front());
-        if (line == nullptr)
+        if (line == nullptr) {
             break;
+        }
         lines.push_back(std::move(*line));
         draining_.pop_front();
     }

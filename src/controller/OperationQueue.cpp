@@ -22,15 +22,17 @@ OperationQueue::OperationQueue()
 
 OperationQueue::~OperationQueue() {
     dropWaiting();
-    if (worker_.joinable())
+    if (worker_.joinable()) {
         worker_.join();
+    }
 }
 
 void OperationQueue::submit(Job job) {
     {
         const std::lock_guard guard(state_->mutex);
-        if (state_->stopping)
+        if (state_->stopping) {
             return;
+        }
         state_->waiting.push_back(std::move(job));
     }
     state_->changed.notify_all();
@@ -42,10 +44,11 @@ bool OperationQueue::stop(std::chrono::milliseconds patience) {
     const bool ended = state_->changed.wait_for(lock, patience, [this] { return state_->ended; });
     lock.unlock();
     if (worker_.joinable()) {
-        if (ended)
+        if (ended) {
             worker_.join();
-        else
+        } else {
             worker_.detach();
+        }
     }
     return ended;
 }
@@ -65,8 +68,9 @@ void OperationQueue::work(State& state) {
     std::unique_lock lock(state.mutex);
     for (;;) {
         state.changed.wait(lock, [&state] { return state.stopping || !state.waiting.empty(); });
-        if (state.stopping)
+        if (state.stopping) {
             break;
+        }
         Job job = std::move(state.waiting.front());
         state.waiting.pop_front();
         lock.unlock();

@@ -49,38 +49,44 @@ ResultAlert deleteModel(const OperationContext& context, const LocalModel& model
 ResultAlert stopContainer(const OperationContext& context, const DockerContainer& container) {
     constexpr Titles titles{.success = "Container Stopped", .failure = "Stop Failed"};
     const std::optional<std::string> docker = context.dockerLocator->locate();
-    if (!docker)
+    if (!docker) {
         return reportMissingCLI(context, titles);
+    }
     const CommandResult stopped =
         context.commandRunner->run(*docker, commands::stop(container), commands::timeout);
-    if (!stopped.succeeded())
+    if (!stopped.succeeded()) {
         return report(context, titles, false, failureMessage("stop", container, stopped));
+    }
     return report(context, titles, true, "Stopped " + container.name + ".");
 }
 
 ResultAlert removeContainer(const OperationContext& context, const DockerContainer& container) {
     constexpr Titles titles{.success = "Container Removed", .failure = "Removal Failed"};
     const std::optional<std::string> docker = context.dockerLocator->locate();
-    if (!docker)
+    if (!docker) {
         return reportMissingCLI(context, titles);
+    }
     if (container.isRunning()) {
         const CommandResult stopped =
             context.commandRunner->run(*docker, commands::stop(container), commands::timeout);
-        if (!stopped.succeeded())
+        if (!stopped.succeeded()) {
             return report(context, titles, false, failureMessage("stop", container, stopped));
+        }
     }
     const CommandResult removed =
         context.commandRunner->run(*docker, commands::remove(container), commands::timeout);
-    if (!removed.succeeded())
+    if (!removed.succeeded()) {
         return report(context, titles, false, failureMessage("remove", container, removed));
+    }
     return report(context, titles, true, "Removed " + container.name + ".");
 }
 
 ResultAlert removeDockerImage(const OperationContext& context, const DockerImage& image) {
     constexpr Titles titles{.success = "Docker Image Removed", .failure = "Image Removal Failed"};
     const std::optional<std::string> docker = context.dockerLocator->locate();
-    if (!docker)
+    if (!docker) {
         return reportMissingCLI(context, titles);
+    }
     DockerImageRemovalResult result = DockerImageRemovalService(context.commandRunner).remove(image, *docker);
     return report(context, titles, result.succeeded, std::move(result.message));
 }

@@ -9,8 +9,9 @@ namespace {
 std::string joined(const std::vector<std::string>& parts, std::string_view separator) {
     std::string text;
     for (const std::string& part : parts) {
-        if (!text.empty())
+        if (!text.empty()) {
             text += separator;
+        }
         text += part;
     }
     return text;
@@ -20,10 +21,12 @@ std::string joined(const std::vector<std::string>& parts, std::string_view separ
 
 ResultAlert selfUninstallFailure(const SelfUninstallResult& result) {
     std::string message = "Self-uninstall failed: " + joined(result.failures, "; ");
-    if (!result.removedPaths.empty())
+    if (!result.removedPaths.empty()) {
         message += "\nRemoved before failure: " + joined(result.removedPaths, ", ");
-    if (!result.remainingPaths.empty())
+    }
+    if (!result.remainingPaths.empty()) {
         message += "\nStill present: " + joined(result.remainingPaths, ", ");
+    }
     return {.title = "Self-Uninstall Failed",
             .message = std::move(message),
             .outcome = ResultOutcome::errors,

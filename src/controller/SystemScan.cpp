@@ -23,12 +23,13 @@ std::vector<AppInfo> scanApplications(const OperationContext& context) {
             detector.presence(ApplicationDetectionRegistry::rule(app.name), expand);
         app.isDetected = presence != InstallationPresence::absent;
         app.hasResidualData = presence == InstallationPresence::residualData;
-        if (presence == InstallationPresence::installed)
+        if (presence == InstallationPresence::installed) {
             context.log("Found software: " + app.displayName + " (" + std::string(rawValue(app.category)) +
                         ")");
-        else if (presence == InstallationPresence::residualData)
+        } else if (presence == InstallationPresence::residualData) {
             context.log("Found remaining configuration/data for " + app.displayName +
                         "; no installation executable was detected.");
+        }
     }
     return apps;
 }

@@ -1,8 +1,7 @@
 #include "controller/UninstallerViewModel.h"
 
-#include "controller/DisplayText.h"
-
 #include "catalog/ApplicationList.h"
+#include "controller/DisplayText.h"
 #include "controller/SystemScan.h"
 #include "platform/Precondition.h"
 
@@ -39,8 +38,9 @@ UninstallerViewModel::UninstallerViewModel(std::shared_ptr<CommandExecuting> com
       deletionEngine_(std::move(deletionEngine)),
       dockerLocator_(std::move(dockerLocator)),
       hooks_(std::move(hooks)) {
-    if (autoScan)
+    if (autoScan) {
         scanSystem();
+    }
 }
 
 UninstallerViewModel::~UninstallerViewModel() {
@@ -55,32 +55,37 @@ void UninstallerViewModel::setPreserveCredentials(bool preserve) {
 void UninstallerViewModel::setAppSelected(const std::string& name, bool selected) {
     requireMainThread("setAppSelected must be called on the main thread");
     const auto app = std::ranges::find(apps_, name, &AppInfo::name);
-    if (app == apps_.end() || app->isSelected == selected)
+    if (app == apps_.end() || app->isSelected == selected) {
         return;
+    }
     app->isSelected = selected;
     Q_EMIT appsChanged();
 }
 
 void UninstallerViewModel::scanSystem() {
-    if (!beginOperation("Scanning system", true, false))
+    if (!beginOperation("Scanning system", true, false)) {
         return;
+    }
     log("Starting system scan for applications, models, and containers...");
     submit([](const OperationContext& context) { return rescan(context, std::nullopt); });
 }
 
 void UninstallerViewModel::cancelOperation() {
     requireMainThread("cancelOperation must be called on the main thread");
-    if (!isBusy_)
+    if (!isBusy_) {
         return;
-    if (cancellationToken_ != nullptr)
+    }
+    if (cancellationToken_ != nullptr) {
         cancellationToken_->cancel();
+    }
     log("Cancellation requested by user.");
 }
 
 void UninstallerViewModel::clearLogs() {
     requireMainThread("clearLogs must be called on the main thread");
-    if (logs_.empty())
+    if (logs_.empty()) {
         return;
+    }
     discard(std::exchange(logs_, {}));
     Q_EMIT logsCleared();
 }
@@ -98,8 +103,9 @@ bool UninstallerViewModel::shutDown() {
     requireMainThread("shutDown must be called on the main thread");
     if (!workerEnded_) {
         mainQueue_->close();
-        if (hooks_.endCommands)
+        if (hooks_.endCommands) {
             hooks_.endCommands();
+        }
         workerEnded_ = operationQueue_.stop(closingPatience);
     }
     return *workerEnded_;
@@ -133,10 +139,12 @@ void UninstallerViewModel::endOperation() {
 void UninstallerViewModel::publishScan(ScanSnapshot snapshot, const std::optional<ResultAlert>& alert) {
     requireMainThread("publishScan must be called on the main thread");
     std::unordered_map<std::string, bool> selection;
-    for (const AppInfo& app : apps_)
+    for (const AppInfo& app : apps_) {
         selection.emplace(app.name, app.isSelected);
-    for (AppInfo& app : snapshot.apps)
+    }
+    for (AppInfo& app : snapshot.apps) {
         app.isSelected = app.isDetected && selection[app.name];
+    }
     assign(apps_, std::move(snapshot.apps), &UninstallerViewModel::appsChanged);
     assign(localModels_, std::move(snapshot.models), &UninstallerViewModel::localModelsChanged);
     publishDocker(std::move(snapshot.docker));
@@ -145,8 +153,9 @@ void UninstallerViewModel::publishScan(ScanSnapshot snapshot, const std::optiona
         std::to_string(containers_.size()) + " Docker containers, and " +
         std::to_string(dockerImages_.size()) + " Docker images.");
     endOperation();
-    if (alert)
+    if (alert) {
         showResult(*alert);
+    }
 }
 
 void UninstallerViewModel::publishDocker(DockerAvailability availability) {
@@ -192,8 +201,9 @@ void UninstallerViewModel::appendLogs(std::vector<std::string> entries) {
 void UninstallerViewModel::discard(std::deque<std::string> entries) {
     const auto count = std::min(entries.size(), discardedPerTurn);
     entries.erase(entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(count));
-    if (!entries.empty())
+    if (!entries.empty()) {
         mainQueue_->post([this, rest = std::move(entries)]() mutable { discard(std::move(rest)); });
+    }
 }
 
 OperationContext UninstallerViewModel::operationContext() const {
@@ -215,10 +225,12 @@ OperationContext UninstallerViewModel::operationContext() const {
 void UninstallerViewModel::submit(Body body) {
     // The link carries `this` to the main thread, and drops it there once the controller is gone.
     operationQueue_.submit([this, link = mainQueue_, context = operationContext(), body = std::move(body)] {
-        if (context.isAbandoned())
+        if (context.isAbandoned()) {
             return;
-        if (Completion completion = body(context))
+        }
+        if (Completion completion = body(context)) {
             link->post([this, completion = std::move(completion)] { completion(*this); });
+        }
     });
 }
 
@@ -231,8 +243,9 @@ void UninstallerViewModel::submitThenRescan(AlertingBody body) {
 
 UninstallerViewModel::Completion UninstallerViewModel::rescan(const OperationContext& context,
                                                               std::optional<ResultAlert> alert) {
-    if (context.isAbandoned())
+    if (context.isAbandoned()) {
         return {};
+    }
     return [snapshot = collectScan(context),
             alert = std::move(alert)](UninstallerViewModel& controller) mutable {
         controller.publishScan(std::move(snapshot), alert);
@@ -241,8 +254,9 @@ UninstallerViewModel::Completion UninstallerViewModel::rescan(const OperationCon
 
 template <typename Value>
 void UninstallerViewModel::assign(Value& property, Value value, void (UninstallerViewModel::*changed)()) {
-    if (property == value)
+    if (property == value) {
         return;
+    }
     property = std::move(value);
     Q_EMIT(this->*changed)();
 }

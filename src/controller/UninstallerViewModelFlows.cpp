@@ -23,13 +23,15 @@ std::string displayedID(const DockerImage& image) {
 } // namespace
 
 void UninstallerViewModel::uninstallSelectedApps() {
-    if (!beginOperation("Preparing uninstallation\u2026", false, true))
+    if (!beginOperation("Preparing uninstallation\u2026", false, true)) {
         return;
+    }
     log(uninstallStartLine);
     submit([preserve = preserveCredentials_](const OperationContext& context) -> Completion {
         const std::vector<AppInfo> targets = uninstallTargets(context.apps);
-        if (!targets.empty())
+        if (!targets.empty()) {
             return rescan(context, uninstallApps(context, targets, preserve));
+        }
         return [](UninstallerViewModel& controller) {
             controller.endOperation();
             controller.log("No applications selected for uninstallation.");
@@ -39,8 +41,9 @@ void UninstallerViewModel::uninstallSelectedApps() {
 
 void UninstallerViewModel::uninstallAppsFromConfirmation(const std::vector<AppInfo>& apps,
                                                          bool preserveCredentials) {
-    if (!beginOperation("Uninstalling " + std::to_string(apps.size()) + " application(s)", false, true))
+    if (!beginOperation("Uninstalling " + std::to_string(apps.size()) + " application(s)", false, true)) {
         return;
+    }
     log(uninstallStartLine);
     submitThenRescan([apps, preserveCredentials](const OperationContext& context) {
         return uninstallApps(context, apps, preserveCredentials);
@@ -48,24 +51,27 @@ void UninstallerViewModel::uninstallAppsFromConfirmation(const std::vector<AppIn
 }
 
 void UninstallerViewModel::deleteModel(const LocalModel& model) {
-    if (!beginOperation("Deleting " + model.name, false, false))
+    if (!beginOperation("Deleting " + model.name, false, false)) {
         return;
+    }
     log("Deleting local model: " + model.name + " (" + model.source + ", " + model.sizeFormatted() + ")");
     submitThenRescan(
         [model](const OperationContext& context) { return zentrill::deleteModel(context, model); });
 }
 
 void UninstallerViewModel::stopContainer(const DockerContainer& container) {
-    if (!beginOperation("Stopping " + container.name, false, false))
+    if (!beginOperation("Stopping " + container.name, false, false)) {
         return;
+    }
     log("Stopping Docker container: " + container.name + " (" + container.id + ")...");
     submitThenRescan(
         [container](const OperationContext& context) { return zentrill::stopContainer(context, container); });
 }
 
 void UninstallerViewModel::removeContainer(const DockerContainer& container) {
-    if (!beginOperation("Removing " + container.name, false, false))
+    if (!beginOperation("Removing " + container.name, false, false)) {
         return;
+    }
     log("Removing Docker container: " + container.name + " (" + container.id + ")...");
     submitThenRescan([container](const OperationContext& context) {
         return zentrill::removeContainer(context, container);
@@ -73,16 +79,18 @@ void UninstallerViewModel::removeContainer(const DockerContainer& container) {
 }
 
 void UninstallerViewModel::removeDockerImage(const DockerImage& image) {
-    if (!beginOperation("Removing Docker image " + displayedID(image), false, false))
+    if (!beginOperation("Removing Docker image " + displayedID(image), false, false)) {
         return;
+    }
     log("Removing Docker image: " + displayedID(image) + " from " + image.connection.displayName);
     submitThenRescan(
         [image](const OperationContext& context) { return zentrill::removeDockerImage(context, image); });
 }
 
 void UninstallerViewModel::performSelfUninstall() {
-    if (!beginOperation("Uninstalling Zentrill", false, false))
+    if (!beginOperation("Uninstalling Zentrill", false, false)) {
         return;
+    }
     hooks_.forgetWindowState();
     const std::string bundle = hooks_.bundleLocation();
     const std::string home = homeDirectory();

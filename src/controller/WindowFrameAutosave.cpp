@@ -27,8 +27,8 @@ constexpr int largestCoordinate = 1 << 20;
 
 } // namespace
 
-WindowFrameAutosave::WindowFrameAutosave(QWindow& window, std::string propertyList, QObject* parent) :
-    QObject(parent), window_(window), propertyList_(std::move(propertyList)) {
+WindowFrameAutosave::WindowFrameAutosave(QWindow& window, std::string propertyList, QObject* parent)
+    : QObject(parent), window_(window), propertyList_(std::move(propertyList)) {
     settled_.setSingleShot(true);
     settled_.setInterval(restTime);
     connect(&settled_, &QTimer::timeout, this, &WindowFrameAutosave::write);
@@ -41,34 +41,42 @@ WindowFrameAutosave::WindowFrameAutosave(QWindow& window, std::string propertyLi
 void WindowFrameAutosave::setAutosaveName(const QString& name) {
     settled_.stop();
     name_ = name;
-    if (name_.isEmpty())
+    if (name_.isEmpty()) {
         return;
+    }
     restore();
-    // With nothing saved, what is there once the system has placed the window is what changes are seen against.
-    if (saved_.isEmpty())
+    // With nothing saved, what is there once the system has placed the window is what changes are seen
+    // against.
+    if (saved_.isEmpty()) {
         settled_.start();
+    }
 }
 
 bool WindowFrameAutosave::save() {
-    if (!settled_.isActive())
+    if (!settled_.isActive()) {
         return true;
+    }
     settled_.stop();
     return write();
 }
 
 bool WindowFrameAutosave::write() {
     // A maximised or minimised window keeps the frame that it had before.
-    if (name_.isEmpty() || propertyList_.empty() || window_.windowStates() != Qt::WindowNoState)
+    if (name_.isEmpty() || propertyList_.empty() || window_.windowStates() != Qt::WindowNoState) {
         return true;
+    }
     const QScreen* screen = window_.screen();
     const QString now = text(window_.geometry(), screen != nullptr ? screen->availableGeometry() : QRect());
     // Where the system first put the window is nothing that a person chose.
-    if (saved_.isEmpty())
+    if (saved_.isEmpty()) {
         saved_ = now;
-    if (now == saved_)
+    }
+    if (now == saved_) {
         return true;
-    if (!setPropertyListString(propertyList_, key(), now.toStdString()))
+    }
+    if (!setPropertyListString(propertyList_, key(), now.toStdString())) {
         return false;
+    }
     saved_ = now;
     return true;
 }
@@ -88,27 +96,33 @@ QString WindowFrameAutosave::text(const QRect& frame, const QRect& screen) {
 std::optional<QRect> WindowFrameAutosave::frame(const QString& text) {
     const QStringList parts = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     std::array<int, 4> numbers{};
-    if (parts.size() < static_cast<qsizetype>(numbers.size()))
+    if (parts.size() < static_cast<qsizetype>(numbers.size())) {
         return std::nullopt;
+    }
     for (std::size_t index = 0; index < numbers.size(); ++index) {
         bool isNumber = false;
         const double value = parts[static_cast<qsizetype>(index)].toDouble(&isNumber);
-        if (!isNumber || std::isnan(value) || std::abs(value) > largestCoordinate)
+        if (!isNumber || std::isnan(value) || std::abs(value) > largestCoordinate) {
             return std::nullopt;
+        }
         numbers.at(index) = static_cast<int>(value);
     }
     const QRect result(numbers[0], numbers[1], numbers[2], numbers[3]);
-    if (result.width() <= 0 || result.height() <= 0)
+    if (result.width() <= 0 || result.height() <= 0) {
         return std::nullopt;
+    }
     return result;
 }
 
 QRect WindowFrameAutosave::broughtBack(QRect frame, const QList<QRect>& screens, QSize minimum) {
-    if (screens.isEmpty())
+    if (screens.isEmpty()) {
         return frame;
+    }
     const auto holds = [&](const QRect& screen) {
-        const QRect visible = screen.intersected(QRect(frame.topLeft(), QSize(frame.width(), handle.height())));
-        return visible.width() >= std::min(handle.width(), frame.width()) && visible.height() >= handle.height();
+        const QRect visible =
+            screen.intersected(QRect(frame.topLeft(), QSize(frame.width(), handle.height())));
+        return visible.width() >= std::min(handle.width(), frame.width()) &&
+               visible.height() >= handle.height();
     };
     const auto found = std::ranges::find_if(screens, holds);
     const QRect screen = found == screens.end() ? screens.front() : *found;
@@ -122,21 +136,25 @@ QRect WindowFrameAutosave::broughtBack(QRect frame, const QList<QRect>& screens,
 }
 
 void WindowFrameAutosave::restore() {
-    if (propertyList_.empty())
+    if (propertyList_.empty()) {
         return;
+    }
     saved_ = QString::fromStdString(propertyListString(propertyList_, key()).value_or(""));
     const std::optional<QRect> frame = WindowFrameAutosave::frame(saved_);
-    if (!frame)
+    if (!frame) {
         return;
+    }
     QList<QRect> screens;
-    for (const QScreen* screen : QGuiApplication::screens())
+    for (const QScreen* screen : QGuiApplication::screens()) {
         screens.append(screen->availableGeometry());
+    }
     window_.setGeometry(broughtBack(*frame, screens, window_.minimumSize()));
 }
 
 void WindowFrameAutosave::noteChange() {
-    if (!name_.isEmpty())
+    if (!name_.isEmpty()) {
         settled_.start();
+    }
 }
 
 std::string WindowFrameAutosave::key() const {

@@ -11,22 +11,27 @@ ApplicationUninstallNotice::ApplicationUninstallNotice(
     : title("Uninstallation Completed"),
       message("Removed " + std::to_string(removedCount) + " filesystem items for " +
               std::to_string(appCount) + " application(s).") {
-    if (!failures.empty())
+    if (!failures.empty()) {
         title += " with Errors";
-    else if (!remainingData.empty())
+    } else if (!remainingData.empty()) {
         title += " with Data Remaining";
-    if (!remainingData.empty())
+    }
+    if (!remainingData.empty()) {
         message += "\nRemaining selected-app data (not deleted; review before removing manually):";
+    }
     for (const auto& [name, unsortedPaths] : remainingData) {
         std::vector<std::string> paths = unsortedPaths;
         std::ranges::sort(paths);
-        for (const std::string& path : paths)
+        for (const std::string& path : paths) {
             message.append("\n").append(name).append(": ").append(path);
+        }
     }
-    if (!failures.empty())
+    if (!failures.empty()) {
         message += "\nErrors:";
-    for (const std::string& failure : failures)
+    }
+    for (const std::string& failure : failures) {
         message.append("\n").append(failure);
+    }
 }
 
 } // namespace zentrill

@@ -29,8 +29,9 @@ ApplicationUninstallService::ApplicationUninstallService(std::shared_ptr<const S
 ApplicationUninstallService::ProcessAliveChecker
 ApplicationUninstallService::liveProcessAliveChecker(std::shared_ptr<CommandExecuting> commands) {
     return [commands = std::move(commands)](const std::vector<std::string>& processNames) {
-        if (processNames.empty())
+        if (processNames.empty()) {
             return false;
+        }
         const CommandResult listing = commands->run("/bin/ps", {"-axo", "comm,args="}, processListingTimeout);
         return listing.succeeded() && std::ranges::any_of(processNames, [&listing](const std::string& name) {
                    return listing.stdout.find(name) != std::string::npos;
@@ -56,9 +57,10 @@ ApplicationUninstallService::uninstall(const ApplicationDetectionRule& rule, boo
     result.deletionReport = deleteEntries(rule, preserveCredentials, pathExpander, cancellation);
     result.remainingDataPaths = detector_.existingPaths(expanded(rule.scanResidualDataPaths(), pathExpander));
     result.presence = detector_.presence(rule, pathExpander);
-    if (result.presence == InstallationPresence::installed)
+    if (result.presence == InstallationPresence::installed) {
         result.deletionReport.failures.push_back(rule.name +
                                                  " still has installed runtime evidence after cleanup.");
+    }
     return result;
 }
 
@@ -78,8 +80,9 @@ DeletionReport ApplicationUninstallService::deleteEntries(const ApplicationDetec
         const bool isInstalledPath =
             std::ranges::find(rule.installedPaths, entry) != rule.installedPaths.end();
         options.preserveUnrecognized = preserveCredentials && !isInstalledPath;
-        for (const std::string& target : uninstallTargets(entry, pathExpander(entry)))
+        for (const std::string& target : uninstallTargets(entry, pathExpander(entry))) {
             report.merge(deletion_->deleteItem(target, options));
+        }
     }
     return report;
 }

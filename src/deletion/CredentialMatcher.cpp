@@ -23,8 +23,9 @@ bool endsWithLowered(std::string_view name, std::string_view suffix) {
 
 bool containsLowered(const std::set<std::string, std::less<>>& names, std::string_view name) {
     std::array<char, 32> buffer{};
-    if (name.size() > buffer.size())
+    if (name.size() > buffer.size()) {
         return false; // Longer than every listed name.
+    }
     std::ranges::transform(name, buffer.begin(), lowered);
     return names.contains(std::string_view(buffer.data(), name.size()));
 }
@@ -38,8 +39,9 @@ CredentialMatcher::CredentialMatcher()
       sensitiveDirectoryNames_{".ssh", ".gnupg"} {}
 
 bool CredentialMatcher::isCredential(std::string_view path) const {
-    if (isCredentialName(paths::lastComponent(path)))
+    if (isCredentialName(paths::lastComponent(path))) {
         return true;
+    }
     const std::vector<std::string_view> parts = paths::components(path);
     return std::ranges::any_of(
         parts, [this](std::string_view part) { return containsLowered(sensitiveDirectoryNames_, part); });

@@ -11,8 +11,9 @@ CredentialShield::CredentialShield(const CredentialMatcher& matcher,
                                    const std::vector<std::string>& explicitCredentials)
     : matcher_(matcher) {
     for (const std::string& path : explicitCredentials) {
-        if (path.starts_with('/'))
+        if (path.starts_with('/')) {
             explicit_.push_back(aliasNormalized(paths::standardized(path)));
+        }
     }
 }
 
@@ -28,8 +29,9 @@ std::vector<std::string_view> CredentialShield::explicitNames(std::string_view f
     std::vector<std::string_view> names;
     const std::string normalized = aliasNormalized(folder);
     for (const std::string_view credential : explicit_) {
-        if (credential != "/" && paths::parent(credential) == normalized)
+        if (credential != "/" && paths::parent(credential) == normalized) {
             names.push_back(paths::lastComponent(credential));
+        }
     }
     return names;
 }

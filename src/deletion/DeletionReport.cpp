@@ -8,10 +8,11 @@ namespace zentrill {
 namespace {
 
 void append(std::vector<std::string>& list, std::vector<std::string>&& more) {
-    if (list.empty())
+    if (list.empty()) {
         list = std::move(more);
-    else
+    } else {
         list.insert(list.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+    }
 }
 
 } // namespace

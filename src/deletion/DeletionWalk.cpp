@@ -59,10 +59,11 @@ DeletionWalk::Outcome DeletionWalk::run() {
     } else {
         handle(itemName_.c_str(), EntryKind::unknown);
         while (depth_ > 1) {
-            if (const std::optional<std::size_t> index = nextEntry())
+            if (const std::optional<std::size_t> index = nextEntry()) {
                 handle(top().listing.name(*index), top().listing.kind(*index));
-            else
+            } else {
                 leave();
+            }
         }
     }
     outcome_.left = frames_[0].left;
@@ -72,13 +73,15 @@ DeletionWalk::Outcome DeletionWalk::run() {
 std::optional<std::size_t> DeletionWalk::nextEntry() {
     Frame& frame = top();
     while (frame.next == frame.listing.size()) {
-        if (frame.listingComplete)
+        if (frame.listingComplete) {
             return std::nullopt;
+        }
         frame.listing.clear();
         frame.next = 0;
         const int error = frame.directory.readEntries(frame.listing, listingBytes, frame.listingComplete);
-        if (error == 0)
+        if (error == 0) {
             continue;
+        }
         frame.listingComplete = true;
         // A directory that somebody removed meanwhile has no entries; removing it will tell.
         if (error != ENOENT) {
@@ -98,16 +101,18 @@ void DeletionWalk::handle(const char* name, EntryKind kind) {
         if (kind == EntryKind::unknown) {
             FileIdentity ignored;
             const int error = top().directory.lookUp(name, kind, ignored);
-            if (error == ENOENT)
+            if (error == ENOENT) {
                 return;
+            }
             if (error != 0) {
                 fail(name, error);
                 return;
             }
         }
         const Step step = kind == EntryKind::directory ? enter(name) : removeLeaf(name);
-        if (step == Step::done)
+        if (step == Step::done) {
             return;
+        }
         kind = EntryKind::unknown;
     }
     fail(name, EBUSY);
@@ -127,14 +132,16 @@ DeletionWalk::Step DeletionWalk::removeLeaf(const char* name) {
         recordRemoved(name);
         return Step::done;
     }
-    if (error == ENOENT)
+    if (error == ENOENT) {
         return Step::done;
+    }
     if (error == EISDIR || error == EPERM) {
         // Systems disagree on how unlink refuses a directory.
         EntryKind kind{};
         FileIdentity ignored;
-        if (top().directory.lookUp(name, kind, ignored) == 0 && kind == EntryKind::directory)
+        if (top().directory.lookUp(name, kind, ignored) == 0 && kind == EntryKind::directory) {
             return Step::kindChanged;
+        }
     }
     fail(name, error);
     return Step::done;
@@ -151,10 +158,12 @@ DeletionWalk::Step DeletionWalk::enter(const char* name) {
         push(name, std::move(directory));
         return Step::done;
     }
-    if (error == ENOENT)
+    if (error == ENOENT) {
         return Step::done;
-    if (isNoDirectory(error))
+    }
+    if (isNoDirectory(error)) {
         return Step::kindChanged;
+    }
     if (error == EXDEV) {
         error = EBUSY; // What the system says of removing a mount point.
     } else {
@@ -164,12 +173,15 @@ DeletionWalk::Step DeletionWalk::enter(const char* name) {
             recordRemoved(name);
             return Step::done;
         }
-        if (removal == ENOENT)
+        if (removal == ENOENT) {
             return Step::done;
-        if (removal == ENOTDIR)
+        }
+        if (removal == ENOTDIR) {
             return Step::kindChanged;
-        if (!isNotEmpty(removal))
+        }
+        if (!isNotEmpty(removal)) {
             error = removal;
+        }
     }
     fail(name, error);
     return Step::done;
@@ -177,12 +189,14 @@ DeletionWalk::Step DeletionWalk::enter(const char* name) {
 
 void DeletionWalk::push(const char* name, DirectoryHandle directory) {
     const std::size_t nameOffset = path_.size() + 1;
-    if (depth_ == 1)
+    if (depth_ == 1) {
         path_.assign(itemPath_, 0, itemPathLength_);
-    else
+    } else {
         path_.append("/").append(name); // `name` lies in a listing, never in `path_`.
-    if (depth_ == frames_.size())
+    }
+    if (depth_ == frames_.size()) {
         frames_.emplace_back();
+    }
     Frame& frame = frames_[depth_++];
     frame.identity = directory.identity();
     frame.directory = std::move(directory);
@@ -194,10 +208,12 @@ void DeletionWalk::push(const char* name, DirectoryHandle directory) {
     frame.pathLength = path_.size();
     frame.rescans = 0;
     frame.explicitNames.clear();
-    if (rules_.shield != nullptr && rules_.shield->hasExplicitCredentials())
+    if (rules_.shield != nullptr && rules_.shield->hasExplicitCredentials()) {
         frame.explicitNames = rules_.shield->explicitNames(standardizedPath_ + path_.substr(itemPathLength_));
-    if (depth_ - oldestOpen_ > openDirectoryLimit)
+    }
+    if (depth_ - oldestOpen_ > openDirectoryLimit) {
         (void)releaseOldest();
+    }
 }
 
 void DeletionWalk::leave() {
@@ -229,8 +245,9 @@ void DeletionWalk::leave() {
         recordRemoved(name.c_str());
     } else if (error == ENOTDIR) {
         // Somebody put a file or a link in its place; a folder put there in turn is not entered again.
-        if (removeLeaf(name.c_str()) == Step::kindChanged)
+        if (removeLeaf(name.c_str()) == Step::kindChanged) {
             fail(name.c_str(), EBUSY);
+        }
     } else if (error != ENOENT) {
         fail(name.c_str(), error);
     }
@@ -245,8 +262,9 @@ void DeletionWalk::pop() {
 
 int DeletionWalk::openChild(const char* name, DirectoryHandle& opened) {
     int error = top().directory.openChild(name, opened);
-    while (isOutOfDescriptors(error) && releaseOldest())
+    while (isOutOfDescriptors(error) && releaseOldest()) {
         error = top().directory.openChild(name, opened);
+    }
     return error;
 }
 
@@ -254,8 +272,9 @@ int DeletionWalk::openChild(const char* name, DirectoryHandle& opened) {
 bool DeletionWalk::releaseOldest() {
     while (oldestOpen_ + 1 < depth_) {
         Frame& frame = frames_[oldestOpen_++];
-        if (!frame.directory)
+        if (!frame.directory) {
             continue;
+        }
         // A reopened directory is read from its start, where kept entries would be met twice.
         if (!frame.listingComplete) {
             const int error = frame.directory.readEntries(frame.listing, SIZE_MAX, frame.listingComplete);
@@ -275,8 +294,9 @@ bool DeletionWalk::releaseOldest() {
 /// directory away from under it, from the nearest open folder above.
 bool DeletionWalk::ensureParentOpen() {
     Frame& parent = frames_[depth_ - 2];
-    if (parent.directory)
+    if (parent.directory) {
         return true;
+    }
     DirectoryHandle opened;
     if (top().directory && top().directory.openParent(opened) == 0 && opened.identity() == parent.identity) {
         parent.directory = std::move(opened);
@@ -288,14 +308,17 @@ bool DeletionWalk::ensureParentOpen() {
 
 bool DeletionWalk::reopenFromAbove(std::size_t index) {
     std::size_t open = index;
-    while (open > 0 && !frames_[open].directory)
+    while (open > 0 && !frames_[open].directory) {
         --open;
+    }
     DirectoryHandle current;
     for (std::size_t i = open + 1; i <= index; ++i) {
         const DirectoryHandle& above = i == open + 1 ? frames_[open].directory : current;
         DirectoryHandle next;
-        if (above.openChild(nameOf(frames_[i]).c_str(), next) != 0 || next.identity() != frames_[i].identity)
+        if (above.openChild(nameOf(frames_[i]).c_str(), next) != 0 ||
+            next.identity() != frames_[i].identity) {
             return false;
+        }
         current = std::move(next);
     }
     frames_[index].directory = std::move(current);
@@ -308,8 +331,9 @@ bool DeletionWalk::mayRemove(const char* name) const {
 }
 
 std::string DeletionWalk::pathOf(const char* name) const {
-    if (depth_ == 1)
+    if (depth_ == 1) {
         return itemPath_;
+    }
     const std::string_view last(name);
     std::string path;
     path.reserve(path_.size() + 1 + last.size());
@@ -322,15 +346,17 @@ std::string DeletionWalk::pathOf(const Frame& frame) const {
 }
 
 std::string DeletionWalk::nameOf(const Frame& frame) const {
-    if (&frame == &frames_[1])
+    if (&frame == &frames_[1]) {
         return itemName_;
+    }
     return path_.substr(frame.nameOffset, frame.pathLength - frame.nameOffset);
 }
 
 void DeletionWalk::recordRemoved(const char* name) {
     ++outcome_.removedCount;
-    if (rules_.shield != nullptr)
+    if (rules_.shield != nullptr) {
         outcome_.report.removed.push_back(pathOf(name));
+    }
 }
 
 void DeletionWalk::recordPreserved(const char* name) {
@@ -344,10 +370,12 @@ void DeletionWalk::fail(const char* name, int error) {
 }
 
 void DeletionWalk::recordFailure(std::string path, int error) {
-    if (rules_.shield != nullptr)
+    if (rules_.shield != nullptr) {
         outcome_.report.failures.push_back(path + ": " + systemDescription(error));
-    if (!outcome_.firstFailure)
+    }
+    if (!outcome_.firstFailure) {
         outcome_.firstFailure = Failure{.path = std::move(path), .error = error};
+    }
 }
 
 } // namespace zentrill

@@ -26,10 +26,12 @@ ParentFolder ParentFolder::open(const std::string& path) {
             continue;
         }
         const std::optional<std::string> destination = result.handle.linkDestination(name.c_str());
-        if (!destination)
+        if (!destination) {
             break;
-        if (isSystemAlias(ancestor, *destination))
+        }
+        if (isSystemAlias(ancestor, *destination)) {
             return open(aliasNormalized(path)); // Begins with /private, which is no alias itself.
+        }
         result.error = ELOOP;
         result.unsafeAncestor = ancestor;
     }

@@ -24,16 +24,18 @@ constexpr std::array<Alias, 3> aliases{{
 
 std::string aliasNormalized(std::string_view path) {
     for (const auto& [name, canonical] : aliases) {
-        if (paths::isSameOrBelow(path, name))
+        if (paths::isSameOrBelow(path, name)) {
             return std::string(canonical).append(path.substr(name.size()));
+        }
     }
     return std::string(path);
 }
 
 bool isSystemAlias(std::string_view path, std::string_view destination) {
     if (std::none_of(aliases.begin(), aliases.end(),
-                     [path](const Alias& alias) { return alias.name == path; }))
+                     [path](const Alias& alias) { return alias.name == path; })) {
         return false;
+    }
     const std::string target = destination.starts_with('/')
                                    ? std::string(destination)
                                    : paths::appending(paths::parent(path), destination);

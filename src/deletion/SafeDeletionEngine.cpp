@@ -39,37 +39,46 @@ SafeDeletionEngine::SafeDeletionEngine(const FileSystem& fileManager, Credential
 
 DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
                                               const DeletionOptions& options) const {
-    if (std::optional<std::string> refusal = deletionRefusal(atPath))
+    if (std::optional<std::string> refusal = deletionRefusal(atPath)) {
         return failureReport(std::move(*refusal));
-    if (atPath.find('\0') != std::string::npos)
+    }
+    if (atPath.find('\0') != std::string::npos) {
         return {}; // No name holds a NUL, and the system would end the path there.
+    }
     const std::string standardized = paths::standardized(atPath);
     ParentFolder parent = ParentFolder::open(standardized);
-    if (parent.unsafeAncestor)
+    if (parent.unsafeAncestor) {
         return failureReport(symlinkRefusal(*parent.unsafeAncestor));
+    }
     EntryKind kind{};
     FileIdentity identity;
     const int error =
         parent.error != 0 ? parent.error : parent.handle.lookUp(parent.name.c_str(), kind, identity);
-    if (meansMissing(error))
+    if (meansMissing(error)) {
         return {};
-    if (error != 0)
+    }
+    if (error != 0) {
         return failureReport(atPath + ": " + systemDescription(error));
-    if (UndeletableFolders().contains(identity))
+    }
+    if (UndeletableFolders().contains(identity)) {
         return failureReport("Refusing to delete a folder that is or holds the home folder: " + atPath);
+    }
     return options.preserveCredentials
                ? deletePreservingCredentials(atPath, standardized, std::move(parent.handle), options)
                : deleteWhole(atPath, standardized, std::move(parent.handle));
 }
 
 std::optional<std::string> SafeDeletionEngine::deletionRefusal(const std::string& path) const {
-    if (!path.starts_with('/'))
+    if (!path.starts_with('/')) {
         return "Refusing to delete a path that is not absolute: " + path;
+    }
     const std::string standardized = paths::standardized(path);
-    if (std::optional<std::string> refusal = UndeletableFolders().refusal(standardized))
+    if (std::optional<std::string> refusal = UndeletableFolders().refusal(standardized)) {
         return refusal;
-    if (const std::optional<std::string> ancestor = unsafeSymlinkAncestor(standardized))
+    }
+    if (const std::optional<std::string> ancestor = unsafeSymlinkAncestor(standardized)) {
         return symlinkRefusal(*ancestor);
+    }
     return std::nullopt;
 }
 
@@ -78,8 +87,9 @@ std::optional<std::string> SafeDeletionEngine::unsafeSymlinkAncestor(const std::
     for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
         std::string ancestor = path.substr(0, end);
         const std::optional<std::string> destination = fileManager_->symbolicLinkDestination(ancestor);
-        if (destination && !isSystemAlias(ancestor, *destination))
+        if (destination && !isSystemAlias(ancestor, *destination)) {
             return ancestor;
+        }
     }
     return std::nullopt;
 }
@@ -90,13 +100,15 @@ DeletionReport SafeDeletionEngine::deleteWhole(const std::string& atPath, const 
     const DeletionWalk::Outcome outcome = walk.run();
     if (outcome.firstFailure) {
         std::string line = atPath + ": " + systemDescription(outcome.firstFailure->error);
-        if (outcome.firstFailure->path != atPath)
+        if (outcome.firstFailure->path != atPath) {
             line += " (at " + outcome.firstFailure->path + ")";
+        }
         return failureReport(std::move(line));
     }
     DeletionReport report;
-    if (!outcome.left && outcome.removedCount > 0)
+    if (!outcome.left && outcome.removedCount > 0) {
         report.removed.push_back(atPath);
+    }
     return report;
 }
 

@@ -15,8 +15,9 @@ namespace {
 
 std::vector<std::string> defaultApplicationDirectories() {
     std::vector<std::string> directories{"/Applications"};
-    if (const std::string home = homeDirectory(); !home.empty())
+    if (const std::string home = homeDirectory(); !home.empty()) {
         directories.push_back(paths::appending(home, "Applications"));
+    }
     return directories;
 }
 
@@ -31,8 +32,9 @@ void append(std::vector<std::string>& list, const std::vector<std::string>& more
 std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
     std::string result;
     for (const std::string& text : texts) {
-        if (!result.empty())
+        if (!result.empty()) {
             result += separator;
+        }
         result += text;
     }
     return result;
@@ -59,8 +61,9 @@ std::vector<std::string> SelfUninstallService::ownedDataURLs(const std::string& 
         "Library/Logs/" + id,
         "Library/Saved Application State/" + id + ".savedState",
     };
-    for (std::string& path : paths)
+    for (std::string& path : paths) {
         path = paths::standardized(paths::appending(homeDirectory, path));
+    }
     return paths;
 }
 
@@ -84,64 +87,79 @@ SelfUninstallResult SelfUninstallService::uninstall(const std::string& bundleURL
     };
 
     result.failures = validate(bundle, dataURLs);
-    if (!result.failures.empty())
+    if (!result.failures.empty()) {
         return finish();
+    }
     for (const std::string& path : dataURLs) {
-        if (itemExistsWithoutFollowingSymlink(path))
+        if (itemExistsWithoutFollowingSymlink(path)) {
             remove(path);
-        if (!result.failures.empty())
+        }
+        if (!result.failures.empty()) {
             return finish();
+        }
     }
     remove(bundle);
     finish();
-    if (result.failures.empty() && !result.remainingPaths.empty())
+    if (result.failures.empty() && !result.remainingPaths.empty()) {
         result.failures.push_back("Cleanup left these paths behind: " + joined(result.remainingPaths, ", "));
+    }
     return result;
 }
 
 std::vector<std::string> SelfUninstallService::validate(const std::string& bundleURL,
                                                         const std::vector<std::string>& dataURLs) const {
-    if (paths::extension(bundleURL) != "app")
+    if (paths::extension(bundleURL) != "app") {
         return {"Self-uninstall requires an installed .app bundle."};
+    }
     const std::string parent = paths::standardized(paths::parent(bundleURL));
     if (std::ranges::find(allowedApplicationDirectories_, parent, [](const std::string& path) {
             return paths::standardized(path);
-        }) == allowedApplicationDirectories_.end())
+        }) == allowedApplicationDirectories_.end()) {
         return {"Self-uninstall is limited to a direct child of an approved Applications directory."};
-    if (!itemExistsWithoutFollowingSymlink(bundleURL))
+    }
+    if (!itemExistsWithoutFollowingSymlink(bundleURL)) {
         return {"The app bundle no longer exists."};
+    }
     std::vector<std::string> messages;
     validateBundle(bundleURL, messages);
-    if (!fileManager_->isWritable(parent))
+    if (!fileManager_->isWritable(parent)) {
         messages.emplace_back("The Applications directory is not writable.");
-    for (const std::string& dataURL : dataURLs)
+    }
+    for (const std::string& dataURL : dataURLs) {
         validateData(dataURL, messages);
+    }
     return messages;
 }
 
 void SelfUninstallService::validateBundle(const std::string& bundleURL,
                                           std::vector<std::string>& messages) const {
     if (const std::optional<FileAttributes> attributes = fileManager_->attributes(bundleURL)) {
-        if (!attributes->isDirectory)
+        if (!attributes->isDirectory) {
             messages.emplace_back("The self-uninstall target is not an app directory.");
-        if (attributes->isSymbolicLink)
+        }
+        if (attributes->isSymbolicLink) {
             messages.emplace_back("The self-uninstall target cannot be a symbolic link.");
-        if (attributes->volumeIsReadOnly)
+        }
+        if (attributes->volumeIsReadOnly) {
             messages.emplace_back("The app is on a read-only volume. Install it in Applications first.");
+        }
     } else {
         messages.emplace_back("The app bundle metadata could not be read.");
     }
-    if (bundleIdentifier(bundleURL) != expectedBundleIdentifier_)
+    if (bundleIdentifier(bundleURL) != expectedBundleIdentifier_) {
         messages.push_back("The app bundle identifier does not match " + expectedBundleIdentifier_ + ".");
+    }
 }
 
 void SelfUninstallService::validateData(const std::string& dataURL,
                                         std::vector<std::string>& messages) const {
-    if (std::optional<std::string> refusal = deletion_->deletionRefusal(dataURL))
+    if (std::optional<std::string> refusal = deletion_->deletionRefusal(dataURL)) {
         messages.push_back(std::move(*refusal));
+    }
     const std::optional<std::string> parent = nearestExistingParent(dataURL);
-    if (parent && !fileManager_->isWritable(*parent))
+    if (parent && !fileManager_->isWritable(*parent)) {
         messages.push_back("Cleanup parent is not writable: " + *parent);
+    }
 }
 
 std::vector<std::string> SelfUninstallService::existingPaths(const std::vector<std::string>& paths) const {
@@ -157,8 +175,9 @@ bool SelfUninstallService::itemExistsWithoutFollowingSymlink(const std::string& 
 
 std::optional<std::string> SelfUninstallService::nearestExistingParent(std::string path) const {
     while (!fileManager_->fileExists(path)) {
-        if (path.empty() || path == "/")
+        if (path.empty() || path == "/") {
             return std::nullopt;
+        }
         path = std::string(paths::parent(path));
     }
     return path;

@@ -24,8 +24,9 @@ public:
     GlobMatches& operator=(GlobMatches&&) = delete;
 
     [[nodiscard]] std::vector<std::string> paths() const {
-        if (!found_)
+        if (!found_) {
             return {};
+        }
         return {matches_.gl_pathv, matches_.gl_pathv + matches_.gl_pathc};
     }
 
@@ -44,8 +45,9 @@ std::size_t commonEnd(std::string_view entry, std::string_view expanded) {
 std::string escaped(std::string_view literal) {
     std::string pattern;
     for (const char character : literal) {
-        if (std::string_view("\\*?[]{},~").find(character) != std::string_view::npos)
+        if (std::string_view("\\*?[]{},~").find(character) != std::string_view::npos) {
             pattern += '\\';
+        }
         pattern += character;
     }
     return pattern;
@@ -57,8 +59,9 @@ std::vector<std::string> uninstallTargets(const std::string& entry, const std::s
     const std::size_t literalLength = expanded.size() - commonEnd(entry, expanded);
     const std::string_view pattern = std::string_view(expanded).substr(literalLength);
     // A NUL would cut the pattern short and so widen it.
-    if (pattern.find_first_of("*?") == std::string_view::npos || expanded.find('\0') != std::string::npos)
+    if (pattern.find_first_of("*?") == std::string_view::npos || expanded.find('\0') != std::string::npos) {
         return {expanded};
+    }
     return GlobMatches(escaped(std::string_view(expanded).substr(0, literalLength)).append(pattern)).paths();
 }
 

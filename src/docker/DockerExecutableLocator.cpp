@@ -18,11 +18,13 @@ DockerExecutableLocator::DockerExecutableLocator(const FileSystem& files, const 
 
 std::optional<std::string> DockerExecutableLocator::locate() const {
     for (const std::string& candidate : candidatePaths_) {
-        if (!files_->isExecutableFile(candidate))
+        if (!files_->isExecutableFile(candidate)) {
             continue;
+        }
         std::optional<std::string> resolved = files_->resolvingSymlinks(candidate);
-        if (resolved && files_->isExecutableFile(*resolved))
+        if (resolved && files_->isExecutableFile(*resolved)) {
             return resolved;
+        }
     }
     return std::nullopt;
 }

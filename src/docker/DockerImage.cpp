@@ -30,11 +30,13 @@ std::string_view rawValue(DockerImageUsage usage) noexcept {
 }
 
 std::string DockerImage::displayName() const {
-    if (tags.empty())
+    if (tags.empty()) {
         return "Untagged image";
+    }
     std::string joined = tags.front();
-    for (std::size_t index = 1; index < tags.size(); ++index)
+    for (std::size_t index = 1; index < tags.size(); ++index) {
         joined.append(", ").append(tags[index]);
+    }
     return joined;
 }
 

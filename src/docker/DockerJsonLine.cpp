@@ -27,8 +27,9 @@ public:
     bool binary(binary_t& /*value*/) override { return otherValue(); }
 
     bool string(string_t& value) override {
-        if (depth_ == 1)
+        if (depth_ == 1) {
             texts[key_] = std::move(value);
+        }
         return depth_ > 0;
     }
 
@@ -45,8 +46,9 @@ public:
     }
 
     bool key(string_t& name) override {
-        if (depth_ == 1)
+        if (depth_ == 1) {
             key_ = std::move(name);
+        }
         return true;
     }
 
@@ -65,8 +67,9 @@ private:
 
     /// False, which ends the parsing, for a line that is no object.
     bool otherValue() {
-        if (depth_ == 1)
+        if (depth_ == 1) {
             texts.erase(key_);
+        }
         return depth_ > 0;
     }
 
@@ -82,18 +85,21 @@ DockerJsonLine::DockerJsonLine(Texts texts) noexcept : texts_(std::move(texts)) 
 
 std::optional<DockerJsonLine> DockerJsonLine::parse(std::string_view line) {
     // No JSON text holds one, but the parser would take it for the end and overlook what follows.
-    if (line.find('\0') != std::string_view::npos)
+    if (line.find('\0') != std::string_view::npos) {
         return std::nullopt;
+    }
     TopLevelTexts reader;
-    if (!nlohmann::json::sax_parse(line.begin(), line.end(), &reader))
+    if (!nlohmann::json::sax_parse(line.begin(), line.end(), &reader)) {
         return std::nullopt;
+    }
     return DockerJsonLine(std::move(reader.texts));
 }
 
 std::optional<std::string> DockerJsonLine::nonemptyString(std::string_view key) const {
     const auto found = texts_.find(key);
-    if (found == texts_.end() || found->second.empty())
+    if (found == texts_.end() || found->second.empty()) {
         return std::nullopt;
+    }
     return found->second;
 }
 

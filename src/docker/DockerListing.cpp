@@ -18,11 +18,13 @@ constexpr std::string_view none = "<none>";
 
 std::optional<DockerRecord> container(std::string_view line, const DockerConnection& connection) {
     const std::optional<DockerJsonLine> json = DockerJsonLine::parse(line);
-    if (!json)
+    if (!json) {
         return std::nullopt;
+    }
     std::optional<std::string> id = json->nonemptyString("ID");
-    if (!id)
+    if (!id) {
         return std::nullopt;
+    }
     return DockerRecord{
         .id = std::move(*id),
         .name = json->nonemptyString("Names").value_or(""),
@@ -34,25 +36,29 @@ std::optional<DockerRecord> container(std::string_view line, const DockerConnect
 
 std::optional<DockerImageRecord> image(std::string_view line) {
     const std::optional<DockerJsonLine> json = DockerJsonLine::parse(line);
-    if (!json)
+    if (!json) {
         return std::nullopt;
+    }
     std::optional<std::string> id = json->nonemptyString("ID");
     const std::optional<std::string> repository = json->nonemptyString("Repository");
     const std::optional<std::string> tag = json->nonemptyString("Tag");
     std::optional<std::string> size = json->nonemptyString("Size");
-    if (!id || !isFullImageID(*id) || !repository || !tag || !size)
+    if (!id || !isFullImageID(*id) || !repository || !tag || !size) {
         return std::nullopt;
+    }
     DockerImageRecord record{.imageID = std::move(*id), .tags = {}, .size = std::move(*size)};
-    if (*repository != none && *tag != none)
+    if (*repository != none && *tag != none) {
         record.tags.push_back(*repository + ":" + *tag);
+    }
     return record;
 }
 
 void addTags(DockerImageRecord& record, const std::vector<std::string>& tags) {
     for (const std::string& tag : tags) {
         const auto place = std::ranges::lower_bound(record.tags, tag);
-        if (place == record.tags.end() || *place != tag)
+        if (place == record.tags.end() || *place != tag) {
             record.tags.insert(place, tag);
+        }
     }
 }
 
@@ -60,8 +66,9 @@ void addTags(DockerImageRecord& record, const std::vector<std::string>& tags) {
 
 std::string_view trimmed(std::string_view text) {
     const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos)
+    if (begin == std::string_view::npos) {
         return {};
+    }
     return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
 }
 
@@ -69,8 +76,9 @@ std::vector<std::string_view> nonemptyLines(std::string_view output) {
     std::vector<std::string_view> lines;
     while (!output.empty()) {
         const std::size_t end = std::min(output.find_first_of(newlines), output.size());
-        if (const std::string_view line = trimmed(output.substr(0, end)); !line.empty())
+        if (const std::string_view line = trimmed(output.substr(0, end)); !line.empty()) {
             lines.push_back(line);
+        }
         output.remove_prefix(std::min(end + 1, output.size()));
     }
     return lines;
@@ -79,10 +87,11 @@ std::vector<std::string_view> nonemptyLines(std::string_view output) {
 Containers containers(std::string_view output, const DockerConnection& connection) {
     Containers result;
     for (const std::string_view line : nonemptyLines(output)) {
-        if (std::optional<DockerRecord> record = container(line, connection))
+        if (std::optional<DockerRecord> record = container(line, connection)) {
             result.records.push_back(std::move(*record));
-        else
+        } else {
             ++result.unreadableCount;
+        }
     }
     return result;
 }
@@ -97,21 +106,24 @@ Images images(std::string_view output) {
             continue;
         }
         const auto [place, isNew] = places.emplace(record->imageID, result.records.size());
-        if (isNew)
+        if (isNew) {
             result.records.push_back(std::move(*record));
-        else
+        } else {
             addTags(result.records[place->second], record->tags);
+        }
     }
     return result;
 }
 
 std::optional<std::set<std::string>> usedImageIDs(std::string_view output, std::size_t containerCount) {
     const std::vector<std::string_view> lines = nonemptyLines(output);
-    if (lines.size() != containerCount || !std::ranges::all_of(lines, isFullImageID))
+    if (lines.size() != containerCount || !std::ranges::all_of(lines, isFullImageID)) {
         return std::nullopt;
+    }
     std::set<std::string> ids;
-    for (const std::string_view line : lines)
+    for (const std::string_view line : lines) {
         ids.insert(canonicalImageID(line));
+    }
     return ids;
 }
 

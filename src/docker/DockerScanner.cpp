@@ -50,16 +50,20 @@ std::string valueOf(const Environment& environment, const std::string& name) {
 /// Either the endpoint or the text that says why there is none.
 std::variant<DockerConnection, std::string> resolveConnection(const Client& client,
                                                               const Environment& environment) {
-    if (const std::string context = valueOf(environment, "DOCKER_CONTEXT"); !context.empty())
+    if (const std::string context = valueOf(environment, "DOCKER_CONTEXT"); !context.empty()) {
         return DockerConnection{.arguments = {"--context", context}, .displayName = context};
-    if (const std::string host = valueOf(environment, "DOCKER_HOST"); !host.empty())
+    }
+    if (const std::string host = valueOf(environment, "DOCKER_HOST"); !host.empty()) {
         return DockerConnection{.arguments = {"--host", host}, .displayName = "DOCKER_HOST override"};
+    }
     const CommandResult shown = client.run({"context", "show"}, contextTimeout);
-    if (!shown.succeeded())
+    if (!shown.succeeded()) {
         return "Docker CLI is installed, but its active context could not be resolved. " + shown.diagnostic();
+    }
     const std::string context(docker_listing::trimmed(shown.stdout));
-    if (context.empty())
+    if (context.empty()) {
         return "Docker CLI is installed, but it returned an empty active context.";
+    }
     return DockerConnection{.arguments = {"--context", context}, .displayName = context};
 }
 
@@ -78,28 +82,33 @@ public:
             return;
         }
         docker_listing::Images read = docker_listing::images(listed.stdout);
-        if (read.malformedCount > 0)
+        if (read.malformedCount > 0) {
             warn("Ignored " + counted(read.malformedCount, "malformed image record") + ".");
-        for (DockerImageRecord& record : read.records)
+        }
+        for (DockerImageRecord& record : read.records) {
             images_.push_back({.imageID = std::move(record.imageID),
                                .tags = std::move(record.tags),
                                .size = std::move(record.size),
                                .usage = DockerImageUsage::unknown,
                                .connection = client.connection()});
+        }
     }
 
     void determineUsage(const Client& client, const docker_listing::Containers& containers) {
-        if (containers.unreadableCount > 0)
+        if (containers.unreadableCount > 0) {
             warn("Could not read " + counted(containers.unreadableCount, "container record") +
                  "; image removal is disabled until the next successful scan.");
+        }
         const std::optional<std::set<std::string>> used = usedImageIDs(client, containers.records);
         // An image that only an unreadable container uses would pass for unused.
-        if (!used || containers.unreadableCount > 0)
+        if (!used || containers.unreadableCount > 0) {
             return;
-        for (DockerImage& image : images_)
+        }
+        for (DockerImage& image : images_) {
             image.usage = used->contains(docker_listing::canonicalImageID(image.imageID))
                               ? DockerImageUsage::inUse
                               : DockerImageUsage::unused;
+        }
     }
 
     [[nodiscard]] std::vector<DockerImage> takeImages() { return std::move(images_); }
@@ -115,11 +124,13 @@ private:
     /// Nothing, with a warning, where the tool's answer leaves a doubt.
     std::optional<std::set<std::string>> usedImageIDs(const Client& client,
                                                       const std::vector<DockerRecord>& containers) {
-        if (containers.empty())
+        if (containers.empty()) {
             return std::set<std::string>();
+        }
         Arguments arguments{"inspect", "--type", "container", "--format", "{{.Image}}"};
-        for (const DockerRecord& container : containers)
+        for (const DockerRecord& container : containers) {
             arguments.push_back(container.id);
+        }
         const CommandResult inspected = client.run(arguments, listingTimeout);
         if (!inspected.succeeded()) {
             warn("Could not determine which images are in use; removal is disabled until the next successful "
@@ -128,9 +139,10 @@ private:
         }
         std::optional<std::set<std::string>> used =
             docker_listing::usedImageIDs(inspected.stdout, containers.size());
-        if (!used)
+        if (!used) {
             warn("Docker returned incomplete container image IDs; image removal is disabled until the next "
                  "successful scan.");
+        }
         return used;
     }
 };
@@ -147,28 +159,32 @@ DockerScanner::DockerScanner(std::shared_ptr<CommandExecuting> commands,
 
 DockerAvailability DockerScanner::scan() const {
     std::optional<std::string> executable = locator_->locate();
-    if (!executable)
+    if (!executable) {
         return {DockerAvailability::MissingCLI{}};
+    }
     Client client(*commands_, std::move(*executable));
 
     std::variant<DockerConnection, std::string> connection = resolveConnection(client, environment_);
-    if (auto* message = std::get_if<std::string>(&connection))
+    if (auto* message = std::get_if<std::string>(&connection)) {
         return unavailable(std::move(*message));
+    }
     client.bind(std::get<DockerConnection>(std::move(connection)));
 
     const std::string& name = client.connection().displayName;
     const CommandResult answered = client.run({"version", "--format", "{{.Server.Version}}"}, daemonTimeout);
-    if (!answered.succeeded())
+    if (!answered.succeeded()) {
         return unavailable("Docker CLI is installed, but connection '" + name +
                            "' is unavailable. Start Docker Desktop (or restore that connection), then choose "
                            "Scan System. " +
                            answered.diagnostic());
+    }
 
     const CommandResult listed =
         client.run({"container", "ls", "-a", "--no-trunc", "--format", "{{json .}}"}, listingTimeout);
-    if (!listed.succeeded())
+    if (!listed.succeeded()) {
         return unavailable("Docker connection '" + name +
                            "' responded, but its container inventory failed. " + listed.diagnostic());
+    }
     docker_listing::Containers containers = docker_listing::containers(listed.stdout, client.connection());
 
     ImageInventory images;

@@ -28,8 +28,9 @@ std::optional<std::int64_t> integerFromDigits(std::string_view text) {
     // std::from_chars knows no plus sign, and must not see the minus of "+-1".
     if (text.starts_with('+')) {
         text.remove_prefix(1);
-        if (text.starts_with('-'))
+        if (text.starts_with('-')) {
             return std::nullopt;
+        }
     }
     return wholeInteger(text);
 }
@@ -44,14 +45,16 @@ std::optional<std::int64_t> integerFromNumber(std::string_view number) {
     std::string digits = std::string(mantissa.substr(0, point)).append(fraction);
     const bool negative = digits.starts_with('-');
     digits.erase(0, std::min(digits.find_first_not_of("-0"), digits.size()));
-    if (digits.empty())
+    if (digits.empty()) {
         return 0;
+    }
 
     std::int64_t exponent = 0;
     if (exponentMark < number.size()) {
         const std::optional<std::int64_t> written = integerFromDigits(number.substr(exponentMark + 1));
-        if (!written)
+        if (!written) {
             return std::nullopt;
+        }
         exponent = *written;
     }
     // The value is 0.DIGITS times ten to the power of the integer digits' count.
@@ -61,8 +64,9 @@ std::optional<std::int64_t> integerFromNumber(std::string_view number) {
     std::int64_t integerDigits = 0;
     if (__builtin_add_overflow(exponent, digitCount - fractionLength, &integerDigits) ||
         integerDigits < static_cast<std::int64_t>(significant) ||
-        integerDigits > static_cast<std::int64_t>(mostDigits))
+        integerDigits > static_cast<std::int64_t>(mostDigits)) {
         return std::nullopt;
+    }
     digits.resize(static_cast<std::size_t>(integerDigits), '0');
     return wholeInteger((negative ? "-" : "") + digits);
 }

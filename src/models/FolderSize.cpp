@@ -27,11 +27,13 @@ std::int64_t folderSize(const std::string& path, const std::function<bool()>& sh
         path,
         [&total](const WalkEntry& entry) {
             struct stat status{};
-            if (::fstatat(entry.folder, entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+            if (::fstatat(entry.folder, entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
                 return;
+            }
             // A few sparse files are enough to claim more than 64 bits can tell.
-            if (__builtin_add_overflow(total, std::int64_t{status.st_size}, &total))
+            if (__builtin_add_overflow(total, std::int64_t{status.st_size}, &total)) {
                 total = std::numeric_limits<std::int64_t>::max();
+            }
         },
         shouldStop);
     return total;
@@ -42,22 +44,25 @@ std::vector<std::int64_t> folderSizes(const std::vector<std::string>& paths,
     std::vector<std::int64_t> sizes(paths.size());
     std::atomic<std::size_t> nextFolder = 0;
     const auto work = [&] {
-        for (std::size_t index = nextFolder++; index < paths.size(); index = nextFolder++)
+        for (std::size_t index = nextFolder++; index < paths.size(); index = nextFolder++) {
             sizes[index] = folderSize(paths[index], shouldStop);
+        }
     };
     const std::size_t threadCount =
         std::min<std::size_t>(std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads), paths.size());
     std::vector<std::thread> helpers;
     helpers.reserve(threadCount);
     try {
-        while (helpers.size() + 1 < threadCount)
+        while (helpers.size() + 1 < threadCount) {
             helpers.emplace_back(work);
+        }
     } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch)
         // No more threads to be had: those that run, and this one, do the work.
     }
     work();
-    for (std::thread& helper : helpers)
+    for (std::thread& helper : helpers) {
         helper.join();
+    }
     return sizes;
 }
 

@@ -46,34 +46,41 @@ struct Level {
 
 Directory openDirectory(int parent, const char* name, int extraFlags) {
     FileDescriptor descriptor(::openat(parent, name, folderFlags | extraFlags));
-    if (!descriptor)
+    if (!descriptor) {
         return nullptr;
+    }
     Directory directory(::fdopendir(descriptor.get()));
-    if (directory)
+    if (directory) {
         static_cast<void>(descriptor.release());
+    }
     return directory;
 }
 
 /// All zeros when the system does not tell.
 struct stat statusOf(const Directory& directory) {
     struct stat status{};
-    if (const int descriptor = ::dirfd(directory.get()); descriptor >= 0)
+    if (const int descriptor = ::dirfd(directory.get()); descriptor >= 0) {
         ::fstat(descriptor, &status);
+    }
     return status;
 }
 
 /// Nothing for an item that the walk leaves out.
 std::optional<char> markOf(int folder, const dirent& entry) {
     const std::string_view name(static_cast<const char*>(entry.d_name));
-    if (entry.d_type == DT_LNK || name == "." || name == "..")
+    if (entry.d_type == DT_LNK || name == "." || name == "..") {
         return std::nullopt;
-    if (entry.d_type != DT_UNKNOWN)
+    }
+    if (entry.d_type != DT_UNKNOWN) {
         return entry.d_type == DT_DIR ? directoryMark : otherMark;
+    }
     struct stat status{};
-    if (::fstatat(folder, static_cast<const char*>(entry.d_name), &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (::fstatat(folder, static_cast<const char*>(entry.d_name), &status, AT_SYMLINK_NOFOLLOW) != 0) {
         return otherMark;
-    if (S_ISLNK(status.st_mode))
+    }
+    if (S_ISLNK(status.st_mode)) {
         return std::nullopt;
+    }
     return S_ISDIR(status.st_mode) ? directoryMark : otherMark;
 }
 
@@ -82,8 +89,9 @@ public:
     explicit Walk(std::string path) : path_(std::move(path)) {}
 
     void run(const std::function<void(const WalkEntry&)>& visit, const std::function<bool()>& shouldStop) {
-        if (shouldStop && shouldStop())
+        if (shouldStop && shouldStop()) {
             return;
+        }
         enter(openDirectory(AT_FDCWD, path_.c_str(), 0));
         while (!levels_.empty()) {
             Level& level = levels_.back();
@@ -97,10 +105,12 @@ public:
             level.nextEntry += nameLength + 2;
             const int folder = ::dirfd(level.directory.get());
             visit({.folder = folder, .folderPath = path_, .name = name, .isDirectory = isDirectory});
-            if (!isDirectory)
+            if (!isDirectory) {
                 continue;
-            if (shouldStop && shouldStop())
+            }
+            if (shouldStop && shouldStop()) {
                 return;
+            }
             if (Directory child = openDirectory(folder, name, O_NOFOLLOW)) {
                 path_.append("/").append(name, nameLength);
                 enter(std::move(child));
@@ -110,8 +120,9 @@ public:
 
 private:
     void enter(Directory directory) {
-        if (!directory)
+        if (!directory) {
             return;
+        }
         const int folder = ::dirfd(directory.get());
         Level level;
         level.pathLength = path_.size();
@@ -124,13 +135,15 @@ private:
         }
         level.directory = std::move(directory);
         levels_.push_back(std::move(level));
-        if (levels_.size() > openAncestors + 1)
+        if (levels_.size() > openAncestors + 1) {
             closeFolder(levels_[levels_.size() - openAncestors - 2]);
+        }
     }
 
     static void closeFolder(Level& level) {
-        if (!level.directory)
+        if (!level.directory) {
             return;
+        }
         const struct stat status = statusOf(level.directory);
         level.device = status.st_dev;
         level.inode = status.st_ino;
@@ -140,20 +153,23 @@ private:
     void leave() {
         const Directory left = std::move(levels_.back().directory);
         levels_.pop_back();
-        if (levels_.empty())
+        if (levels_.empty()) {
             return;
+        }
         Level& level = levels_.back();
         path_.resize(level.pathLength);
-        if (!level.directory && !reopenFolder(level, ::dirfd(left.get())))
+        if (!level.directory && !reopenFolder(level, ::dirfd(left.get()))) {
             levels_.clear();
+        }
     }
 
     /// A folder is closed only when one was opened through its child, so the child may be searched and ".."
     /// is allowed; it leads elsewhere only if somebody moved the child.
     static bool reopenFolder(Level& level, int child) {
         level.directory = openDirectory(child, "..", 0);
-        if (!level.directory)
+        if (!level.directory) {
             return false;
+        }
         const struct stat status = statusOf(level.directory);
         return status.st_dev == level.device && status.st_ino == level.inode;
     }
@@ -167,8 +183,9 @@ private:
 void walkFolder(const std::string& path, const std::function<void(const WalkEntry&)>& visit,
                 const std::function<bool()>& shouldStop) {
     // The system would end such a path at its NUL and read another folder.
-    if (path.find('\0') == std::string::npos)
+    if (path.find('\0') == std::string::npos) {
         Walk(path).run(visit, shouldStop);
+    }
 }
 
 } // namespace zentrill

@@ -56,12 +56,14 @@ std::vector<LocalModel> LocalModelScanner::scanOllamaModels() const {
     const FileSystem& files = FileSystem::shared();
     const std::string root = paths::expandingTilde(
         std::string(ollamaManifests).append(ollamaRegistryHost).append(ollamaNamespace), homeDirectory_);
-    if (!beginStore(root, "Scanning Ollama models..."))
+    if (!beginStore(root, "Scanning Ollama models...")) {
         return {};
+    }
     std::vector<LocalModel> models;
     for (const std::string& model : files.entryNames(root).value_or(std::vector<std::string>())) {
-        if (stopRequested())
+        if (stopRequested()) {
             break;
+        }
         const std::string folder = childPath(root, model);
         for (const std::string& tag : files.entryNames(folder).value_or(std::vector<std::string>())) {
             std::string manifest = childPath(folder, tag);
@@ -77,22 +79,25 @@ std::vector<LocalModel> LocalModelScanner::scanOllamaModels() const {
 
 std::vector<LocalModel> LocalModelScanner::scanHuggingFaceModels() const {
     const std::string root = paths::expandingTilde(huggingFaceHub, homeDirectory_);
-    if (!beginStore(root, "Scanning HuggingFace models..."))
+    if (!beginStore(root, "Scanning HuggingFace models...")) {
         return {};
+    }
     std::vector<LocalModel> models;
     std::vector<std::string> folders;
     for (const std::string& entry :
          FileSystem::shared().entryNames(root).value_or(std::vector<std::string>())) {
-        if (!entry.starts_with(hubModelPrefix))
+        if (!entry.starts_with(hubModelPrefix)) {
             continue;
+        }
         folders.push_back(childPath(root, entry));
         models.push_back({.name = replacingAll(replacingAll(entry, hubModelPrefix, ""), "--", "/"),
                           .source = std::string(huggingFaceSource),
                           .path = folders.back()});
     }
     const std::vector<std::int64_t> sizes = folderSizes(folders, shouldStop_);
-    for (std::size_t index = 0; index < models.size(); ++index)
+    for (std::size_t index = 0; index < models.size(); ++index) {
         models[index].sizeBytes = sizes[index];
+    }
     return models;
 }
 
@@ -100,8 +105,9 @@ std::vector<LocalModel> LocalModelScanner::scanLMStudioModels() const {
     std::vector<LocalModel> models;
     for (const std::string_view store : lmStudioRoots) {
         const std::string root = paths::expandingTilde(store, homeDirectory_);
-        if (!beginStore(root, "Scanning LM Studio models..."))
+        if (!beginStore(root, "Scanning LM Studio models...")) {
             continue;
+        }
         std::vector<LocalModel> found = scanGGUFRecursively(root, root);
         models.insert(models.end(), std::make_move_iterator(found.begin()),
                       std::make_move_iterator(found.end()));
@@ -116,8 +122,9 @@ std::vector<LocalModel> LocalModelScanner::scanGGUFRecursively(const std::string
     walkFolder(
         folder,
         [&](const WalkEntry& entry) {
-            if (entry.isDirectory || !std::string_view(entry.name).ends_with(ggufSuffix))
+            if (entry.isDirectory || !std::string_view(entry.name).ends_with(ggufSuffix)) {
                 return;
+            }
             std::string path = childPath(entry.folderPath, entry.name);
             models.push_back({.name = replacingAll(path, rootPrefix, ""),
                               .source = std::string(lmStudioSource),
@@ -133,10 +140,12 @@ std::int64_t LocalModelScanner::getFolderSize(const std::string& atPath) const {
 }
 
 bool LocalModelScanner::beginStore(const std::string& root, std::string_view message) const {
-    if (homeDirectory_.empty() || stopRequested() || !FileSystem::shared().fileExists(root))
+    if (homeDirectory_.empty() || stopRequested() || !FileSystem::shared().fileExists(root)) {
         return false;
-    if (log_)
+    }
+    if (log_) {
         log_(std::string(message));
+    }
     return true;
 }
 

@@ -19,8 +19,9 @@ DeletionOptions wholeItem() {
 
 std::string joined(const std::vector<std::string>& failures) {
     std::string text;
-    for (const std::string& failure : failures)
+    for (const std::string& failure : failures) {
         text.append(text.empty() ? "" : "; ").append(failure);
+    }
     return text;
 }
 
@@ -43,8 +44,9 @@ ModelDeletionResult ModelDeletionService::deleteOllamaModel(const std::string& n
                                                             const std::string& manifestPath) const {
     // Found through the runner's PATH: the tool has no one place.
     const CommandResult command = commands_->run("/usr/bin/env", {"ollama", "rm", name}, ollamaTimeout);
-    if (!command.succeeded())
+    if (!command.succeeded()) {
         return {.message = sentence("Ollama could not remove ", name, ": ").append(command.diagnostic())};
+    }
 
     DeletionReport report = deletion_.deleteItem(manifestPath, wholeItem());
     if (!report.succeeded()) {

@@ -22,8 +22,9 @@ enum class Shape : std::uint8_t { object, array, scalar };
 class ManifestEvents final : public nlohmann::json_sax<nlohmann::json> {
 public:
     [[nodiscard]] std::optional<ManifestSizes> sizes() && {
-        if (!configIsObject_ || !layersAreObjects_)
+        if (!configIsObject_ || !layersAreObjects_) {
             return std::nullopt;
+        }
         return std::move(sizes_);
     }
 
@@ -34,8 +35,9 @@ public:
     bool number_integer(number_integer_t number) override { return value(Shape::scalar, number); }
 
     bool number_unsigned(number_unsigned_t number) override {
-        if (!std::in_range<std::int64_t>(number))
+        if (!std::in_range<std::int64_t>(number)) {
             return value(Shape::scalar);
+        }
         return value(Shape::scalar, static_cast<std::int64_t>(number));
     }
 
@@ -57,8 +59,9 @@ public:
     bool end_array() override { return ascend(); }
 
     bool key(string_t& name) override {
-        if (depth_ == 1)
+        if (depth_ == 1) {
             section_ = sectionNamed(name);
+        }
         keyIsSize_ = name == "size";
         return true;
     }
@@ -72,8 +75,9 @@ private:
     enum class Section : std::uint8_t { other, config, layers };
 
     static Section sectionNamed(std::string_view name) {
-        if (name == "config")
+        if (name == "config") {
             return Section::config;
+        }
         return name == "layers" ? Section::layers : Section::other;
     }
 
@@ -85,14 +89,16 @@ private:
             beginSection(shape);
             break;
         case 2:
-            if (section_ == Section::config && keyIsSize_)
+            if (section_ == Section::config && keyIsSize_) {
                 sizes_.config = integer;
-            else if (section_ == Section::layers)
+            } else if (section_ == Section::layers) {
                 beginLayer(shape);
+            }
             break;
         case 3:
-            if (section_ == Section::layers && layersAreObjects_ && keyIsSize_)
+            if (section_ == Section::layers && layersAreObjects_ && keyIsSize_) {
                 sizes_.layers.back() = integer;
+            }
             break;
         default:
             break;
@@ -112,8 +118,9 @@ private:
 
     void beginLayer(Shape shape) {
         layersAreObjects_ = layersAreObjects_ && shape == Shape::object;
-        if (layersAreObjects_)
+        if (layersAreObjects_) {
             sizes_.layers.emplace_back();
+        }
     }
 
     bool descend() { return ++depth_ <= deepestNesting; }
@@ -136,11 +143,13 @@ private:
 
 std::optional<ManifestSizes> readManifestSizes(std::string_view manifest) {
     // The parser takes a NUL for the end of the text, whatever follows; JSON has none.
-    if (manifest.find('\0') != std::string_view::npos)
+    if (manifest.find('\0') != std::string_view::npos) {
         return std::nullopt;
+    }
     ManifestEvents events;
-    if (!nlohmann::json::sax_parse(manifest.begin(), manifest.end(), &events))
+    if (!nlohmann::json::sax_parse(manifest.begin(), manifest.end(), &events)) {
         return std::nullopt;
+    }
     return std::move(events).sizes();
 }
 

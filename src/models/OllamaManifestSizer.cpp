@@ -21,27 +21,33 @@ constexpr std::size_t longestManifest = std::size_t{4} << 20U;
 
 std::optional<std::string> manifestText(const std::string& path) {
     struct stat status{};
-    if (path.find('\0') != std::string::npos)
+    if (path.find('\0') != std::string::npos) {
         return std::nullopt;
+    }
     // Asked before opening as well, because opening a device can set it in motion.
-    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
+    }
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        std::cmp_greater(status.st_size, longestManifest))
+        std::cmp_greater(status.st_size, longestManifest)) {
         return std::nullopt;
+    }
     std::string text;
     // One byte more than stated, so that the end is met in the same read; a file may still grow meanwhile.
     text.resize(static_cast<std::size_t>(status.st_size) + 1);
     std::size_t length = 0;
     while (length <= longestManifest) {
-        if (length == text.size())
+        if (length == text.size()) {
             text.resize(std::min(2 * text.size(), longestManifest + 1));
+        }
         const ssize_t count = ::read(file.get(), text.data() + length, text.size() - length);
-        if (count < 0 && errno == EINTR)
+        if (count < 0 && errno == EINTR) {
             continue;
-        if (count < 0)
+        }
+        if (count < 0) {
             return std::nullopt;
+        }
         if (count == 0) {
             text.resize(length);
             return text;
@@ -52,12 +58,14 @@ std::optional<std::string> manifestText(const std::string& path) {
 }
 
 std::optional<std::int64_t> sumOf(const ManifestSizes& sizes) {
-    if (!sizes.config || *sizes.config < 0)
+    if (!sizes.config || *sizes.config < 0) {
         return std::nullopt;
+    }
     std::int64_t total = *sizes.config;
     for (const std::optional<std::int64_t>& layer : sizes.layers) {
-        if (!layer || *layer < 0 || __builtin_add_overflow(total, *layer, &total))
+        if (!layer || *layer < 0 || __builtin_add_overflow(total, *layer, &total)) {
             return std::nullopt;
+        }
     }
     return total;
 }

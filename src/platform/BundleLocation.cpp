@@ -23,8 +23,9 @@ std::string executablePath() {
 #else
     const ssize_t size = ::readlink("/proc/self/exe", path.data(), path.size());
     // A path that fills the buffer may have been cut.
-    if (size <= 0 || size == static_cast<ssize_t>(path.size()))
+    if (size <= 0 || size == static_cast<ssize_t>(path.size())) {
         return {};
+    }
     return {path.data(), static_cast<std::size_t>(size)};
 #endif
 }
@@ -36,8 +37,9 @@ std::string bundleLocation() {
 }
 
 std::string bundleLocation(const std::string& executable) {
-    if (executable.empty())
+    if (executable.empty()) {
         return {};
+    }
     const std::string standardized = paths::standardized(executable);
     return std::string(paths::parent(paths::parent(paths::parent(standardized))));
 }

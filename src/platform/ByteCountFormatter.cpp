@@ -11,8 +11,9 @@ constexpr std::int64_t bytesPerGigabyte = 1'000'000'000;
 std::string decimal(std::int64_t value, std::int64_t parts) {
     std::string text = std::to_string(value / parts);
     std::int64_t rest = value % parts;
-    if (rest == 0)
+    if (rest == 0) {
         return text;
+    }
     text += '.';
     for (std::int64_t place = parts / 10; rest != 0; place /= 10) {
         text += static_cast<char>('0' + rest / place);
@@ -31,8 +32,9 @@ std::int64_t rounded(std::int64_t byteCount, std::int64_t unit) {
 std::string formattedByteCount(std::int64_t byteCount) {
     // 999.95 MB would round to 1000.0 MB; from there on it is a gigabyte.
     const std::int64_t tenthsOfMegabytes = rounded(byteCount, bytesPerMegabyte / 10);
-    if (tenthsOfMegabytes < 10'000)
+    if (tenthsOfMegabytes < 10'000) {
         return decimal(tenthsOfMegabytes, 10) + " MB";
+    }
     return decimal(rounded(byteCount, bytesPerGigabyte / 100), 100) + " GB";
 }
 

@@ -36,8 +36,9 @@ constexpr int directoryFlags = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 template <typename Call>
 auto uninterrupted(Call call) {
     auto result = call();
-    while (result < 0 && errno == EINTR)
+    while (result < 0 && errno == EINTR) {
         result = call();
+    }
     return result;
 }
 
@@ -46,8 +47,9 @@ int errorOf(int result) {
 }
 
 EntryKind kindFromType(unsigned char type) {
-    if (type == DT_UNKNOWN)
+    if (type == DT_UNKNOWN) {
         return EntryKind::unknown;
+    }
     return type == DT_DIR ? EntryKind::directory : EntryKind::other;
 }
 
@@ -61,8 +63,9 @@ bool isDotOrDotDot(std::string_view name) {
 std::optional<bool> isMountRoot(int descriptor) {
     struct statx status{};
     if (::statx(descriptor, "", AT_EMPTY_PATH | AT_NO_AUTOMOUNT, STATX_INO, &status) != 0 ||
-        (status.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) == 0)
+        (status.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) == 0) {
         return std::nullopt;
+    }
     return (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
@@ -113,8 +116,9 @@ int DirectoryHandle::openForSearch(const char* name, DirectoryHandle& opened) co
     FileDescriptor descriptor(
         uninterrupted([&] { return ::openat(descriptor_.get(), name, searchOnly | directoryFlags); }));
     const int error = errorOf(descriptor.get());
-    if (error == 0)
+    if (error == 0) {
         opened.descriptor_ = std::move(descriptor);
+    }
     return error;
 }
 
@@ -127,15 +131,18 @@ int DirectoryHandle::openChild(const char* name, DirectoryHandle& opened) const 
             uninterrupted([&] { return ::openat(descriptor_.get(), name, O_RDONLY | directoryFlags); }));
         error = errorOf(descriptor.get());
     }
-    if (error != 0)
+    if (error != 0) {
         return error;
+    }
     opened.descriptor_ = std::move(descriptor);
     error = opened.rememberIdentity();
-    if (error != 0 || mountChecked)
+    if (error != 0 || mountChecked) {
         return error;
+    }
     struct stat own{};
-    if (::fstat(descriptor_.get(), &own) != 0)
+    if (::fstat(descriptor_.get(), &own) != 0) {
         return errno;
+    }
     const bool crossed =
         isMountRoot(opened.descriptor_.get()).value_or(own.st_dev != opened.identity_.device);
     return crossed ? EXDEV : 0;
@@ -149,8 +156,10 @@ int DirectoryHandle::openParent(DirectoryHandle& opened) const {
 
 int DirectoryHandle::lookUp(const char* name, EntryKind& kind, FileIdentity& identity) const {
     struct stat status{};
-    if (uninterrupted([&] { return ::fstatat(descriptor_.get(), name, &status, AT_SYMLINK_NOFOLLOW); }) != 0)
+    if (uninterrupted([&] { return ::fstatat(descriptor_.get(), name, &status, AT_SYMLINK_NOFOLLOW); }) !=
+        0) {
         return errno;
+    }
     kind = S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::other;
     identity = {.device = status.st_dev, .inode = status.st_ino};
     return 0;
@@ -159,8 +168,9 @@ int DirectoryHandle::lookUp(const char* name, EntryKind& kind, FileIdentity& ide
 std::optional<std::string> DirectoryHandle::linkDestination(const char* name) const {
     std::array<char, PATH_MAX> target{};
     const ssize_t length = ::readlinkat(descriptor_.get(), name, target.data(), target.size());
-    if (length < 0)
+    if (length < 0) {
         return std::nullopt;
+    }
     return std::string(target.data(), static_cast<std::size_t>(length));
 }
 
@@ -178,8 +188,9 @@ int DirectoryHandle::rewind() const {
 
 int DirectoryHandle::rememberIdentity() {
     struct stat status{};
-    if (::fstat(descriptor_.get(), &status) != 0)
+    if (::fstat(descriptor_.get(), &status) != 0) {
         return errno;
+    }
     identity_ = {.device = status.st_dev, .inode = status.st_ino};
     return 0;
 }
@@ -194,8 +205,9 @@ int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t nameByte
     while (listing.nameBytes() < nameBytesLimit) {
         const ssize_t length =
             uninterrupted([&] { return ::getdents64(descriptor_.get(), block.data(), block.size()); });
-        if (length < 0)
+        if (length < 0) {
             return errno;
+        }
         if (length == 0) {
             atEnd = true;
             return 0;
@@ -223,20 +235,24 @@ int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t nameByte
 int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t, bool& atEnd) const {
     atEnd = false;
     FileDescriptor copy(::openat(descriptor_.get(), ".", O_RDONLY | directoryFlags));
-    if (!copy)
+    if (!copy) {
         return errno;
+    }
     const std::unique_ptr<DIR, DirectoryCloser> stream(::fdopendir(copy.get()));
-    if (!stream)
+    if (!stream) {
         return errno;
+    }
     (void)copy.release();
     while (true) {
         errno = 0;
         const dirent* entry = ::readdir(stream.get());
-        if (entry == nullptr)
+        if (entry == nullptr) {
             break;
+        }
         const std::string_view name(static_cast<const char*>(entry->d_name));
-        if (!isDotOrDotDot(name))
+        if (!isDotOrDotDot(name)) {
             listing.add(name, entry->d_ino, kindFromType(entry->d_type));
+        }
     }
     atEnd = errno == 0;
     return errno;

@@ -51,19 +51,22 @@ bool FileSystem::itemExistsWithoutFollowingSymlink(const std::string& path) cons
 }
 
 std::optional<std::string> FileSystem::symbolicLinkDestination(const std::string& path) const {
-    if (hasNul(path))
+    if (hasNul(path)) {
         return std::nullopt;
+    }
     std::array<char, PATH_MAX> target{};
     const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
-    if (length < 0)
+    if (length < 0) {
         return std::nullopt;
+    }
     return std::string(target.data(), static_cast<std::size_t>(length));
 }
 
 std::optional<FileAttributes> FileSystem::attributes(const std::string& path) const {
     struct stat status{};
-    if (hasNul(path) || ::lstat(path.c_str(), &status) != 0)
+    if (hasNul(path) || ::lstat(path.c_str(), &status) != 0) {
         return std::nullopt;
+    }
     FileAttributes result{
         .isDirectory = S_ISDIR(status.st_mode),
         .isSymbolicLink = S_ISLNK(status.st_mode),
@@ -74,22 +77,26 @@ std::optional<FileAttributes> FileSystem::attributes(const std::string& path) co
     const std::string volumeItem =
         result.isSymbolicLink ? path.substr(0, path.find_last_of('/') + 1) + "." : path;
     struct statvfs volume{};
-    if (::statvfs(volumeItem.c_str(), &volume) == 0)
+    if (::statvfs(volumeItem.c_str(), &volume) == 0) {
         result.volumeIsReadOnly = (volume.f_flag & ST_RDONLY) != 0;
+    }
     return result;
 }
 
 std::optional<std::vector<std::string>> FileSystem::entryNames(const std::string& path) const {
-    if (hasNul(path))
+    if (hasNul(path)) {
         return std::nullopt;
+    }
     const std::unique_ptr<DIR, DirectoryCloser> directory(::opendir(path.c_str()));
-    if (!directory)
+    if (!directory) {
         return std::nullopt;
+    }
     std::vector<std::string> names;
     while (const dirent* entry = ::readdir(directory.get())) {
         const std::string_view name(static_cast<const char*>(entry->d_name));
-        if (name != "." && name != "..")
+        if (name != "." && name != "..") {
             names.emplace_back(name);
+        }
     }
     return names;
 }
@@ -105,11 +112,13 @@ bool FileSystem::isExecutableFile(const std::string& path) const {
 }
 
 std::optional<std::string> FileSystem::resolvingSymlinks(const std::string& path) const {
-    if (hasNul(path))
+    if (hasNul(path)) {
         return std::nullopt;
+    }
     const std::unique_ptr<char, Free> resolved(::realpath(path.c_str(), nullptr));
-    if (!resolved)
+    if (!resolved) {
         return std::nullopt;
+    }
     return std::string(resolved.get());
 }
 

@@ -20,8 +20,9 @@ public:
     template <typename Element>
     HashCombiner& add(const std::vector<Element>& list) {
         add(list.size());
-        for (const Element& element : list)
+        for (const Element& element : list) {
             add(element);
+        }
         return *this;
     }
 

@@ -6,8 +6,9 @@
 namespace zentrill {
 
 void precondition(bool holds, const char* message) noexcept {
-    if (holds)
+    if (holds) {
         return;
+    }
     (void)std::fprintf(stderr, "Zentrill: %s\n", message);
     std::abort();
 }

@@ -39,13 +39,15 @@ bool hasNul(const std::string& text) {
 Node parsedDictionary(const std::string& data) {
     plist_t root = nullptr;
     const auto length = static_cast<std::uint32_t>(data.size());
-    if (::plist_is_binary(data.data(), length) != 0)
+    if (::plist_is_binary(data.data(), length) != 0) {
         ::plist_from_bin(data.data(), length, &root);
-    else
+    } else {
         ::plist_from_xml(data.data(), length, &root);
+    }
     Node node(root);
-    if (node && ::plist_get_node_type(node.get()) != PLIST_DICT)
+    if (node && ::plist_get_node_type(node.get()) != PLIST_DICT) {
         node.reset();
+    }
     return node;
 }
 
@@ -53,12 +55,14 @@ Node parsedDictionary(const std::string& data) {
 /// be left alone.
 Node dictionaryToChange(const std::string& path) {
     const FileReading reading = readRegularFile(path, maximumFileSize, FinalLink::refuse);
-    if (!reading.content && !reading.missing)
+    if (!reading.content && !reading.missing) {
         return nullptr;
+    }
     Node dictionary;
     if (reading.content) {
-        if (!isWithinPropertyListLimits(*reading.content))
+        if (!isWithinPropertyListLimits(*reading.content)) {
             return nullptr;
+        }
         dictionary = parsedDictionary(*reading.content);
     }
     return dictionary ? std::move(dictionary) : Node(::plist_new_dict());
@@ -67,28 +71,34 @@ Node dictionaryToChange(const std::string& path) {
 } // namespace
 
 std::optional<std::string> propertyListString(const std::string& path, const std::string& key) {
-    if (hasNul(key))
+    if (hasNul(key)) {
         return std::nullopt;
+    }
     const FileReading reading = readRegularFile(path, maximumFileSize, FinalLink::follow);
-    if (!reading.content || !isWithinPropertyListLimits(*reading.content))
+    if (!reading.content || !isWithinPropertyListLimits(*reading.content)) {
         return std::nullopt;
+    }
     const Node dictionary = parsedDictionary(*reading.content);
-    if (!dictionary)
+    if (!dictionary) {
         return std::nullopt;
+    }
     std::uint64_t length = 0;
     // Null for a missing item and for one of another kind.
     const char* text = ::plist_get_string_ptr(::plist_dict_get_item(dictionary.get(), key.c_str()), &length);
-    if (text == nullptr)
+    if (text == nullptr) {
         return std::nullopt;
+    }
     return std::string(text, length);
 }
 
 bool setPropertyListString(const std::string& path, const std::string& key, const std::string& value) {
-    if (hasNul(key) || hasNul(value))
+    if (hasNul(key) || hasNul(value)) {
         return false;
+    }
     const Node dictionary = dictionaryToChange(path);
-    if (!dictionary)
+    if (!dictionary) {
         return false;
+    }
     ::plist_dict_set_item(dictionary.get(), key.c_str(), ::plist_new_string(value.c_str()));
     char* xml = nullptr;
     std::uint32_t length = 0;

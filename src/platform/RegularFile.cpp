@@ -24,19 +24,24 @@ bool hasNul(const std::string& path) {
 }
 
 bool makeFolderWithParents(const std::string& path) {
-    for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
-        if (::mkdir(path.substr(0, slash).c_str(), ownerOnlyFolder) != 0 && errno != EEXIST)
+    for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
+         slash = path.find('/', slash + 1)) {
+        if (::mkdir(path.substr(0, slash).c_str(), ownerOnlyFolder) != 0 && errno != EEXIST) {
             return false;
+        }
+    }
     return ::mkdir(path.c_str(), ownerOnlyFolder) == 0 || errno == EEXIST;
 }
 
 bool writeAll(int descriptor, std::string_view content) {
     while (!content.empty()) {
         const ssize_t written = ::write(descriptor, content.data(), content.size());
-        if (written < 0 && errno != EINTR)
+        if (written < 0 && errno != EINTR) {
             return false;
-        if (written > 0)
+        }
+        if (written > 0) {
             content.remove_prefix(static_cast<std::size_t>(written));
+        }
     }
     return true;
 }
@@ -48,69 +53,83 @@ FileDescriptor makeTemporaryFile(int folder, std::string& name) {
         name = ".zentrill-" + std::to_string(::getpid()) + "-" + std::to_string(attempt) + ".tmp";
         FileDescriptor file(::openat(folder, name.c_str(),
                                      O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, ownerOnlyFile));
-        if (file || errno != EEXIST)
+        if (file || errno != EEXIST) {
             return file;
+        }
     }
     return {};
 }
 
 bool mayBeReplaced(int folder, const std::string& name) {
     struct stat status{};
-    if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
         return errno == ENOENT;
+    }
     return S_ISREG(status.st_mode);
 }
 
 } // namespace
 
 FileReading readRegularFile(const std::string& path, std::size_t limit, FinalLink finalLink) {
-    if (hasNul(path))
+    if (hasNul(path)) {
         return {};
+    }
     // O_NONBLOCK lets the open of a pipe without a writer return; regular files do not heed it.
     const int noFollow = finalLink == FinalLink::refuse ? O_NOFOLLOW : 0;
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | noFollow));
-    if (!file)
+    if (!file) {
         return {.content = std::nullopt, .missing = errno == ENOENT};
+    }
     struct stat status{};
-    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return {};
+    }
     std::string content;
     std::array<char, 65536> buffer{};
     while (true) {
         const ssize_t count = ::read(file.get(), buffer.data(), buffer.size());
-        if (count < 0 && errno != EINTR)
+        if (count < 0 && errno != EINTR) {
             return {};
-        if (count == 0)
+        }
+        if (count == 0) {
             return {.content = std::move(content), .missing = false};
-        if (count > 0)
+        }
+        if (count > 0) {
             content.append(buffer.data(), static_cast<std::size_t>(count));
-        if (content.size() > limit)
+        }
+        if (content.size() > limit) {
             return {};
+        }
     }
 }
 
 bool replaceRegularFile(const std::string& path, std::string_view content) {
-    if (hasNul(path) || !path.starts_with('/') || path.ends_with('/'))
+    if (hasNul(path) || !path.starts_with('/') || path.ends_with('/')) {
         return false;
+    }
     const std::string folderPath(paths::parent(path));
     const std::string name(paths::lastComponent(path));
-    if (!makeFolderWithParents(folderPath))
+    if (!makeFolderWithParents(folderPath)) {
         return false;
+    }
     const FileDescriptor folder(::open(folderPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder || !mayBeReplaced(folder.get(), name))
+    if (!folder || !mayBeReplaced(folder.get(), name)) {
         return false;
+    }
     std::string temporaryName;
     FileDescriptor file = makeTemporaryFile(folder.get(), temporaryName);
-    if (!file)
+    if (!file) {
         return false;
+    }
     // Without the sync a crash shortly after the rename could leave an empty file under the final name.
     const bool replaced = writeAll(file.get(), content) && ::fsync(file.get()) == 0 &&
                           ::close(file.release()) == 0 &&
                           ::renameat(folder.get(), temporaryName.c_str(), folder.get(), name.c_str()) == 0;
-    if (!replaced)
+    if (!replaced) {
         ::unlinkat(folder.get(), temporaryName.c_str(), 0);
-    else
+    } else {
         ::fsync(folder.get());
+    }
     return replaced;
 }
 

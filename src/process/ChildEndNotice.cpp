@@ -45,10 +45,12 @@ FileDescriptor descriptorOfWaitingThread(pid_t pid) {
 } // namespace
 
 ChildEndNotice::ChildEndNotice(pid_t pid, Method method) {
-    if (method == Method::best)
+    if (method == Method::best) {
         descriptor_ = processDescriptor(pid);
-    if (!descriptor_)
+    }
+    if (!descriptor_) {
         descriptor_ = descriptorOfWaitingThread(pid);
+    }
 }
 
 bool ChildEndNotice::wait(std::chrono::milliseconds limit) const noexcept {
@@ -58,10 +60,12 @@ bool ChildEndNotice::wait(std::chrono::milliseconds limit) const noexcept {
             deadline - std::chrono::steady_clock::now(), std::chrono::steady_clock::duration::zero()));
         pollfd entry{.fd = descriptor_.get(), .events = POLLIN, .revents = 0};
         const int ready = ::poll(&entry, 1, static_cast<int>(remaining.count()));
-        if (ready > 0)
+        if (ready > 0) {
             return true;
-        if (ready == 0 || errno != EINTR)
+        }
+        if (ready == 0 || errno != EINTR) {
             return false;
+        }
     }
 }
 

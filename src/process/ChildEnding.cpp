@@ -30,8 +30,9 @@ void endGroup(ChildProcess& child, OutputPump& pump) {
 
 void endAlone(ChildProcess& child, OutputPump& pump) {
     child.signal(SIGTERM);
-    if (pump.waitForChild(Clock::now() + waitAfterSingleSignal))
+    if (pump.waitForChild(Clock::now() + waitAfterSingleSignal)) {
         return;
+    }
     child.signal(SIGKILL);
     static_cast<void>(pump.waitForChild(Clock::now() + waitAfterSingleSignal));
 }

@@ -28,31 +28,37 @@ ChildProcess::ChildProcess(ChildProcess&& other) noexcept
     : pid_(other.pid_), ownsGroup_(other.ownsGroup_), held_(std::exchange(other.held_, false)) {}
 
 ChildProcess::~ChildProcess() {
-    if (!held_)
+    if (!held_) {
         return;
+    }
     signalGroup(SIGKILL);
     signal(SIGKILL);
     reap();
 }
 
 void ChildProcess::signal(int number) noexcept {
-    if (isStillOurs())
+    if (isStillOurs()) {
         ::kill(pid_, number);
+    }
 }
 
 void ChildProcess::signalGroup(int number) noexcept {
-    if (ownsGroup_ && isStillOurs())
+    if (ownsGroup_ && isStillOurs()) {
         ::kill(-pid_, number);
+    }
 }
 
 std::int32_t ChildProcess::reap() {
-    if (!std::exchange(held_, false))
+    if (!std::exchange(held_, false)) {
         return -1;
+    }
     siginfo_t status{};
-    if (::waitid(P_PID, static_cast<id_t>(pid_), &status, WEXITED | WNOHANG) != 0)
+    if (::waitid(P_PID, static_cast<id_t>(pid_), &status, WEXITED | WNOHANG) != 0) {
         return -1;
-    if (status.si_pid == pid_)
+    }
+    if (status.si_pid == pid_) {
         return status.si_status;
+    }
     ::kill(pid_, SIGKILL);
     abandoned_children::add(pid_);
     return -1;
@@ -61,8 +67,9 @@ std::int32_t ChildProcess::reap() {
 /// A process that ignores SIGCHLD has its children reaped by the system, after which the number is free.
 bool ChildProcess::isStillOurs() noexcept {
     siginfo_t status{};
-    if (held_ && ::waitid(P_PID, static_cast<id_t>(pid_), &status, WEXITED | WNOHANG | WNOWAIT) != 0)
+    if (held_ && ::waitid(P_PID, static_cast<id_t>(pid_), &status, WEXITED | WNOHANG | WNOWAIT) != 0) {
         held_ = false;
+    }
     return held_;
 }
 

@@ -9,8 +9,9 @@ namespace {
 std::string trimmed(std::string_view text) {
     constexpr std::string_view blanks = " \t\n\v\f\r";
     const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos)
+    if (begin == std::string_view::npos) {
         return {};
+    }
     return std::string(text.substr(begin, text.find_last_not_of(blanks) + 1 - begin));
 }
 
@@ -21,14 +22,18 @@ bool CommandResult::succeeded() const noexcept {
 }
 
 std::string CommandResult::diagnostic() const {
-    if (launchError.has_value())
+    if (launchError.has_value()) {
         return *launchError;
-    if (timedOut)
+    }
+    if (timedOut) {
         return "Command timed out.";
-    if (std::string text = trimmed(stderr); !text.empty())
+    }
+    if (std::string text = trimmed(stderr); !text.empty()) {
         return text;
-    if (std::string text = trimmed(stdout); !text.empty())
+    }
+    if (std::string text = trimmed(stdout); !text.empty()) {
         return text;
+    }
     return "Command exited with status " + std::to_string(exitCode) + ".";
 }
 

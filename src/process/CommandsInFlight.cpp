@@ -10,18 +10,21 @@ namespace zentrill {
 
 CommandsInFlight::Entry::Entry(CommandsInFlight& commands) : commands_(commands) {
     const std::lock_guard lock(commands_.mutex_);
-    if (commands_.down_)
+    if (commands_.down_) {
         throw std::system_error(ECANCELED, std::generic_category());
-    if (!commands_.wake_.reading)
+    }
+    if (!commands_.wake_.reading) {
         commands_.wake_ = Pipe::open();
+    }
     descriptor_ = commands_.wake_.reading.get();
     ++commands_.count_;
 }
 
 CommandsInFlight::Entry::~Entry() {
     const std::lock_guard lock(commands_.mutex_);
-    if (--commands_.count_ == 0)
+    if (--commands_.count_ == 0) {
         commands_.idle_.notify_all();
+    }
 }
 
 CommandsInFlight& CommandsInFlight::shared() {

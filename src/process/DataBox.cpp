@@ -14,10 +14,12 @@ void DataBox::append(std::string_view bytes) {
 
 std::string DataBox::takeText() {
     std::string text = std::exchange(bytes_, {});
-    if (std::exchange(cut_, false))
+    if (std::exchange(cut_, false)) {
         text.resize(text.size() - incompleteUtf8TailLength(text));
-    if (!isValidUtf8(text))
+    }
+    if (!isValidUtf8(text)) {
         text.clear();
+    }
     return text;
 }
 

@@ -15,8 +15,9 @@ Environment currentEnvironment() {
     for (char* const* entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
         const std::string_view assignment(*entry);
         const std::size_t equals = assignment.find('=');
-        if (equals == std::string_view::npos || equals == 0)
+        if (equals == std::string_view::npos || equals == 0) {
             continue;
+        }
         result.emplace(assignment.substr(0, equals), assignment.substr(equals + 1));
     }
     return result;

@@ -66,15 +66,19 @@ bool OutputPump::pumpUntil(Clock::time_point deadline, bool stopAtChildEnd) {
         }};
         if (pollFor(entries, remaining) > 0) {
             interrupted_ = entries[0].revents != 0;
-            if (entries[2].revents != 0)
+            if (entries[2].revents != 0) {
                 output_.read(largestRead);
-            if (entries[3].revents != 0)
+            }
+            if (entries[3].revents != 0) {
                 errorOutput_.read(largestRead);
-            if (entries[1].revents != 0)
+            }
+            if (entries[1].revents != 0) {
                 return true;
+            }
         }
-        if (remaining <= Clock::duration::zero())
+        if (remaining <= Clock::duration::zero()) {
             return false;
+        }
     }
     return false;
 }
@@ -86,8 +90,9 @@ std::size_t OutputPump::Stream::read(std::size_t limit) {
         box.append({buffer.data(), static_cast<std::size_t>(count)});
         return static_cast<std::size_t>(count);
     }
-    if (count == 0 || (errno != EAGAIN && errno != EINTR))
+    if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
         pipe.reset();
+    }
     return 0;
 }
 
@@ -99,8 +104,9 @@ void OutputPump::Stream::drain() {
         auto left = static_cast<std::size_t>(available);
         while (left > 0) {
             const std::size_t count = read(std::min(left, drainStep));
-            if (count == 0)
+            if (count == 0) {
                 break;
+            }
             left -= count;
         }
     }

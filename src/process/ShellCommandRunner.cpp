@@ -51,8 +51,9 @@ CommandResult runCommand(const std::string& executable, const std::vector<std::s
     Pipe errorOutput = Pipe::open();
     SpawnedChild spawned =
         spawnChild(executable, arguments, environment, output.writing.get(), errorOutput.writing.get());
-    if (!spawned.child)
+    if (!spawned.child) {
         return launchFailure(spawned.error.message());
+    }
     output.writing.reset();
     errorOutput.writing.reset();
 
@@ -62,14 +63,16 @@ CommandResult runCommand(const std::string& executable, const std::vector<std::s
                     flight.shutdownDescriptor());
     const bool ended = pump.waitForChild(deadlineAfter(timeout));
     const bool timedOut = !ended && !pump.wasInterrupted();
-    if (timedOut && child.ownsGroup())
+    if (timedOut && child.ownsGroup()) {
         child_ending::endGroup(child, pump);
-    else if (timedOut)
+    } else if (timedOut) {
         child_ending::endAlone(child, pump);
+    }
     child.signalGroup(SIGTERM);
     pump.pause(settlingTime);
-    if (pump.wasInterrupted())
+    if (pump.wasInterrupted()) {
         child_ending::endAtOnce(child, childEnd);
+    }
     pump.drain();
 
     CommandResult result;

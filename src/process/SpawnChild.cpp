@@ -38,13 +38,16 @@ public:
     /// An error number, 0 for none.
     int connect(int output, int errorOutput) noexcept {
         int error = ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        if (error == 0)
+        if (error == 0) {
             error = ::posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
-        if (error == 0)
+        }
+        if (error == 0) {
             error = ::posix_spawn_file_actions_adddup2(&actions_, errorOutput, STDERR_FILENO);
+        }
 #ifdef ZENTRILL_SPAWN_CAN_CLOSE_FROM
-        if (error == 0)
+        if (error == 0) {
             error = ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
+        }
 #endif
         return error;
     }
@@ -104,8 +107,9 @@ bool canBePassedOn(const std::string& executable, const std::vector<std::string>
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
     pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts)
+    for (std::string& text : texts) {
         pointers.push_back(text.data());
+    }
     pointers.push_back(nullptr);
     return pointers;
 }
@@ -113,8 +117,9 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 std::vector<std::string> assignments(const Environment& environment) {
     std::vector<std::string> result;
     result.reserve(environment.size());
-    for (const auto& [name, value] : environment)
+    for (const auto& [name, value] : environment) {
         result.push_back(std::string(name).append("=").append(value));
+    }
     return result;
 }
 
@@ -126,21 +131,24 @@ SpawnedChild failure(int error) {
 
 SpawnedChild spawnChild(const std::string& executable, const std::vector<std::string>& arguments,
                         const Environment& environment, int output, int errorOutput) {
-    if (!canBePassedOn(executable, arguments, environment))
+    if (!canBePassedOn(executable, arguments, environment)) {
         return failure(EINVAL);
+    }
     std::vector<std::string> words{executable};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<std::string> variables = assignments(environment);
 
     FileActions actions;
-    if (const int error = actions.connect(output, errorOutput); error != 0)
+    if (const int error = actions.connect(output, errorOutput); error != 0) {
         return failure(error);
+    }
     const Attributes attributes;
     pid_t pid = -1;
     const int error = ::posix_spawn(&pid, executable.c_str(), actions.get(), attributes.get(),
                                     pointersTo(words).data(), pointersTo(variables).data());
-    if (error != 0)
+    if (error != 0) {
         return failure(error);
+    }
     return {.child = ChildProcess(pid), .error = {}};
 }
 

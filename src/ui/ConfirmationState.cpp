@@ -30,10 +30,11 @@ struct OperationStarter {
 
 } // namespace
 
-ConfirmationState::ConfirmationState(UninstallerViewModel& controller, CodeSource codes, QObject* parent) :
-    QObject(parent), controller_(controller), codes_(std::move(codes)) {
-    if (!codes_)
+ConfirmationState::ConfirmationState(UninstallerViewModel& controller, CodeSource codes, QObject* parent)
+    : QObject(parent), controller_(controller), codes_(std::move(codes)) {
+    if (!codes_) {
         codes_ = [] { return DestructiveConfirmationCode::generate(); };
+    }
 }
 
 QString ConfirmationState::title() const {
@@ -53,17 +54,21 @@ QString ConfirmationState::confirmationCode() const {
 }
 
 void ConfirmationState::setConfirmationInput(const QString& input) {
-    if (!pending_)
+    if (!pending_) {
         return;
-    const QString filtered = QString::fromStdString(DestructiveConfirmationCode::filteredInput(input.toStdString()));
-    if (filtered == confirmationInput_)
+    }
+    const QString filtered =
+        QString::fromStdString(DestructiveConfirmationCode::filteredInput(input.toStdString()));
+    if (filtered == confirmationInput_) {
         return;
+    }
     confirmationInput_ = filtered;
     Q_EMIT confirmationInputChanged();
 }
 
 bool ConfirmationState::matches() const {
-    return pending_ && DestructiveConfirmationCode::matches(confirmationInput_.toStdString(), confirmationCode_);
+    return pending_ &&
+           DestructiveConfirmationCode::matches(confirmationInput_.toStdString(), confirmationCode_);
 }
 
 bool ConfirmationState::canPresent() const {
@@ -71,11 +76,12 @@ bool ConfirmationState::canPresent() const {
 }
 
 void ConfirmationState::presentConfirmation(PendingConfirmation pending) {
-    if (!canPresent())
+    if (!canPresent()) {
         return;
-    do
+    }
+    do {
         confirmationCode_ = codes_();
-    while (confirmationCode_ == lastConfirmationCode_);
+    } while (confirmationCode_ == lastConfirmationCode_);
     lastConfirmationCode_ = confirmationCode_;
     confirmationInput_.clear();
     pending_ = std::move(pending);
@@ -84,8 +90,9 @@ void ConfirmationState::presentConfirmation(PendingConfirmation pending) {
 }
 
 void ConfirmationState::confirm() {
-    if (!matches())
+    if (!matches()) {
         return;
+    }
     const PendingConfirmation confirmed = *pending_;
     dismissModal();
     start(confirmed);

@@ -33,7 +33,8 @@ public:
 
     /// `controller` outlives this object. Without a source of its own, codes come from the system's secure
     /// random generator.
-    explicit ConfirmationState(UninstallerViewModel& controller, CodeSource codes = {}, QObject* parent = nullptr);
+    explicit ConfirmationState(UninstallerViewModel& controller, CodeSource codes = {},
+                               QObject* parent = nullptr);
 
     [[nodiscard]] bool isPending() const { return pending_.has_value(); }
 

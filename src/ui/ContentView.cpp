@@ -19,16 +19,15 @@ constexpr QSize minimumContentSize{900, 650};
 
 } // namespace
 
-ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller) :
-    controller_(std::move(controller)), state_(std::make_unique<ContentViewState>(*controller_)) {
+ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
+    : controller_(std::move(controller)), state_(std::make_unique<ContentViewState>(*controller_)) {
     setResizeMode(QQuickView::SizeRootObjectToView);
     setMinimumSize(minimumContentSize);
     setColor(WarmPalette().canvas);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine()->addImageProvider(QStringLiteral("icon"), new IconProvider);
-    connect(
-        this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown,
-        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    connect(this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown,
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
     setInitialProperties({{QStringLiteral("state_"), QVariant::fromValue(state_.get())}});
     setSource(QUrl(QStringLiteral("qrc:/qt/qml/Zentrill/ContentView.qml")));
 }

@@ -41,11 +41,17 @@ const Record* find(const std::vector<Record>& records, std::string Record::* id,
 
 } // namespace
 
-ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* parent) :
-    QObject(parent), controller_(controller), confirmation_(controller), result_(controller), applications_(makeApplicationListModel()),
-    models_(makeLocalModelListModel()), dockerRows_(makeDockerListModel()),
-    logs_(std::make_unique<LogListModel>(controller)), logSelection_(std::make_unique<LineSelection>(*logs_)),
-    selectedTab_(tabs.front().name) {
+ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* parent)
+    : QObject(parent),
+      controller_(controller),
+      confirmation_(controller),
+      result_(controller),
+      applications_(makeApplicationListModel()),
+      models_(makeLocalModelListModel()),
+      dockerRows_(makeDockerListModel()),
+      logs_(std::make_unique<LogListModel>(controller)),
+      logSelection_(std::make_unique<LineSelection>(*logs_)),
+      selectedTab_(tabs.front().name) {
     connectToController();
     showApplications();
     models_->setRecords(controller_.localModels());
@@ -53,8 +59,9 @@ ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* pa
 }
 
 void ContentViewState::setSelectedTab(const QString& tab) {
-    if (tab == selectedTab_)
+    if (tab == selectedTab_) {
         return;
+    }
     selectedTab_ = tab;
     Q_EMIT selectedTabChanged();
 }
@@ -64,7 +71,8 @@ int ContentViewState::selectedRow() const {
 }
 
 void ContentViewState::selectRow(int row) {
-    setSelectedTab(tabs[static_cast<std::size_t>(std::clamp(row, 0, static_cast<int>(tabs.size()) - 1))].name);
+    setSelectedTab(
+        tabs[static_cast<std::size_t>(std::clamp(row, 0, static_cast<int>(tabs.size()) - 1))].name);
 }
 
 QString ContentViewState::selectedPane() const {
@@ -88,15 +96,17 @@ bool ContentViewState::canUninstall() const {
 }
 
 void ContentViewState::setWindowShown() {
-    if (windowShown_)
+    if (windowShown_) {
         return;
+    }
     windowShown_ = true;
     Q_EMIT windowShownChanged();
 }
 
 void ContentViewState::setKeyboardUsed(bool used) {
-    if (used == keyboardUsed_)
+    if (used == keyboardUsed_) {
         return;
+    }
     keyboardUsed_ = used;
     Q_EMIT keyboardUsedChanged();
 }
@@ -117,44 +127,51 @@ QString ContentViewState::shieldCaption() const {
 }
 
 QString ContentViewState::dockerNoticeIcon() const {
-    if (!controller_.isDockerInstalled())
+    if (!controller_.isDockerInstalled()) {
         return QStringLiteral("shippingbox.and.arrow.backward");
+    }
     return controller_.dockerDaemonRunning() ? QString() : QStringLiteral("exclamationmark.triangle");
 }
 
 QString ContentViewState::dockerNoticeHeading() const {
-    if (!controller_.isDockerInstalled())
+    if (!controller_.isDockerInstalled()) {
         return QStringLiteral("Docker CLI Not Found");
+    }
     return controller_.dockerDaemonRunning() ? QString() : QStringLiteral("Docker Daemon Unavailable");
 }
 
 void ContentViewState::toggleApplication(int row) {
     const AppInfo* application = applications_->record(row);
-    if (application != nullptr && application->isDetected)
+    if (application != nullptr && application->isDetected) {
         controller_.setAppSelected(application->name, !application->isSelected);
+    }
 }
 
 void ContentViewState::requestUninstall() {
     PendingConfirmation::Apps pending{.preserveCredentials = controller_.preserveCredentials()};
     std::ranges::copy_if(controller_.apps(), std::back_inserter(pending.apps),
                          [](const AppInfo& app) { return app.isSelected && app.isDetected; });
-    if (!pending.apps.empty())
+    if (!pending.apps.empty()) {
         confirmation_.presentConfirmation({std::move(pending)});
+    }
 }
 
 void ContentViewState::requestModelDeletion(int row) {
-    if (const LocalModel* model = models_->record(row))
+    if (const LocalModel* model = models_->record(row)) {
         confirmation_.presentConfirmation({*model});
+    }
 }
 
 void ContentViewState::requestContainerRemoval(const QString& id) {
-    if (const DockerContainer* container = find(controller_.containers(), &DockerContainer::id, id))
+    if (const DockerContainer* container = find(controller_.containers(), &DockerContainer::id, id)) {
         confirmation_.presentConfirmation({*container});
+    }
 }
 
 void ContentViewState::requestImageRemoval(const QString& imageID) {
-    if (const DockerImage* image = find(controller_.dockerImages(), &DockerImage::imageID, imageID))
+    if (const DockerImage* image = find(controller_.dockerImages(), &DockerImage::imageID, imageID)) {
         confirmation_.presentConfirmation({*image});
+    }
 }
 
 void ContentViewState::requestSelfUninstall() {
@@ -162,8 +179,9 @@ void ContentViewState::requestSelfUninstall() {
 }
 
 void ContentViewState::stopContainer(const QString& id) {
-    if (const DockerContainer* container = find(controller_.containers(), &DockerContainer::id, id))
+    if (const DockerContainer* container = find(controller_.containers(), &DockerContainer::id, id)) {
         controller_.stopContainer(*container);
+    }
 }
 
 void ContentViewState::connectToController() {
@@ -175,8 +193,10 @@ void ContentViewState::connectToController() {
     connect(&controller_, &Controller::dockerImagesChanged, this, &ContentViewState::showDocker);
     connect(&controller_, &Controller::dockerImageWarningChanged, this, &ContentViewState::showDocker);
     connect(&controller_, &Controller::isDockerInstalledChanged, this, &ContentViewState::dockerStateChanged);
-    connect(&controller_, &Controller::dockerDaemonRunningChanged, this, &ContentViewState::dockerStateChanged);
-    connect(&controller_, &Controller::preserveCredentialsChanged, this, &ContentViewState::shieldCaptionChanged);
+    connect(&controller_, &Controller::dockerDaemonRunningChanged, this,
+            &ContentViewState::dockerStateChanged);
+    connect(&controller_, &Controller::preserveCredentialsChanged, this,
+            &ContentViewState::shieldCaptionChanged);
     connect(&controller_, &Controller::isBusyChanged, this, &ContentViewState::modalChanged);
     connect(&controller_, &Controller::showResultAlertChanged, this, &ContentViewState::modalChanged);
     connect(&confirmation_, &ConfirmationState::pendingChanged, this, &ContentViewState::modalChanged);
@@ -193,9 +213,9 @@ void ContentViewState::showApplications() {
 
 void ContentViewState::showDocker() {
     const QString warning = controller_.dockerImageWarning();
-    dockerRows_->setRecords(zentrill::dockerRows(
-        controller_.containers(), controller_.dockerImages(),
-        warning.isNull() ? std::nullopt : std::optional(warning.toStdString())));
+    dockerRows_->setRecords(
+        zentrill::dockerRows(controller_.containers(), controller_.dockerImages(),
+                             warning.isNull() ? std::nullopt : std::optional(warning.toStdString())));
 }
 
 } // namespace zentrill

@@ -32,7 +32,8 @@ std::vector<DockerRow> dockerRows(const std::vector<DockerContainer>& containers
     using Kind = DockerRow::Kind;
     std::vector<DockerRow> rows;
     rows.reserve(containers.size() + images.size() + 6);
-    rows.push_back(remark(Kind::heading, "containers", "Containers (" + std::to_string(containers.size()) + ")"));
+    rows.push_back(
+        remark(Kind::heading, "containers", "Containers (" + std::to_string(containers.size()) + ")"));
     for (const DockerContainer& container : containers) {
         rows.push_back({.kind = Kind::container,
                         .recordID = container.id,
@@ -41,14 +42,16 @@ std::vector<DockerRow> dockerRows(const std::vector<DockerContainer>& containers
                         .status = container.status,
                         .isActive = container.isRunning()});
     }
-    if (containers.empty())
+    if (containers.empty()) {
         rows.push_back(remark(Kind::empty, "containers", "No Docker containers detected."));
+    }
     rows.push_back(remark(Kind::heading, "images", "Images (" + std::to_string(images.size()) + ")"));
     rows.push_back(remark(Kind::notice, "sizes",
                           "Image sizes are virtual and layers may be shared. Their sum is not guaranteed "
                           "reclaimable disk space."));
-    if (warning)
+    if (warning) {
         rows.push_back(remark(Kind::warning, "images", *warning));
+    }
     for (const DockerImage& image : images) {
         rows.push_back({.kind = Kind::image,
                         .recordID = image.imageID,
@@ -58,8 +61,9 @@ std::vector<DockerRow> dockerRows(const std::vector<DockerContainer>& containers
                         .usage = usageText(image.usage),
                         .isActive = image.usage == DockerImageUsage::inUse});
     }
-    if (images.empty())
+    if (images.empty()) {
         rows.push_back(remark(Kind::empty, "images", "No Docker images detected."));
+    }
     return rows;
 }
 

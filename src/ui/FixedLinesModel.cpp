@@ -11,8 +11,9 @@ QString FixedLinesModel::entry(int row) const {
 }
 
 void FixedLinesModel::setLines(const QStringList& lines) {
-    if (lines == lines_)
+    if (lines == lines_) {
         return;
+    }
     beginResetModel();
     lines_ = lines;
     endResetModel();

@@ -15,8 +15,9 @@ IconProvider::IconProvider() : QQuickImageProvider(QQuickImageProvider::Image) {
 
 QImage IconProvider::icon(const QString& identifier, const QColor& tint, QSize size) {
     QSvgRenderer drawing(QStringLiteral(":/zentrill/icons/%1.svg").arg(identifier));
-    if (!drawing.isValid())
+    if (!drawing.isValid()) {
         return {};
+    }
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
@@ -32,8 +33,9 @@ QImage IconProvider::requestImage(const QString& id, QSize* size, const QSize& r
     const QSize pixels(requestedSize.width() > 0 ? requestedSize.width() : defaultPixels,
                        requestedSize.height() > 0 ? requestedSize.height() : defaultPixels);
     QImage image = icon(id.left(slash), tint, pixels);
-    if (size != nullptr)
+    if (size != nullptr) {
         *size = image.size();
+    }
     return image;
 }
 

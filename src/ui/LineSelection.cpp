@@ -39,14 +39,16 @@ void LineSelection::selectWord(int row, int column) {
     finder.setPosition(std::clamp(column, 0, std::max(0, static_cast<int>(line.size()) - 1)));
     const auto last = static_cast<int>(finder.toNextBoundary());
     const auto first = static_cast<int>(finder.toPreviousBoundary());
-    if (last >= 0 && first >= 0)
+    if (last >= 0 && first >= 0) {
         set({row, first}, {row, last});
+    }
 }
 
 void LineSelection::selectAll() {
     const int rows = lines_.rowCount();
-    if (rows > 0)
+    if (rows > 0) {
         set({}, within({rows - 1, endOfRow}));
+    }
 }
 
 void LineSelection::clear() {
@@ -54,14 +56,16 @@ void LineSelection::clear() {
 }
 
 int LineSelection::startIn(int row) const {
-    if (row < from().row || row > to().row)
+    if (row < from().row || row > to().row) {
         return 0;
+    }
     return row == from().row ? from().column : 0;
 }
 
 int LineSelection::endIn(int row) const {
-    if (row < from().row || row > to().row)
+    if (row < from().row || row > to().row) {
         return 0;
+    }
     return row == to().row ? to().column : endOfRow;
 }
 
@@ -71,32 +75,38 @@ QString LineSelection::text() const {
         const QString line = lines_.entry(row);
         const int first = std::min(startIn(row), static_cast<int>(line.size()));
         const int last = std::min(endIn(row), static_cast<int>(line.size()));
-        if (row > from().row)
+        if (row > from().row) {
             result += QLatin1Char('\n');
+        }
         result += QStringView(line).mid(first, last - first);
     }
     return result;
 }
 
 void LineSelection::copy() const {
-    if (!isEmpty())
+    if (!isEmpty()) {
         QGuiApplication::clipboard()->setText(text());
+    }
 }
 
 LineSelection::Place LineSelection::within(Place place) const {
     const int rows = lines_.rowCount();
-    if (rows == 0)
+    if (rows == 0) {
         return {};
-    if (place.row >= rows)
+    }
+    if (place.row >= rows) {
         return {rows - 1, static_cast<int>(lines_.entry(rows - 1).size())};
-    if (place.row < 0)
+    }
+    if (place.row < 0) {
         return {};
+    }
     return {place.row, std::clamp(place.column, 0, static_cast<int>(lines_.entry(place.row).size()))};
 }
 
 void LineSelection::set(Place anchor, Place head) {
-    if (anchor == anchor_ && head == head_)
+    if (anchor == anchor_ && head == head_) {
         return;
+    }
     anchor_ = anchor;
     head_ = head;
     ++revision_;

@@ -10,8 +10,8 @@
 
 namespace zentrill {
 
-/// A run of selected text across the rows of a list of lines, from an anchor to where the pointer is. It lives apart
-/// from the rows on screen, so that it survives scrolling them out of sight.
+/// A run of selected text across the rows of a list of lines, from an anchor to where the pointer is. It
+/// lives apart from the rows on screen, so that it survives scrolling them out of sight.
 class LineSelection : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -13,15 +13,18 @@ namespace {
 constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
 /// For each row of `after`, the row of `before` that holds the same key, or `none`.
-std::vector<std::size_t> matches(const std::vector<std::string>& before, const std::vector<std::string>& after) {
+std::vector<std::size_t> matches(const std::vector<std::string>& before,
+                                 const std::vector<std::string>& after) {
     std::unordered_map<std::string_view, std::deque<std::size_t>> rows;
-    for (std::size_t row = 0; row < before.size(); ++row)
+    for (std::size_t row = 0; row < before.size(); ++row) {
         rows[before[row]].push_back(row);
+    }
     std::vector<std::size_t> result(after.size(), none);
     for (std::size_t row = 0; row < after.size(); ++row) {
         const auto found = rows.find(after[row]);
-        if (found == rows.end() || found->second.empty())
+        if (found == rows.end() || found->second.empty()) {
             continue;
+        }
         result[row] = found->second.front();
         found->second.pop_front();
     }
@@ -30,25 +33,31 @@ std::vector<std::size_t> matches(const std::vector<std::string>& before, const s
 
 /// Leaves only a longest ascending run of the matches; the others become `none`.
 void keepLongestAscending(std::vector<std::size_t>& match) {
-    std::vector<std::size_t> tails;                      // row of `match` that ends the best run of each length
+    std::vector<std::size_t> tails; // row of `match` that ends the best run of each length
     std::vector<std::size_t> previous(match.size(), none);
     for (std::size_t row = 0; row < match.size(); ++row) {
-        if (match[row] == none)
+        if (match[row] == none) {
             continue;
-        const auto place = std::ranges::lower_bound(tails, match[row], {}, [&](std::size_t tail) { return match[tail]; });
-        if (place != tails.begin())
+        }
+        const auto place =
+            std::ranges::lower_bound(tails, match[row], {}, [&](std::size_t tail) { return match[tail]; });
+        if (place != tails.begin()) {
             previous[row] = *std::prev(place);
-        if (place == tails.end())
+        }
+        if (place == tails.end()) {
             tails.push_back(row);
-        else
+        } else {
             *place = row;
+        }
     }
     std::vector<bool> kept(match.size(), false);
-    for (std::size_t row = tails.empty() ? none : tails.back(); row != none; row = previous[row])
+    for (std::size_t row = tails.empty() ? none : tails.back(); row != none; row = previous[row]) {
         kept[row] = true;
+    }
     for (std::size_t row = 0; row < match.size(); ++row) {
-        if (!kept[row])
+        if (!kept[row]) {
             match[row] = none;
+        }
     }
 }
 
@@ -56,10 +65,12 @@ void keepLongestAscending(std::vector<std::size_t>& match) {
 std::vector<ListRange> runs(const std::vector<bool>& marked) {
     std::vector<ListRange> result;
     for (std::size_t row = 0; row < marked.size(); ++row) {
-        if (!marked[row])
+        if (!marked[row]) {
             continue;
-        if (result.empty() || result.back().first + result.back().count != row)
+        }
+        if (result.empty() || result.back().first + result.back().count != row) {
             result.push_back({row, 0});
+        }
         ++result.back().count;
     }
     return result;
@@ -68,15 +79,17 @@ std::vector<ListRange> runs(const std::vector<bool>& marked) {
 } // namespace
 
 ListDifference listDifference(const std::vector<std::string>& before, const std::vector<std::string>& after) {
-    if (before == after)
+    if (before == after) {
         return {};
+    }
     std::vector<std::size_t> match = matches(before, after);
     keepLongestAscending(match);
     std::vector<bool> removed(before.size(), true);
     std::vector<bool> inserted(after.size(), true);
     for (std::size_t row = 0; row < after.size(); ++row) {
-        if (match[row] == none)
+        if (match[row] == none) {
             continue;
+        }
         removed[match[row]] = false;
         inserted[row] = false;
     }

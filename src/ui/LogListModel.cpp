@@ -4,8 +4,8 @@
 
 namespace zentrill {
 
-LogListModel::LogListModel(const UninstallerViewModel& controller, QObject* parent) :
-    TextLinesModel(parent), controller_(controller), count_(static_cast<int>(controller.logs().size())) {
+LogListModel::LogListModel(const UninstallerViewModel& controller, QObject* parent)
+    : TextLinesModel(parent), controller_(controller), count_(static_cast<int>(controller.logs().size())) {
     connect(&controller, &UninstallerViewModel::logsAppended, this,
             [this](qsizetype /*first*/, qsizetype count) { append(count); });
     connect(&controller, &UninstallerViewModel::logsCleared, this, &LogListModel::clear);
@@ -17,8 +17,9 @@ int LogListModel::rowCount(const QModelIndex& parent) const {
 
 QString LogListModel::entry(int row) const {
     // While a clearing is being announced the rows are still here, the lines no longer.
-    if (row < 0 || row >= count_ || static_cast<std::size_t>(row) >= controller_.logs().size())
+    if (row < 0 || row >= count_ || static_cast<std::size_t>(row) >= controller_.logs().size()) {
         return {};
+    }
     return displayMessage(controller_.logs()[static_cast<std::size_t>(row)]);
 }
 

@@ -24,9 +24,11 @@ ManualCodeTextView::ManualCodeTextView(QQuickItem* parent) : QQuickItem(parent) 
 }
 
 void ManualCodeTextView::setText(const QString& text) {
-    const QString filtered = QString::fromStdString(DestructiveConfirmationCode::filteredInput(text.toStdString()));
-    if (filtered == text_)
+    const QString filtered =
+        QString::fromStdString(DestructiveConfirmationCode::filteredInput(text.toStdString()));
+    if (filtered == text_) {
         return;
+    }
     text_ = filtered;
     cursor_ = anchor_ = static_cast<int>(text_.size());
     Q_EMIT textChanged();
@@ -35,8 +37,9 @@ void ManualCodeTextView::setText(const QString& text) {
 
 void ManualCodeTextView::moveCursor(int position, bool extend) {
     cursor_ = std::clamp(position, 0, static_cast<int>(text_.size()));
-    if (!extend)
+    if (!extend) {
         anchor_ = cursor_;
+    }
     Q_EMIT selectionChanged();
 }
 
@@ -47,11 +50,11 @@ void ManualCodeTextView::selectAll() {
 
 void ManualCodeTextView::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isTypedDigit(*event))
+    if (isTypedDigit(*event)) {
         replace(selectionStart(), selectionEnd(), event->text());
-    else if (isReturn)
+    } else if (isReturn) {
         Q_EMIT accepted();
-    else if (!handleEditing(*event) && !handleMovement(*event)) {
+    } else if (!handleEditing(*event) && !handleMovement(*event)) {
         event->ignore();
         return;
     }
@@ -74,16 +77,17 @@ void ManualCodeTextView::replace(int first, int last, const QString& text) {
 bool ManualCodeTextView::handleEditing(const QKeyEvent& event) {
     const bool selected = selectionStart() != selectionEnd();
     const auto length = static_cast<int>(text_.size());
-    if (event.matches(QKeySequence::DeleteStartOfWord))
+    if (event.matches(QKeySequence::DeleteStartOfWord)) {
         replace(selected ? selectionStart() : 0, selectionEnd(), {});
-    else if (event.matches(QKeySequence::DeleteEndOfWord))
+    } else if (event.matches(QKeySequence::DeleteEndOfWord)) {
         replace(selectionStart(), selected ? selectionEnd() : length, {});
-    else if (event.key() == Qt::Key_Backspace)
+    } else if (event.key() == Qt::Key_Backspace) {
         replace(selected ? selectionStart() : std::max(0, cursor_ - 1), selectionEnd(), {});
-    else if (event.matches(QKeySequence::Delete))
+    } else if (event.matches(QKeySequence::Delete)) {
         replace(selectionStart(), selected ? selectionEnd() : std::min(length, cursor_ + 1), {});
-    else
+    } else {
         return false;
+    }
     return true;
 }
 
@@ -92,18 +96,19 @@ bool ManualCodeTextView::handleMovement(const QKeyEvent& event) {
     const bool selected = selectionStart() != selectionEnd();
     const bool byWord = event.modifiers().testFlag(Qt::ControlModifier);
     const auto length = static_cast<int>(text_.size());
-    if (event.matches(QKeySequence::SelectAll))
+    if (event.matches(QKeySequence::SelectAll)) {
         selectAll();
-    else if (event.key() == Qt::Key_Home || (event.key() == Qt::Key_Left && byWord))
+    } else if (event.key() == Qt::Key_Home || (event.key() == Qt::Key_Left && byWord)) {
         moveCursor(0, extend);
-    else if (event.key() == Qt::Key_End || (event.key() == Qt::Key_Right && byWord))
+    } else if (event.key() == Qt::Key_End || (event.key() == Qt::Key_Right && byWord)) {
         moveCursor(length, extend);
-    else if (event.key() == Qt::Key_Left)
+    } else if (event.key() == Qt::Key_Left) {
         moveCursor(selected && !extend ? selectionStart() : cursor_ - 1, extend);
-    else if (event.key() == Qt::Key_Right)
+    } else if (event.key() == Qt::Key_Right) {
         moveCursor(selected && !extend ? selectionEnd() : cursor_ + 1, extend);
-    else
+    } else {
         return false;
+    }
     return true;
 }
 

@@ -18,8 +18,9 @@ Overloaded(Cases...) -> Overloaded<Cases...>;
 std::string applicationsMessage(const PendingConfirmation::Apps& pending) {
     std::vector<std::string> names;
     names.reserve(pending.apps.size());
-    for (const AppInfo& app : pending.apps)
+    for (const AppInfo& app : pending.apps) {
         names.push_back(app.displayName);
+    }
     return ConfirmationCopy::applications(names, pending.preserveCredentials);
 }
 
@@ -35,18 +36,17 @@ std::string imageMessage(const DockerImage& image) {
 } // namespace
 
 std::string PendingConfirmation::title() const {
-    return std::visit(
-        Overloaded{
-            [](const Apps& pending) {
-                return "Uninstall " + std::to_string(pending.apps.size()) + " Application" +
-                       (pending.apps.size() == 1 ? "?" : "s?");
-            },
-            [](const LocalModel& model) { return "Delete " + model.name + "?"; },
-            [](const DockerContainer&) { return std::string("Delete Container?"); },
-            [](const DockerImage&) { return std::string("Remove Docker Image?"); },
-            [](const SelfUninstall&) { return std::string("Self-Uninstall Zentrill?"); },
-        },
-        action);
+    return std::visit(Overloaded{
+                          [](const Apps& pending) {
+                              return "Uninstall " + std::to_string(pending.apps.size()) + " Application" +
+                                     (pending.apps.size() == 1 ? "?" : "s?");
+                          },
+                          [](const LocalModel& model) { return "Delete " + model.name + "?"; },
+                          [](const DockerContainer&) { return std::string("Delete Container?"); },
+                          [](const DockerImage&) { return std::string("Remove Docker Image?"); },
+                          [](const SelfUninstall&) { return std::string("Self-Uninstall Zentrill?"); },
+                      },
+                      action);
 }
 
 std::string PendingConfirmation::message() const {
@@ -73,15 +73,14 @@ std::string PendingConfirmation::message() const {
 }
 
 std::string PendingConfirmation::actionTitle() const {
-    return std::visit(
-        Overloaded{
-            [](const Apps&) { return std::string("Uninstall"); },
-            [](const LocalModel&) { return std::string("Delete Permanently"); },
-            [](const DockerContainer&) { return std::string("Delete"); },
-            [](const DockerImage&) { return std::string("Remove Image"); },
-            [](const SelfUninstall&) { return std::string("Uninstall Zentrill"); },
-        },
-        action);
+    return std::visit(Overloaded{
+                          [](const Apps&) { return std::string("Uninstall"); },
+                          [](const LocalModel&) { return std::string("Delete Permanently"); },
+                          [](const DockerContainer&) { return std::string("Delete"); },
+                          [](const DockerImage&) { return std::string("Remove Image"); },
+                          [](const SelfUninstall&) { return std::string("Uninstall Zentrill"); },
+                      },
+                      action);
 }
 
 } // namespace zentrill

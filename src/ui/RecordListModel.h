@@ -30,8 +30,8 @@ public:
     /// What stays the same when the rest of a record changes.
     using Key = std::function<std::string(const Record&)>;
 
-    RecordListModel(Key key, std::vector<Role> roles, QObject* parent = nullptr) :
-        QAbstractListModel(parent), key_(std::move(key)), roles_(std::move(roles)) {}
+    RecordListModel(Key key, std::vector<Role> roles, QObject* parent = nullptr)
+        : QAbstractListModel(parent), key_(std::move(key)), roles_(std::move(roles)) {}
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override {
         return parent.isValid() ? 0 : static_cast<int>(records_.size());
@@ -39,16 +39,19 @@ public:
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
         const std::size_t roleIndex = static_cast<std::size_t>(role - firstRole);
-        if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role < firstRole || roleIndex >= roles_.size())
+        if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role < firstRole ||
+            roleIndex >= roles_.size()) {
             return {};
+        }
         return roles_[roleIndex].value(records_[static_cast<std::size_t>(index.row())]);
     }
 
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override {
         QHash<int, QByteArray> names;
         int role = firstRole;
-        for (const Role& entry : roles_)
+        for (const Role& entry : roles_) {
             names.insert(role++, entry.name);
+        }
         return names;
     }
 
@@ -83,8 +86,9 @@ private:
     [[nodiscard]] std::vector<std::string> keys(const std::vector<Record>& records) const {
         std::vector<std::string> result;
         result.reserve(records.size());
-        for (const Record& record : records)
+        for (const Record& record : records) {
             result.push_back(key_(record));
+        }
         return result;
     }
 
@@ -97,10 +101,11 @@ private:
                 records_[row] = records[row];
                 ++row;
             }
-            if (row > first)
+            if (row > first) {
                 Q_EMIT dataChanged(index(static_cast<int>(first)), index(static_cast<int>(row) - 1));
-            else
+            } else {
                 ++row;
+            }
         }
     }
 

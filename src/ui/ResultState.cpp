@@ -10,8 +10,8 @@ constexpr QLatin1String separator("\nErrors:\n");
 
 } // namespace
 
-ResultState::ResultState(const UninstallerViewModel& controller, QObject* parent) :
-    QObject(parent), controller_(controller) {
+ResultState::ResultState(const UninstallerViewModel& controller, QObject* parent)
+    : QObject(parent), controller_(controller) {
     using Controller = UninstallerViewModel;
     connect(&controller, &Controller::resultAlertMessageChanged, this, &ResultState::readMessage);
     connect(&controller, &Controller::resultAlertOutcomeChanged, this, &ResultState::outcomeChanged);
@@ -27,8 +27,9 @@ QString ResultState::messageText(const QString& message) {
 
 QStringList ResultState::parsedErrorLines(const QString& message) {
     const qsizetype cut = message.indexOf(separator);
-    if (cut < 0)
+    if (cut < 0) {
         return {};
+    }
     return message.mid(cut + separator.size()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 

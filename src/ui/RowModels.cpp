@@ -27,21 +27,24 @@ QString kindName(DockerRow::Kind kind) {
 } // namespace
 
 QString applicationStatusText(const AppInfo& application) {
-    if (application.hasResidualData)
+    if (application.hasResidualData) {
         return QStringLiteral("Data remains");
+    }
     return application.isDetected ? QStringLiteral("Installed") : QStringLiteral("Not found");
 }
 
 QString applicationMarkIcon(const AppInfo& application) {
-    if (application.isSelected)
+    if (application.isSelected) {
         return QStringLiteral("checkmark.square.fill");
+    }
     return application.isDetected ? QStringLiteral("square") : QStringLiteral("minus.square");
 }
 
 QString applicationOrigin(const AppInfo& application) {
     const QString category = displayName(rawValue(application.category));
-    if (!application.installedVia)
+    if (!application.installedVia) {
         return category;
+    }
     return category + QStringLiteral("  ·  via ") + displayName(*application.installedVia);
 }
 
@@ -73,16 +76,15 @@ std::unique_ptr<LocalModelListModel> makeLocalModelListModel() {
 
 std::unique_ptr<DockerListModel> makeDockerListModel() {
     return std::make_unique<DockerListModel>(
-        &DockerRow::id,
-        std::vector<DockerListModel::Role>{
-            {"kind", [](const DockerRow& row) { return kindName(row.kind); }},
-            {"recordId", [](const DockerRow& row) { return displayName(row.recordID); }},
-            {"name", [](const DockerRow& row) { return displayName(row.text); }},
-            {"detail", [](const DockerRow& row) { return displayName(row.detail); }},
-            {"status", [](const DockerRow& row) { return displayName(row.status); }},
-            {"usageText", [](const DockerRow& row) { return displayName(row.usage); }},
-            {"active_", [](const DockerRow& row) { return row.isActive; }},
-        });
+        &DockerRow::id, std::vector<DockerListModel::Role>{
+                            {"kind", [](const DockerRow& row) { return kindName(row.kind); }},
+                            {"recordId", [](const DockerRow& row) { return displayName(row.recordID); }},
+                            {"name", [](const DockerRow& row) { return displayName(row.text); }},
+                            {"detail", [](const DockerRow& row) { return displayName(row.detail); }},
+                            {"status", [](const DockerRow& row) { return displayName(row.status); }},
+                            {"usageText", [](const DockerRow& row) { return displayName(row.usage); }},
+                            {"active_", [](const DockerRow& row) { return row.isActive; }},
+                        });
 }
 
 } // namespace zentrill

@@ -18,8 +18,9 @@ public:
     [[nodiscard]] virtual QString entry(int row) const = 0;
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
-        if (role != entryRole || !checkIndex(index, CheckIndexOption::IndexIsValid))
+        if (role != entryRole || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
             return {};
+        }
         return entry(index.row());
     }
 

@@ -5,12 +5,14 @@
 
 namespace zentrill {
 
-Typography::Typography(QObject* parent) :
-    QObject(parent), family_(QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()),
-    monospacedFamily_(QFontDatabase::systemFont(QFontDatabase::FixedFont).family()) {
+Typography::Typography(QObject* parent)
+    : QObject(parent),
+      family_(QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()),
+      monospacedFamily_(QFontDatabase::systemFont(QFontDatabase::FixedFont).family()) {
     const QString inter = QStringLiteral("Inter");
-    if (QFontDatabase::hasFamily(inter))
+    if (QFontDatabase::hasFamily(inter)) {
         family_ = inter;
+    }
 }
 
 QFont Typography::overline() const {

@@ -14,8 +14,9 @@ TEST(AppCategory, GoesThroughItsRawValueAndBack) {
 
 TEST(AppCategory, NoOtherTextIsACategory) {
     for (const char* text : {"desktop application", "DESKTOP APPLICATION", "Desktop Application ", "Desktop",
-                             "desktop", "Terminal", "Terminal/CLI Tool", ""})
+                             "desktop", "Terminal", "Terminal/CLI Tool", ""}) {
         EXPECT_EQ(appCategory(text), std::nullopt) << text;
+    }
 }
 
 } // namespace

@@ -21,8 +21,9 @@ using Registry = ApplicationDetectionRegistry;
 
 TEST(ApplicationDetectionRegistry, HoldsFifteenRulesInTheCatalogsOrder) {
     std::vector<std::string> names;
-    for (const ApplicationDetectionRule& rule : Registry::rules())
+    for (const ApplicationDetectionRule& rule : Registry::rules()) {
         names.push_back(rule.name);
+    }
     EXPECT_THAT(names,
                 ElementsAre("Ollama", "Claude", "Claude Code", "ChatGPT", "LLM CLI", "vLLM",
                             "OpenCode / VSCodium", "OpenCode CLI", "OpenAI CLI / Python", "OpenRouter CLI",
@@ -43,10 +44,11 @@ TEST(ApplicationDetectionRegistry, EveryListHasItsLength) {
         {7, 2, 10, 5, 4}, {5, 1, 6, 2, 0}, {3, 2, 5, 2, 4}, {1, 2, 3, 0, 0}, {1, 2, 4, 1, 0},
     };
     std::vector<Lengths> lengths;
-    for (const ApplicationDetectionRule& rule : Registry::rules())
+    for (const ApplicationDetectionRule& rule : Registry::rules()) {
         lengths.push_back({rule.installedPaths.size(), rule.residualDataPaths.size(),
                            rule.uninstallPaths.size(), rule.credentialPaths.size(),
                            rule.processNames.size()});
+    }
     EXPECT_EQ(lengths, expected);
 }
 
@@ -66,8 +68,9 @@ TEST(ApplicationDetectionRegistry, EveryPathIsAbsoluteOrInTheHomeFolder) {
 TEST(ApplicationDetectionRegistry, WildcardsStandOnlyInTheLastPartOfUninstallPaths) {
     std::vector<std::string> patterns;
     for (const ApplicationDetectionRule& rule : Registry::rules()) {
-        for (const auto* list : {&rule.installedPaths, &rule.residualDataPaths, &rule.credentialPaths})
+        for (const auto* list : {&rule.installedPaths, &rule.residualDataPaths, &rule.credentialPaths}) {
             EXPECT_THAT(*list, Each(Not(testing::ContainsRegex("[*?{]")))) << rule.name;
+        }
         std::ranges::copy_if(rule.uninstallPaths, std::back_inserter(patterns), [](const std::string& path) {
             return path.find_first_of("*?[{") != std::string::npos;
         });
@@ -78,8 +81,9 @@ TEST(ApplicationDetectionRegistry, WildcardsStandOnlyInTheLastPartOfUninstallPat
 
 TEST(ApplicationDetectionRegistry, AnUninstallationRemovesEveryInstalledPath) {
     for (const ApplicationDetectionRule& rule : Registry::rules()) {
-        for (const std::string& path : rule.installedPaths)
+        for (const std::string& path : rule.installedPaths) {
             EXPECT_THAT(rule.uninstallPaths, Contains(path)) << rule.name;
+        }
     }
 }
 
@@ -108,16 +112,18 @@ TEST(ApplicationDetectionRegistry, ChatGptAndTheCodexToolingShareTheirFolderAndH
     const ApplicationDetectionRule& codex = Registry::rule("Codex Tooling");
     EXPECT_THAT(chat.uninstallPaths, Contains("~/.codex"));
     EXPECT_THAT(codex.uninstallPaths, Contains("~/.codex"));
-    for (const std::string& name : codex.processNames)
+    for (const std::string& name : codex.processNames) {
         EXPECT_THAT(chat.processNames, Contains(name));
+    }
     EXPECT_THAT(chat.uninstallPaths, Not(Contains("~/Library/Application Support/com.openai.chat")));
 }
 
 TEST(ApplicationDetectionRegistry, OnlyThreeRulesSayHowTheyAreInstalled) {
     std::vector<std::string> notes;
     for (const ApplicationDetectionRule& rule : Registry::rules()) {
-        if (rule.installedVia)
+        if (rule.installedVia) {
             notes.push_back(rule.name + ": " + *rule.installedVia);
+        }
     }
     EXPECT_THAT(notes, ElementsAre("Claude Code: npm global / manual install",
                                    "Hermes: venv inside ~/.hermes + /Applications/Hermes.app",

@@ -16,8 +16,9 @@ using testing::ElementsAre;
 
 TEST(ApplicationList, StandsInPresentationOrder) {
     std::vector<std::string> names;
-    for (const AppInfo& app : applicationList())
+    for (const AppInfo& app : applicationList()) {
         names.push_back(app.name);
+    }
     EXPECT_THAT(names, ElementsAre("Ollama", "VendorApp", "Claude", "Claude Code", "ChatGPT", "LLM CLI",
                                    "vLLM", "OpenCode / VSCodium", "OpenCode CLI", "OpenAI CLI / Python",
                                    "OpenRouter CLI", "Hermes", "Gemini", "Codex Tooling", "LM Studio"));
@@ -25,8 +26,9 @@ TEST(ApplicationList, StandsInPresentationOrder) {
 
 TEST(ApplicationList, HasEveryRuleOnce) {
     std::set<std::string> ids;
-    for (const AppInfo& app : applicationList())
+    for (const AppInfo& app : applicationList()) {
         EXPECT_TRUE(ids.insert(app.id()).second) << app.id();
+    }
     EXPECT_EQ(ids.size(), ApplicationDetectionRegistry::rules().size());
 }
 
@@ -54,8 +56,9 @@ TEST(ApplicationList, IsNeitherFoundNorSelectedYet) {
 TEST(ApplicationList, OnlyTheTwoClaudesHaveALabelOfTheirOwn) {
     std::vector<std::string> labels;
     for (const AppInfo& app : applicationList()) {
-        if (app.displayName != app.name)
+        if (app.displayName != app.name) {
             labels.push_back(app.displayName);
+        }
     }
     EXPECT_THAT(labels, ElementsAre("Claude (desktop)", "Claude Code (CLI)"));
 }

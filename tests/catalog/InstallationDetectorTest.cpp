@@ -38,9 +38,10 @@ protected:
 };
 
 TEST_F(InstallationDetectorTest, AToolWithoutATraceIsAbsent) {
-    for (const ApplicationDetectionRule& rule : ApplicationDetectionRegistry::rules())
+    for (const ApplicationDetectionRule& rule : ApplicationDetectionRegistry::rules()) {
         EXPECT_EQ(InstallationDetector().presence(rule, expander()), InstallationPresence::absent)
             << rule.name;
+    }
 }
 
 TEST_F(InstallationDetectorTest, AnEmptyRuleIsAbsent) {

@@ -164,8 +164,9 @@ TEST_F(ApplicationUninstallFlowTest, removesTheNpmPackageOfClaudeCodeFirst) {
     startScanned();
     bool dataStillThere = false;
     answer_ = [&](const FakeCommandRunner::Call& call) {
-        if (call.executable == "/usr/bin/env")
+        if (call.executable == "/usr/bin/env") {
             dataStillThere = exists(".claude/history");
+        }
         return test::ok();
     };
     controller_->uninstallAppsFromConfirmation(targets({"Claude Code"}), false);
@@ -202,8 +203,9 @@ TEST_F(ApplicationUninstallFlowTest, runsNpmForNoOtherTool) {
     startScanned();
     controller_->uninstallAppsFromConfirmation(targets({"Claude"}), false);
     ASSERT_TRUE(waitUntilIdle());
-    for (const FakeCommandRunner::Call& call : commands_->calls())
+    for (const FakeCommandRunner::Call& call : commands_->calls()) {
         EXPECT_NE(call.executable, "/usr/bin/env");
+    }
 }
 
 TEST_F(ApplicationUninstallFlowTest, reportsAToolThatIsRunningAndTouchesNothingOfIt) {
@@ -231,8 +233,9 @@ TEST_F(ApplicationUninstallFlowTest, stopsBetweenTwoStepsWhenCancelled) {
     startScanned();
     test::Gate gate;
     answer_ = [&gate](const FakeCommandRunner::Call& call) {
-        if (call.executable == "/usr/bin/env")
+        if (call.executable == "/usr/bin/env") {
             gate.pass();
+        }
         return test::ok();
     };
     controller_->uninstallAppsFromConfirmation(targets({"Claude Code", "VendorApp"}), false);
@@ -280,8 +283,9 @@ TEST_F(ApplicationUninstallFlowTest, givesTheNextOperationAFreshToken) {
     test::Gate gate;
     bool first = true;
     answer_ = [&](const FakeCommandRunner::Call& call) {
-        if (call.executable == "/usr/bin/env" && std::exchange(first, false))
+        if (call.executable == "/usr/bin/env" && std::exchange(first, false)) {
             gate.pass();
+        }
         return test::ok();
     };
     controller_->uninstallAppsFromConfirmation(targets({"Claude Code"}), false);
@@ -298,8 +302,9 @@ TEST_F(ApplicationUninstallFlowTest, givesTheNextOperationAFreshToken) {
 
 TEST_F(ApplicationUninstallFlowTest, logsEveryPathOfAManyFileToolWhileTheEventLoopLives) {
     constexpr int fileCount = 50'000;
-    for (int file = 0; file < fileCount; ++file)
+    for (int file = 0; file < fileCount; ++file) {
         home_.makeFile(std::string(caches) + "/" + std::to_string(file));
+    }
     startScanned();
     std::size_t longestAppend = 0;
     QObject::connect(controller_.get(), &UninstallerViewModel::logsAppended,

@@ -19,8 +19,9 @@ TEST(CancellableOperationTest, startsUncancelledAndStaysCancelled) {
 TEST(CancellableOperationTest, isSeenByAThreadThatPolls) {
     CancellableOperation operation;
     std::thread worker([&operation] {
-        while (!operation.isCancelled())
+        while (!operation.isCancelled()) {
             std::this_thread::yield();
+        }
     });
     operation.cancel();
     worker.join();

@@ -93,8 +93,9 @@ TEST_F(ClosingTest, deletesNothingOnceTheProcessListingWasCutShort) {
     const std::string data = home_.makeFile("Library/Application Support/Claude/file");
     test::Gate gate;
     answer_ = [&gate](const FakeCommandRunner::Call& call) {
-        if (call.executable == "/bin/ps")
+        if (call.executable == "/bin/ps") {
             gate.pass();
+        }
         return test::failed(9);
     };
     endCommands_ = [&gate] { gate.open(); };
@@ -109,8 +110,9 @@ TEST_F(ClosingTest, deletesNothingOnceTheStepBeforeWasCutShort) {
     const std::string data = home_.makeFile(".claude/history");
     test::Gate gate;
     answer_ = [&gate](const FakeCommandRunner::Call& call) {
-        if (call.executable == "/usr/bin/env")
+        if (call.executable == "/usr/bin/env") {
             gate.pass();
+        }
         return test::failed(9);
     };
     endCommands_ = [&gate] { gate.open(); };

@@ -102,16 +102,19 @@ protected:
     /// The log without the time stamps and the markers.
     [[nodiscard]] std::vector<std::string> messages() const {
         std::vector<std::string> messages;
-        for (const std::string& entry : controller_->logs())
-            if (std::string message = entry.substr(stampLength); !message.starts_with("settled "))
+        for (const std::string& entry : controller_->logs()) {
+            if (std::string message = entry.substr(stampLength); !message.starts_with("settled ")) {
                 messages.push_back(std::move(message));
+            }
+        }
         return messages;
     }
 
     [[nodiscard]] const AppInfo& app(const std::string& name) const {
         const auto found = std::ranges::find(controller_->apps(), name, &AppInfo::name);
-        if (found == controller_->apps().end())
+        if (found == controller_->apps().end()) {
             throw std::out_of_range(name);
+        }
         return *found;
     }
 

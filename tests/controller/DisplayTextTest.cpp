@@ -1,8 +1,9 @@
 #include "controller/DisplayText.h"
 
-#include "UiFixture.h"
-
+#include <QString>
 #include <gtest/gtest.h>
+
+#include <string_view>
 
 namespace zentrill {
 namespace {

@@ -38,8 +38,9 @@ TEST_F(MainQueueTest, keepsTasksAndLinesOfOneThreadInTheirOrder) {
     std::thread worker([this] {
         for (int round = 0; round < 2000; ++round) {
             queue_->postLine("line " + std::to_string(round));
-            if (round % 3 == 0)
+            if (round % 3 == 0) {
                 queue_->post([this, round] { seen_.push_back("task " + std::to_string(round)); });
+            }
         }
     });
     ASSERT_TRUE(waitUntil([this] { return seen_.size() == 2667; }));
@@ -59,14 +60,17 @@ TEST_F(MainQueueTest, losesNothingOfSeveralThreads) {
     constexpr int linesEach = 5000;
     std::vector<std::thread> workers;
     workers.reserve(threadCount);
-    for (int number = 0; number < threadCount; ++number)
+    for (int number = 0; number < threadCount; ++number) {
         workers.emplace_back([this] {
-            for (int line = 0; line < linesEach; ++line)
+            for (int line = 0; line < linesEach; ++line) {
                 queue_->postLine("x");
+            }
         });
+    }
     EXPECT_TRUE(waitUntil([this] { return seen_.size() == std::size_t{threadCount} * linesEach; }));
-    for (std::thread& worker : workers)
+    for (std::thread& worker : workers) {
         worker.join();
+    }
 }
 
 TEST_F(MainQueueTest, wakesAnEventLoopThatSleeps) {
@@ -80,11 +84,13 @@ TEST_F(MainQueueTest, wakesAnEventLoopThatSleeps) {
 }
 
 TEST_F(MainQueueTest, handsConsecutiveLinesOverTogether) {
-    for (int line = 0; line < 3; ++line)
+    for (int line = 0; line < 3; ++line) {
         queue_->postLine("a");
+    }
     queue_->post([this] { EXPECT_EQ(seen_.size(), 3U); });
-    for (int line = 0; line < 5; ++line)
+    for (int line = 0; line < 5; ++line) {
         queue_->postLine("b");
+    }
     ASSERT_TRUE(waitUntil([this] { return seen_.size() == 8; }));
     EXPECT_EQ(batches_, (std::vector<std::size_t>{3, 5}));
 }
@@ -99,8 +105,9 @@ TEST_F(MainQueueTest, neverRunsATaskInsideTheCallThatPostsIt) {
 TEST_F(MainQueueTest, takesTasksThatATaskPosts) {
     int rounds = 0;
     std::function<void()> again = [&] {
-        if (++rounds < 100)
+        if (++rounds < 100) {
             queue_->post(again);
+        }
     };
     queue_->post(again);
     EXPECT_TRUE(waitUntil([&rounds] { return rounds == 100; }));
@@ -108,8 +115,9 @@ TEST_F(MainQueueTest, takesTasksThatATaskPosts) {
 
 TEST_F(MainQueueTest, letsTheEventLoopLiveWhileManyLinesWait) {
     constexpr std::size_t lineCount = 300'000;
-    for (std::size_t line = 0; line < lineCount; ++line)
+    for (std::size_t line = 0; line < lineCount; ++line) {
         queue_->postLine("a line of the length that most lines of the log have, more or less");
+    }
     int turns = 0;
     QTimer others;
     QObject::connect(&others, &QTimer::timeout, &others, [&turns] { ++turns; });

@@ -18,14 +18,16 @@ TEST(OperationQueueTest, runsJobsOneAtATimeInTheirOrderOnAnotherThread) {
     OperationQueue queue;
     std::vector<int> order; // Touched by the worker alone until the promise is kept.
     std::promise<std::thread::id> done;
-    for (int job = 0; job < 1000; ++job)
+    for (int job = 0; job < 1000; ++job) {
         queue.submit([&order, job] { order.push_back(job); });
+    }
     queue.submit([&done] { done.set_value(std::this_thread::get_id()); });
 
     EXPECT_NE(done.get_future().get(), std::this_thread::get_id());
     ASSERT_EQ(order.size(), 1000U);
-    for (int job = 0; job < 1000; ++job)
+    for (int job = 0; job < 1000; ++job) {
         EXPECT_EQ(order.at(static_cast<std::size_t>(job)), job);
+    }
 }
 
 TEST(OperationQueueTest, namesItsThread) {

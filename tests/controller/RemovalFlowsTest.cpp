@@ -19,8 +19,9 @@ protected:
     RemovalFlowsTest() {
         answer_ = [this](const FakeCommandRunner::Call& call) {
             // The rescan that follows: an endpoint that does not answer leaves the lists empty.
-            if (::testing::Value(call.arguments, Contains("show")))
+            if (::testing::Value(call.arguments, Contains("show"))) {
                 return test::failed(1, "no context\n");
+            }
             return result_(call);
         };
     }

@@ -25,20 +25,25 @@ protected:
         locator_->set("/opt/docker");
         answer_ = [this](const FakeCommandRunner::Call& call) {
             const std::string command = ::testing::PrintToString(call.arguments);
-            if (daemonDown_ && command.find("version") != std::string::npos)
+            if (daemonDown_ && command.find("version") != std::string::npos) {
                 return test::failed(1, "Cannot connect to the Docker daemon.\n");
-            if (command.find("show") != std::string::npos)
+            }
+            if (command.find("show") != std::string::npos) {
                 return test::ok("desktop\n");
-            if (command.find("image") != std::string::npos)
+            }
+            if (command.find("image") != std::string::npos) {
                 return test::ok(R"({"ID":"sha256:)" + std::string(64, 'a') +
                                 R"(","Repository":"web","Tag":"1","Size":"10MB"})" + "\n" + extraImageLine_ +
                                 "\n" + R"({"ID":"sha256:)" + std::string(64, 'b') +
                                 R"(","Repository":"<none>","Tag":"<none>","Size":"2GB"})" + "\n");
-            if (command.find("inspect") != std::string::npos)
+            }
+            if (command.find("inspect") != std::string::npos) {
                 return test::ok("sha256:" + std::string(64, 'a') + "\n");
-            if (command.find("container") != std::string::npos)
+            }
+            if (command.find("container") != std::string::npos) {
                 return test::ok(R"({"ID":"c1","Names":"web","Image":"web:1","Status":"Up 3 minutes"})"
                                 "\n");
+            }
             return test::ok("24.0\n");
         };
     }
@@ -201,8 +206,9 @@ TEST_F(ScanFlowTest, announcesOnlyWhatChanged) {
           &UninstallerViewModel::containersChanged, &UninstallerViewModel::dockerImagesChanged,
           &UninstallerViewModel::isDockerInstalledChanged, &UninstallerViewModel::dockerDaemonRunningChanged,
           &UninstallerViewModel::dockerStatusMessageChanged, &UninstallerViewModel::dockerImageWarningChanged,
-          &UninstallerViewModel::canCancelOperationChanged, &UninstallerViewModel::showResultAlertChanged})
+          &UninstallerViewModel::canCancelOperationChanged, &UninstallerViewModel::showResultAlertChanged}) {
         QObject::connect(controller_.get(), signal, [&changes] { ++changes; });
+    }
     ASSERT_TRUE(scan());
     EXPECT_EQ(changes, 7);
     ASSERT_TRUE(scan());
@@ -215,8 +221,9 @@ TEST_F(ScanFlowTest, isOverOnlyWhenEverythingIsPublished) {
     start();
     int ends = 0;
     QObject::connect(controller_.get(), &UninstallerViewModel::isBusyChanged, [this, &ends] {
-        if (controller_->isBusy())
+        if (controller_->isBusy()) {
             return;
+        }
         ++ends;
         EXPECT_TRUE(app("Ollama").isDetected);
         EXPECT_EQ(controller_->containers().size(), 1U);

@@ -22,8 +22,9 @@ TEST_F(UninstallerViewModelTest, startsIdleWithTheWholeCatalogAndNothingFound) {
     EXPECT_EQ(controller_->apps().at(0).name, "Ollama");
     EXPECT_EQ(controller_->apps().at(1).name, "VendorApp");
     EXPECT_EQ(controller_->apps().at(14).name, "LM Studio");
-    for (const AppInfo& app : controller_->apps())
+    for (const AppInfo& app : controller_->apps()) {
         EXPECT_FALSE(app.isDetected || app.hasResidualData || app.isSelected) << app.name;
+    }
     EXPECT_TRUE(controller_->localModels().empty());
     EXPECT_TRUE(controller_->containers().empty());
     EXPECT_TRUE(controller_->dockerImages().empty());
@@ -92,11 +93,13 @@ TEST_F(UninstallerViewModelTest, letsAScanRunToItsEndThoughCancelled) {
 TEST_F(UninstallerViewModelTest, stampsEveryLineAndKeepsTheOrderOfEachThread) {
     start();
     std::thread other([this] {
-        for (int line = 0; line < 1000; ++line)
+        for (int line = 0; line < 1000; ++line) {
             controller_->log(std::string("other ").append(std::to_string(line)));
+        }
     });
-    for (int line = 0; line < 1000; ++line)
+    for (int line = 0; line < 1000; ++line) {
         controller_->log(std::string("main ").append(std::to_string(line)));
+    }
     EXPECT_TRUE(controller_->logs().empty());
     ASSERT_TRUE(waitUntil([this] { return controller_->logs().size() == 2000; }));
     other.join();
@@ -152,8 +155,9 @@ TEST_F(UninstallerViewModelTest, goesOnLoggingIntoAClearedConsole) {
 TEST_F(UninstallerViewModelTest, clearsALongLogAtOnceForWhoeverLooks) {
     constexpr std::size_t lineCount = 70'000;
     start();
-    for (std::size_t line = 0; line < lineCount; ++line)
+    for (std::size_t line = 0; line < lineCount; ++line) {
         controller_->log("a line too long for a string to keep within itself");
+    }
     ASSERT_TRUE(waitUntil([this] { return controller_->logs().size() == lineCount; }));
     controller_->clearLogs();
     EXPECT_TRUE(controller_->logs().empty());

@@ -92,11 +92,13 @@ TEST_F(ApplicationUninstallServiceTest, WithoutTheShieldEverythingGoesInCatalogO
     for (const ApplicationDetectionRule& each : ApplicationDetectionRegistry::rules()) {
         std::vector<std::string> expected;
         for (const std::string& path : each.uninstallPaths) {
-            if (path.find('*') == std::string::npos && path != "~/.hermes")
+            if (path.find('*') == std::string::npos && path != "~/.hermes") {
                 expected.push_back(make(path));
+            }
         }
-        if (each.name == "Hermes")
+        if (each.name == "Hermes") {
             expected.push_back(expanded("~/.hermes"));
+        }
         const ApplicationUninstallResult result = quietService().uninstall(each, false, expander());
         EXPECT_EQ(result.deletionReport.removed, expected) << each.name;
         EXPECT_THAT(result.deletionReport.failures, IsEmpty()) << each.name;
@@ -198,8 +200,9 @@ TEST_F(ApplicationUninstallServiceTest, TheShieldRemovesTheBundleAndKeepsTheData
     const std::string cache = make("~/Library/Caches/com.openai.chat/blob");
     const ApplicationUninstallResult result = uninstall("ChatGPT", true);
     EXPECT_FALSE(exists(expanded("/Applications/ChatGPT.app")));
-    for (const std::string& kept : {authorization, configuration, history, support, cache})
+    for (const std::string& kept : {authorization, configuration, history, support, cache}) {
         EXPECT_TRUE(exists(kept)) << kept;
+    }
     EXPECT_FALSE(exists(std::string(paths::parent(empty))));
     EXPECT_THAT(result.deletionReport.preserved,
                 UnorderedElementsAre(authorization, configuration, history, cache));
@@ -257,8 +260,9 @@ TEST_F(ApplicationUninstallServiceTest, ASurvivingBundleIsTheLastFailure) {
 TEST_F(ApplicationUninstallServiceTest, AFailureStopsNeitherTheOtherEntriesNorTheCheck) {
     const std::string bundle = make("/Applications/VendorApp.app/Contents/Info.plist");
     const std::string cache = make("~/Library/Caches/com.vendor.app/file");
-    for (const std::string& root : {home.path(), system.path()})
+    for (const std::string& root : {home.path(), system.path()}) {
         std::filesystem::permissions(root, std::filesystem::perms::all);
+    }
     std::filesystem::permissions(expanded("~/Library/Caches"), std::filesystem::perms::all);
     std::filesystem::permissions(expanded("~/Library/Caches/com.vendor.app"), std::filesystem::perms::all);
     EXPECT_TRUE(test::passesInChild([&] {

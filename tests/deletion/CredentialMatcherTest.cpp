@@ -10,8 +10,9 @@ namespace {
 TEST(CredentialMatcher, KnowsTheElevenNames) {
     const CredentialMatcher matcher;
     for (const char* name : {".env", "auth.json", "oauth_creds.json", "credentials.json", "credentials",
-                             "keys.txt", "api_key", "api-key", "token", "access_token", "refresh_token"})
+                             "keys.txt", "api_key", "api-key", "token", "access_token", "refresh_token"}) {
         EXPECT_TRUE(matcher.isCredential(std::string("/Users/u/.tool/") + name)) << name;
+    }
 }
 
 TEST(CredentialMatcher, IgnoresLetterCase) {
@@ -62,8 +63,9 @@ TEST(CredentialMatcher, TrailingSlashesDoNotHideTheName) {
 
 TEST(CredentialMatcher, AnswersForANameAsForAPath) {
     const CredentialMatcher matcher;
-    for (const char* name : {"token", "TOKEN", "tokens", ".ssh", "a.lic", "lic", ".lic", "x\n", "\xff.KEY"})
+    for (const char* name : {"token", "TOKEN", "tokens", ".ssh", "a.lic", "lic", ".lic", "x\n", "\xff.KEY"}) {
         EXPECT_EQ(matcher.isCredentialName(name), matcher.isCredential(std::string("/a/") + name)) << name;
+    }
 }
 
 } // namespace

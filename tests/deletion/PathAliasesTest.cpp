@@ -14,8 +14,9 @@ TEST(PathAliases, NormalizesTheThreeNamesAndWhatIsBelow) {
 }
 
 TEST(PathAliases, LeavesEverythingElse) {
-    for (const char* path : {"/tmpfoo", "/TMP/a", "/private/tmp/a", "/a/tmp", "tmp/a", "/", ""})
+    for (const char* path : {"/tmpfoo", "/TMP/a", "/private/tmp/a", "/a/tmp", "tmp/a", "/", ""}) {
         EXPECT_EQ(aliasNormalized(path), path);
+    }
 }
 
 TEST(PathAliases, KnowsTheSystemsOwnLinks) {

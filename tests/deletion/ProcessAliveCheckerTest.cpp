@@ -36,8 +36,9 @@ struct Pipe {
     Pipe() {
         std::array<int, 2> ends{};
         EXPECT_EQ(::pipe(ends.data()), 0);
-        for (const int end : ends)
+        for (const int end : ends) {
             EXPECT_EQ(::fcntl(end, F_SETFD, FD_CLOEXEC), 0);
+        }
         readEnd = FileDescriptor(ends[0]);
         writeEnd = FileDescriptor(ends[1]);
     }

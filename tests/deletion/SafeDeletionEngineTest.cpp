@@ -233,10 +233,11 @@ TEST(SafeDeletionEngine, AnItemThatThePredicateRefusesIsLeftWithoutAWord) {
         EXPECT_TRUE(exists(kept));
         EXPECT_FALSE(exists(gone));
         EXPECT_FALSE(asked.contains(kept));
-        if (options.preserveCredentials)
+        if (options.preserveCredentials) {
             EXPECT_THAT(report.removed, ElementsAre(gone, tree + "/a/gone"));
-        else
+        } else {
             EXPECT_THAT(report.removed, IsEmpty()); // The tree as a whole is still there.
+        }
     }
 }
 

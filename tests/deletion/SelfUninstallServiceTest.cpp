@@ -87,8 +87,9 @@ protected:
     /// Opens everything to the ordinary user; a test closes again what it wants closed.
     void openToAll() const {
         std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path()))
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
             std::filesystem::permissions(entry.path(), std::filesystem::perms::all);
+        }
     }
 
     static void close(const std::string& path) {
@@ -118,8 +119,9 @@ TEST_F(SelfUninstallServiceTest, RemovesTheDataInOrderAndThenTheBundle) {
     EXPECT_THAT(result.failures, IsEmpty());
     EXPECT_THAT(result.remainingPaths, IsEmpty());
     EXPECT_TRUE(result.succeeded());
-    for (const std::string& path : expected)
+    for (const std::string& path : expected) {
         EXPECT_FALSE(exists(path)) << path;
+    }
     EXPECT_TRUE(exists(foreign));
 }
 
@@ -241,8 +243,9 @@ TEST_F(SelfUninstallServiceTest, ABundleWhoseNatureCannotBeReadIsRefused) {
 }
 
 TEST_F(SelfUninstallServiceTest, ABundleOnAReadOnlyVolumeIsRefused) {
-    if (!test::canMount())
+    if (!test::canMount()) {
         GTEST_SKIP() << "only root can mount a read-only volume, and only on Linux";
+    }
     EXPECT_TRUE(test::passesInChild([this] {
         test::enterPrivateMountNamespace();
         test::mountMemoryDisk(folder.path("Applications"));
@@ -273,8 +276,9 @@ TEST_F(SelfUninstallServiceTest, TheNearestFolderAboveTheDataMustBeWritable) {
     const std::string logs = folder.makeDirectory("home/Library/Logs/com.user.Zentrill");
     const std::string library = folder.path("home/Library");
     openToAll();
-    for (const std::string& path : {library, caches, logs})
+    for (const std::string& path : {library, caches, logs}) {
         close(path);
+    }
     EXPECT_TRUE(test::passesInChild([&] {
         test::becomeOrdinaryUser();
         EXPECT_THAT(uninstall(bundle).failures, ElementsAre("Cleanup parent is not writable: " + library,
@@ -302,8 +306,9 @@ TEST_F(SelfUninstallServiceTest, AllProblemsAreCollectedInOrder) {
         folder.makeLink("Applications/Zentrill.app", makeBundle("x/Zentrill.app", xmlInfo("com.user.other")));
     const std::string link = folder.makeLink("home/Library", folder.makeDirectory("elsewhere"));
     std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
-    for (const char* closed : {"Applications", "elsewhere"})
+    for (const char* closed : {"Applications", "elsewhere"}) {
         close(folder.path(closed));
+    }
     EXPECT_TRUE(test::passesInChild([&] {
         test::becomeOrdinaryUser();
         const std::vector<std::string> failures = uninstall(bundle).failures;

@@ -148,8 +148,9 @@ TEST(DockerListingImages, AMissingRepositoryOrTagMakesNoTag) {
                                                imageLine(imageID('2'), "tool", "<none>") +
                                                imageLine(imageID('3'), "<none>", "one"));
     ASSERT_EQ(read.records.size(), 3U);
-    for (const DockerImageRecord& record : read.records)
+    for (const DockerImageRecord& record : read.records) {
         EXPECT_THAT(record.tags, IsEmpty());
+    }
 }
 
 TEST(DockerListingImages, EveryFieldMustBeThere) {

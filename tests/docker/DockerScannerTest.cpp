@@ -70,18 +70,22 @@ protected:
 
     static std::vector<DockerImageUsage> usages(const DockerAvailability::Available& result) {
         std::vector<DockerImageUsage> all;
-        for (const DockerImage& image : result.images)
+        for (const DockerImage& image : result.images) {
             all.push_back(image.usage);
+        }
         return all;
     }
 
 private:
     CommandResult answer(const FakeCommandRunner::Call& call) const {
-        for (const auto& [word, result] : {std::pair{"show", &context}, std::pair{"version", &version},
-                                           std::pair{"container", &containers}, std::pair{"image", &images}})
+        for (const auto& [word, result] :
+             {std::pair{"show", &context}, std::pair{"version", &version},
+              std::pair{"container", &containers}, std::pair{"image", &images}}) {
             if (testing::Value(call.arguments, testing::Contains(word)) &&
-                !testing::Value(call.arguments, testing::Contains("inspect")))
+                !testing::Value(call.arguments, testing::Contains("inspect"))) {
                 return *result;
+            }
+        }
         return usage;
     }
 };

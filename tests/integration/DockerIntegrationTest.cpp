@@ -37,13 +37,15 @@ protected:
     Environment environment;
 
     void SetUp() override {
-        if (const std::optional<std::string> obstacle = test::DockerEngine::obstacle())
+        if (const std::optional<std::string> obstacle = test::DockerEngine::obstacle()) {
             GTEST_SKIP() << *obstacle;
+        }
         engine.emplace();
         environment = ShellCommandRunner::defaultEnvironment();
         environment["HOME"] = home.path();
-        for (const char* variable : {"DOCKER_HOST", "DOCKER_CONTEXT", "DOCKER_CONFIG"})
+        for (const char* variable : {"DOCKER_HOST", "DOCKER_CONTEXT", "DOCKER_CONFIG"}) {
             environment.erase(variable);
+        }
     }
 
     [[nodiscard]] std::shared_ptr<CommandExecuting> commands() const {
@@ -57,8 +59,9 @@ protected:
 
     [[nodiscard]] DockerAvailability::Available available() const {
         DockerAvailability result = scan();
-        if (const auto* failure = std::get_if<DockerAvailability::DaemonUnavailable>(&result.state))
+        if (const auto* failure = std::get_if<DockerAvailability::DaemonUnavailable>(&result.state)) {
             ADD_FAILURE() << failure->message;
+        }
         auto* state = std::get_if<DockerAvailability::Available>(&result.state);
         return state != nullptr ? std::move(*state) : DockerAvailability::Available{};
     }
@@ -93,8 +96,9 @@ protected:
 
     static std::vector<std::string> imageIDs(const DockerAvailability::Available& inventory) {
         std::vector<std::string> ids;
-        for (const DockerImage& image : inventory.images)
+        for (const DockerImage& image : inventory.images) {
             ids.push_back(image.imageID);
+        }
         return ids;
     }
 };
@@ -179,10 +183,11 @@ TEST_P(DockerIntegrationTest, RemovesAnUnusedImageWhateverTheUserSwitchesToMeanw
     environment["DOCKER_HOST"] = engine->host();
     const DockerAvailability::Available before = available();
     environment["DOCKER_HOST"] = "unix:///nonexistent/docker.sock";
-    for (const std::string& id : {tagged, untagged})
+    for (const std::string& id : {tagged, untagged}) {
         EXPECT_EQ(
             remove(imageNamed(before, id)),
             (DockerImageRemovalResult{.succeeded = true, .message = "Removed Docker image " + id + "."}));
+    }
     environment["DOCKER_HOST"] = engine->host();
     EXPECT_THAT(imageIDs(available()), ElementsAre(kept));
 }

@@ -24,8 +24,9 @@ TEST(DecimalIntegerTest, DigitsMayHaveOneSign) {
 
 TEST(DecimalIntegerTest, AnythingButDigitsIsNoInteger) {
     for (const char* text : {"", "+", "-", "+-1", "-+1", "++1", "--1", " 123", "123 ", "12a", "a12", "1.0",
-                             "1e3", "0x10", "1_000", "\t1", "١"})
+                             "1e3", "0x10", "1_000", "\t1", "١"}) {
         EXPECT_EQ(integerFromDigits(text), std::nullopt) << '"' << text << '"';
+    }
     EXPECT_EQ(integerFromDigits(std::string("12\0", 3)), std::nullopt);
     EXPECT_EQ(integerFromDigits("9223372036854775808"), std::nullopt);
     EXPECT_EQ(integerFromDigits("-9223372036854775809"), std::nullopt);
@@ -48,9 +49,11 @@ TEST(DecimalIntegerTest, ANumberIsTheIntegerItEquals) {
 }
 
 TEST(DecimalIntegerTest, AFractionIsNoInteger) {
-    for (const char* number : {"12.5", "0.1", "-0.1", "1e-1", "15e-1", "1.00000000000000000000000001",
-                               "9223372036854775806.5", "1e-99999999999999999999", "1e-9223372036854775808"})
+    for (const char* number :
+         {"12.5", "0.1", "-0.1", "1e-1", "15e-1", "1.00000000000000000000000001", "9223372036854775806.5",
+          "1e-99999999999999999999", "1e-9223372036854775808"}) {
         EXPECT_EQ(integerFromNumber(number), std::nullopt) << number;
+    }
 }
 
 TEST(DecimalIntegerTest, NumbersAreExactInAllOf64Bits) {

@@ -99,8 +99,9 @@ TEST_F(FolderSizeTest, SpecialFilesAreNeitherOpenedNorInTheWay) {
 // Needs more than one buffer of the system's listing.
 TEST_F(FolderSizeTest, CountsEveryEntryOfALargeFolder) {
     constexpr int count = 5000;
-    for (int index = 0; index < count; ++index)
+    for (int index = 0; index < count; ++index) {
         folder.makeFile("a-rather-long-name-for-a-small-file-" + std::to_string(index), "123");
+    }
     EXPECT_EQ(folderSize(folder.path()), 3 * count);
 }
 
@@ -154,8 +155,9 @@ TEST_F(FolderSizeTest, BranchesAtEveryDepthOfADeepTreeAreCounted) {
         path += "m/";
         folder.makeDirectory(path);
     }
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path()))
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
         expected += ownSize(entry.path());
+    }
     EXPECT_EQ(folderSize(folder.path()), expected);
 }
 
@@ -186,8 +188,9 @@ TEST_F(FolderSizeTest, SizesOfManyFoldersKeepTheirOrder) {
 }
 
 TEST_F(FolderSizeTest, StopsBeforeTheNextFolder) {
-    for (int index = 0; index < 100; ++index)
+    for (int index = 0; index < 100; ++index) {
         folder.makeFile("folder" + std::to_string(index) + "/file", "x");
+    }
     int asked = 0;
     EXPECT_EQ(folderSize(folder.path(), [&] { return ++asked > 0; }), 0);
     EXPECT_EQ(asked, 1);

@@ -39,8 +39,9 @@ std::vector<std::string> listed(const std::string& folder) {
 
 std::string joined(std::initializer_list<std::string_view> parts) {
     std::string text;
-    for (const std::string_view part : parts)
+    for (const std::string_view part : parts) {
         text += part;
+    }
     return text;
 }
 
@@ -53,8 +54,9 @@ std::int64_t ownSize(const std::string& path) {
 std::vector<std::string> names(const std::vector<LocalModel>& models) {
     std::vector<std::string> result;
     result.reserve(models.size());
-    for (const LocalModel& model : models)
+    for (const LocalModel& model : models) {
         result.push_back(model.name);
+    }
     return result;
 }
 
@@ -116,13 +118,16 @@ TEST_F(LocalModelScannerTest, ListsEachOllamaTagWithItsStatedSize) {
 
 TEST_F(LocalModelScannerTest, OllamaTagsComeInListingOrder) {
     for (const char* model : {"zeta", "alpha", "mid"}) {
-        for (const char* tag : {"9b", "1b", "latest", "4b"})
+        for (const char* tag : {"9b", "1b", "latest", "4b"}) {
             makeManifest(std::string(model) + "/" + tag);
+        }
     }
     std::vector<std::string> expected;
-    for (const std::string& model : listed(home.path(library)))
-        for (const std::string& tag : listed(home.path(in(library, model))))
+    for (const std::string& model : listed(home.path(library))) {
+        for (const std::string& tag : listed(home.path(in(library, model)))) {
             expected.push_back(joined({model, ":", tag}));
+        }
+    }
     EXPECT_EQ(names(scanner().scanOllamaModels()), expected);
 }
 
@@ -143,8 +148,9 @@ TEST_F(LocalModelScannerTest, StrayOllamaEntriesAreTreatedAlike) {
     const std::vector<LocalModel> models = scanner().scanOllamaModels();
     EXPECT_THAT(names(models),
                 UnorderedElementsAre("llama3:.DS_Store", "llama3:folder", "llama3:fifo", "llama3:zero"));
-    for (const LocalModel& model : models)
+    for (const LocalModel& model : models) {
         EXPECT_EQ(model.sizeFormatted(), "Unknown size") << model.name;
+    }
 }
 
 TEST_F(LocalModelScannerTest, AFileInTheStoresPlaceIsLoggedAndEmpty) {
@@ -189,21 +195,25 @@ TEST_F(LocalModelScannerTest, EveryMarkerInAHubNameIsReplaced) {
     home.makeFile(in(hub, "models--file"), "12345");
     const std::vector<LocalModel> models = scanner().scanHuggingFaceModels();
     EXPECT_THAT(names(models), UnorderedElementsAre("a/b", "gpt2", "a/-b", "", "file"));
-    for (const LocalModel& model : models)
+    for (const LocalModel& model : models) {
         EXPECT_EQ(model.sizeBytes, 0) << model.name;
+    }
 }
 
 TEST_F(LocalModelScannerTest, HubModelsComeInListingOrderWithTheirOwnSizes) {
-    for (int index = 0; index < 100; ++index)
+    for (int index = 0; index < 100; ++index) {
         home.makeFile(in(hub, "models--org--m" + std::to_string(index) + "/blob"),
                       std::string(static_cast<std::size_t>(index), 'x'));
+    }
     std::vector<std::string> expected;
-    for (const std::string& entry : listed(home.path(hub)))
+    for (const std::string& entry : listed(home.path(hub))) {
         expected.push_back("org/" + entry.substr(std::string_view("models--org--").size()));
+    }
     const std::vector<LocalModel> models = scanner().scanHuggingFaceModels();
     EXPECT_EQ(names(models), expected);
-    for (const LocalModel& model : models)
+    for (const LocalModel& model : models) {
         EXPECT_EQ("org/m" + std::to_string(model.sizeBytes), model.name);
+    }
 }
 
 TEST_F(LocalModelScannerTest, ListsGGUFFilesOfBothLMStudioFolders) {
@@ -252,17 +262,19 @@ TEST_F(LocalModelScannerTest, GGUFFoldersAndLinkedFoldersAreNoModels) {
 TEST_F(LocalModelScannerTest, AFoldersModelsStandInItsPlace) {
     for (const char* name : {"a", "b", "c", "d"}) {
         home.makeFile(std::string("root/") + name + ".gguf");
-        for (const char* inner : {"x", "y", "z"})
+        for (const char* inner : {"x", "y", "z"}) {
             home.makeFile(std::string("root/") + name + "/" + inner + "/deep.gguf");
+        }
         home.makeFile(std::string("root/") + name + "/own.gguf");
     }
     std::vector<std::string> expected;
     const auto expect = [&](const auto& self, const std::string& folder, const std::string& prefix) -> void {
         for (const std::string& entry : listed(folder)) {
-            if (std::filesystem::is_directory(joined({folder, "/", entry})))
+            if (std::filesystem::is_directory(joined({folder, "/", entry}))) {
                 self(self, joined({folder, "/", entry}), joined({prefix, entry, "/"}));
-            else
+            } else {
                 expected.push_back(prefix + entry);
+            }
         }
     };
     expect(expect, home.path("root"), "");
@@ -322,8 +334,9 @@ TEST_F(LocalModelScannerTest, AnUnreadableStoreIsEmptyAndAnUnreadableModelUnknow
         test::becomeOrdinaryUser();
         const std::vector<LocalModel> models = scanner().scanOllamaModels();
         EXPECT_THAT(names(models), UnorderedElementsAre("readable:latest", "secret:latest"));
-        for (const LocalModel& model : models)
+        for (const LocalModel& model : models) {
             EXPECT_EQ(model.sizeBytes, model.name == "readable:latest" ? 3512 : 0);
+        }
         EXPECT_THAT(scanner().scanHuggingFaceModels(), IsEmpty());
         EXPECT_THAT(log, ElementsAre("Scanning Ollama models...", "Scanning HuggingFace models..."));
     }));
@@ -356,19 +369,23 @@ TEST_F(LocalModelScannerTest, AStopRequestInMidScanEndsItThere) {
 }
 
 TEST_F(LocalModelScannerTest, ScansRunOnSeveralThreadsAtOnce) {
-    for (int index = 0; index < 20; ++index)
+    for (int index = 0; index < 20; ++index) {
         home.makeFile(in(hub, "models--org--m" + std::to_string(index) + "/blob"), "12345");
+    }
     const LocalModelScanner shared(home.path(), {});
     const std::vector<LocalModel> expected = shared.scanHuggingFaceModels();
     std::vector<std::vector<LocalModel>> results(4);
     std::vector<std::thread> threads;
     threads.reserve(results.size());
-    for (std::vector<LocalModel>& result : results)
+    for (std::vector<LocalModel>& result : results) {
         threads.emplace_back([&shared, &result] { result = shared.scanHuggingFaceModels(); });
-    for (std::thread& thread : threads)
+    }
+    for (std::thread& thread : threads) {
         thread.join();
-    for (const std::vector<LocalModel>& result : results)
+    }
+    for (const std::vector<LocalModel>& result : results) {
         EXPECT_EQ(result, expected);
+    }
 }
 
 } // namespace

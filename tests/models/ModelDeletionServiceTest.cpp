@@ -67,8 +67,9 @@ protected:
     /// Lets the user of `becomeOrdinaryUser` own everything below the home folder.
     void giveHomeAway() const {
         ASSERT_EQ(::chown(home.path().c_str(), test::ordinaryUserId, test::ordinaryUserId), 0);
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(home.path()))
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(home.path())) {
             ASSERT_EQ(::lchown(entry.path().c_str(), test::ordinaryUserId, test::ordinaryUserId), 0);
+        }
     }
 
     test::TemporaryHome home;
@@ -240,8 +241,9 @@ TEST_F(ModelDeletionServiceTest, AHubFolderThatCannotGoWholeIsAFailure) {
         ASSERT_FALSE(result.deletionReport.failures.empty());
         EXPECT_THAT(result.message, StartsWith("Could not remove org/name: " + folder));
         EXPECT_THAT(result.message, EndsWith(result.deletionReport.failures.back()));
-        for (const std::string& removed : result.deletionReport.removed)
+        for (const std::string& removed : result.deletionReport.removed) {
             EXPECT_FALSE(exists(removed)) << removed;
+        }
     }));
     EXPECT_TRUE(exists(kept));
     EXPECT_FALSE(exists(folder + "/blobs"));

@@ -59,14 +59,16 @@ TEST(OllamaManifestSizerTest, ALayerWithoutAUsableSizeMakesItUnknown) {
          {"{}", R"({"size":null})", R"({"size":true})", R"({"size":12.5})", R"({"size":""})",
           R"({"size":" 1"})", R"({"size":"1e3"})", R"({"size":[1]})", R"({"size":{"size":1}})",
           R"({"Size":1})", R"({"size":-1})", R"({"size":9223372036854775808})", R"({"size":1e400})",
-          R"({"other":{"size":1}})"})
+          R"({"other":{"size":1}})"}) {
         EXPECT_EQ(sizeOf(manifest("1", std::string(R"({"size":1},)") + layer)), std::nullopt) << layer;
+    }
 }
 
 TEST(OllamaManifestSizerTest, AConfigWithoutAUsableSizeMakesItUnknown) {
     for (const char* size : {"true", "false", "null", "12.5", "\"\"", "\" 123\"", "\"12a\"", "-1", "\"-1\"",
-                             "[512]", "{}", "18446744073709551616"})
+                             "[512]", "{}", "18446744073709551616"}) {
         EXPECT_EQ(sizeOf(manifest(size, R"({"size":1})")), std::nullopt) << size;
+    }
 }
 
 TEST(OllamaManifestSizerTest, ANumberCountsAsTheIntegerItEquals) {
@@ -103,15 +105,17 @@ TEST(OllamaManifestSizerTest, AnotherShapeIsUnknown) {
                              R"({"config":{"size":1},"layers":[{"size":1},null]})",
                              R"({"config":{"size":1},"layers":[[],{"size":1}]})",
                              R"([{"config":{"size":1},"layers":[]}])",
-                             R"({"a":{"config":{"size":1},"layers":[]}})"})
+                             R"({"a":{"config":{"size":1},"layers":[]}})"}) {
         EXPECT_EQ(sizeOf(text), std::nullopt) << text;
+    }
 }
 
 TEST(OllamaManifestSizerTest, TextThatIsNotJSONIsUnknown) {
     const std::string good = manifest("1", R"({"size":1})");
     ASSERT_EQ(sizeOf(good), 2);
-    for (std::size_t length = 0; length < good.size(); ++length)
+    for (std::size_t length = 0; length < good.size(); ++length) {
         EXPECT_EQ(sizeOf(std::string_view(good).substr(0, length)), std::nullopt) << length;
+    }
     EXPECT_EQ(sizeOf(good + "x"), std::nullopt);
     EXPECT_EQ(sizeOf(good + std::string(1, '\0')), std::nullopt);
     EXPECT_EQ(sizeOf(good + good), std::nullopt);
@@ -132,8 +136,9 @@ TEST(OllamaManifestSizerTest, DeepNestingIsUnknownAndHarmless) {
     constexpr std::size_t depth = 1'000'000;
     EXPECT_EQ(sizeOf(std::string(depth, '[')), std::nullopt);
     std::string objects;
-    for (std::size_t level = 0; level < depth; ++level)
+    for (std::size_t level = 0; level < depth; ++level) {
         objects += R"({"a":)";
+    }
     EXPECT_EQ(sizeOf(objects), std::nullopt);
     const auto nested = [](std::size_t levels) {
         return R"({"config":{"size":1},"layers":[],"a":)" + std::string(levels, '[') +

@@ -56,8 +56,9 @@ std::string binaryForm(const std::string& xml) {
 std::string binaryList(const std::vector<std::string>& objects) {
     const auto bigEndian = [](std::size_t value, int size) {
         std::string text;
-        for (int shift = 8 * (size - 1); shift >= 0; shift -= 8)
+        for (int shift = 8 * (size - 1); shift >= 0; shift -= 8) {
             text += static_cast<char>(value >> shift & 0xFFU);
+        }
         return text;
     };
     std::string data = "bplist00";
@@ -133,10 +134,11 @@ TEST_F(PropertyListTest, WhatIsNoDictionaryHoldsNothing) {
         binary.substr(8),
         std::string(4096, '\0'),
     };
-    for (const std::string& content : contents)
+    for (const std::string& content : contents) {
         EXPECT_EQ(propertyListString(folder.makeFile("list.plist", content), "CFBundleIdentifier"),
                   std::nullopt)
             << content;
+    }
 }
 
 TEST_F(PropertyListTest, WhatIsNoReadableFileHoldsNothing) {
@@ -175,10 +177,12 @@ TEST_F(PropertyListTest, AFileBeyondSixteenMebibytesIsNotRead) {
 TEST_F(PropertyListTest, AnXmlTreeTooDeepForTheStackIsRefusedAndKept) {
     const auto nested = [](int depth) {
         std::string body = "<dict><key>K</key><string>v</string><key>L</key>";
-        for (int level = 0; level < depth; ++level)
+        for (int level = 0; level < depth; ++level) {
             body += level % 2 == 0 ? "<array><!--</array>-->" : "<dict ><key>x</key>";
-        for (int level = depth; level-- > 0;)
+        }
+        for (int level = depth; level-- > 0;) {
             body += level % 2 == 0 ? "</array>" : "</dict>";
+        }
         return xmlList(body + "</dict>");
     };
     EXPECT_EQ(propertyListString(folder.makeFile("fits.plist", nested(1000)), "K"), "v");
@@ -192,8 +196,9 @@ TEST_F(PropertyListTest, AnXmlTreeTooDeepForTheStackIsRefusedAndKept) {
 
 TEST_F(PropertyListTest, AnXmlListWithTooManyEntriesIsRefused) {
     std::string wide = "<dict><key>K</key><string>v</string>";
-    for (int entry = 0; entry < 150'000; ++entry)
+    for (int entry = 0; entry < 150'000; ++entry) {
         wide += "<key>" + std::to_string(entry) + "</key><true/>";
+    }
     EXPECT_EQ(propertyListString(folder.makeFile("wide.plist", xmlList(wide + "</dict>")), "K"),
               std::nullopt);
 }
@@ -211,8 +216,9 @@ TEST_F(PropertyListTest, ABinaryTreeThatRefersToItselfIsRefused) {
 
 TEST_F(PropertyListTest, ABinaryTreeThatUnfoldsBeyondAnyMemoryIsRefused) {
     std::vector<std::string> objects;
-    for (std::size_t level = 0; level < 60; ++level)
+    for (std::size_t level = 0; level < 60; ++level) {
         objects.push_back(container("\xA2", {5 + level, 5 + level}));
+    }
     objects.emplace_back("\x51x");
     EXPECT_EQ(keyBeside(objects), std::nullopt);
 }
@@ -220,19 +226,22 @@ TEST_F(PropertyListTest, ABinaryTreeThatUnfoldsBeyondAnyMemoryIsRefused) {
 TEST_F(PropertyListTest, ABinaryTreeTooDeepForTheStackIsRefused) {
     // The second list hangs each stretch of a deep chain on the end of one that was measured before.
     std::vector<std::string> chain;
-    for (std::size_t level = 0; level < 8000; ++level)
+    for (std::size_t level = 0; level < 8000; ++level) {
         chain.push_back(container("\xA1", {5 + level}));
+    }
     chain.emplace_back("\x51x");
     EXPECT_EQ(keyBeside(chain), std::nullopt);
 
     constexpr std::size_t stretch = 400;
     constexpr std::size_t links = 8000;
     std::vector<std::size_t> starts;
-    for (std::size_t start = links; start >= stretch; start -= stretch)
+    for (std::size_t start = links; start >= stretch; start -= stretch) {
         starts.push_back(6 + start - stretch);
+    }
     std::vector<std::string> stretches{container("\xAF\x10\x14", starts)};
-    for (std::size_t level = 0; level < links; ++level)
+    for (std::size_t level = 0; level < links; ++level) {
         stretches.push_back(container("\xA1", {6 + level}));
+    }
     stretches.emplace_back("\x51x");
     EXPECT_EQ(keyBeside(stretches), std::nullopt);
 }
@@ -275,8 +284,9 @@ TEST_F(PropertyListTest, KeepsAllOtherKeysOfBothForms) {
         const std::string after = contentOf(path);
         EXPECT_THAT(after, StartsWith("<?xml"));
         for (const char* kept : {"<integer>7</integer>", "<date>2024-05-06T07:08:09Z</date>", "AAEC",
-                                 "<key>On</key>\n\t<true/>", "<string>x</string>"})
+                                 "<key>On</key>\n\t<true/>", "<string>x</string>"}) {
             EXPECT_THAT(after, HasSubstr(kept));
+        }
         EXPECT_THAT(after, testing::Not(HasSubstr("10 20")));
     }
 }
@@ -356,8 +366,9 @@ TEST_F(PropertyListTest, AFolderWithoutWritePermissionKeepsTheOldFile) {
 }
 
 TEST_F(PropertyListTest, AFullDiskKeepsTheOldFileAndNoTemporaryOne) {
-    if (!test::canMount())
+    if (!test::canMount()) {
         GTEST_SKIP() << "only root can mount a small disk, and only on Linux";
+    }
     const std::string mountPoint = folder.makeDirectory("disk");
     EXPECT_TRUE(test::passesInChild([&] {
         test::enterPrivateMountNamespace();

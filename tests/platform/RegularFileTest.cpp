@@ -55,8 +55,9 @@ TEST_F(RegularFileTest, ReplacesNothingButRegularFiles) {
     const std::string file = folder.makeFile("file", "old");
     const std::string link = folder.makeLink("link", file);
     const std::string pipe = makePipe();
-    for (const std::string& path : {link, pipe, folder.makeDirectory("folder")})
+    for (const std::string& path : {link, pipe, folder.makeDirectory("folder")}) {
         EXPECT_FALSE(replaceRegularFile(path, "new")) << path;
+    }
     EXPECT_TRUE(std::filesystem::is_symlink(link));
     EXPECT_TRUE(std::filesystem::is_fifo(pipe));
     EXPECT_EQ(readRegularFile(file, 3, FinalLink::refuse).content, "old");

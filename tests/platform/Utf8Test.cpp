@@ -31,8 +31,9 @@ TEST(Utf8, EveryCharacterIsValidInItsShortestFormAlone) {
         const int length = lengthOf(value);
         ASSERT_EQ(isValidUtf8(encoded(value, length)), !surrogate)
             << std::hex << static_cast<unsigned>(value);
-        for (int longer = length + 1; longer <= 4; ++longer)
+        for (int longer = length + 1; longer <= 4; ++longer) {
             ASSERT_FALSE(isValidUtf8(encoded(value, longer))) << std::hex << static_cast<unsigned>(value);
+        }
     }
 }
 
@@ -66,12 +67,13 @@ TEST(Utf8, AMistakeIsFoundAtEveryPlace) {
 }
 
 TEST(Utf8, ACutCharacterIsInvalidAndItsTailIsKnown) {
-    for (const std::string_view character : {"é"sv, "€"sv, "😀"sv})
+    for (const std::string_view character : {"é"sv, "€"sv, "😀"sv}) {
         for (std::size_t kept = 1; kept < character.size(); ++kept) {
             const std::string cut = "text" + std::string(character.substr(0, kept));
             EXPECT_FALSE(isValidUtf8(cut));
             EXPECT_EQ(incompleteUtf8TailLength(cut), kept);
         }
+    }
     EXPECT_EQ(incompleteUtf8TailLength("text€"), 0U);
     EXPECT_EQ(incompleteUtf8TailLength("text"), 0U);
     EXPECT_EQ(incompleteUtf8TailLength(""), 0U);

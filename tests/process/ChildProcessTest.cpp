@@ -33,10 +33,12 @@ pid_t forkMember(void (*onTermination)(int)) {
     const pid_t pid = ::fork();
     if (pid == 0) {
         const char byte = 0;
-        if (::signal(SIGTERM, onTermination) == SIG_ERR || ::write(ready.writing.get(), &byte, 1) != 1)
+        if (::signal(SIGTERM, onTermination) == SIG_ERR || ::write(ready.writing.get(), &byte, 1) != 1) {
             ::_exit(1);
-        for (;;)
+        }
+        for (;;) {
             ::pause();
+        }
     }
     char byte = 0;
     EXPECT_TRUE(eventually([&] { return ::read(ready.reading.get(), &byte, 1) == 1; }));
@@ -46,8 +48,9 @@ pid_t forkMember(void (*onTermination)(int)) {
 ChildProcess spawnSleeper() {
     const Pipe pipe = Pipe::open();
     SpawnedChild spawned = spawnChild("/bin/sleep", {"600"}, {}, pipe.writing.get(), pipe.writing.get());
-    if (!spawned.child)
+    if (!spawned.child) {
         throw std::system_error(spawned.error);
+    }
     return std::move(*spawned.child);
 }
 

@@ -62,18 +62,21 @@ TEST_F(ShellCommandRunnerIsolationTest, SixteenThreadsDoNotHoldEachOthersPipes) 
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
     threads.reserve(16);
-    for (int number = 0; number < 16; ++number)
+    for (int number = 0; number < 16; ++number) {
         threads.emplace_back([&, number] {
             for (int round = 0; round < 10; ++round) {
                 const std::string text = std::to_string((number * 100) + round) + "\n";
                 const CommandResult echo = runner.run("/bin/sh", {"-c", "cat; printf %s \"$1\"", "sh", text});
                 const CommandResult list = runner.run("/bin/ls", {"/proc/self/fd"});
-                if (!echo.succeeded() || echo.stdout != text || list.stdout != onlyItsOwn)
+                if (!echo.succeeded() || echo.stdout != text || list.stdout != onlyItsOwn) {
                     ++wrong;
+                }
             }
         });
-    for (std::thread& thread : threads)
+    }
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     EXPECT_EQ(wrong, 0);
     EXPECT_TRUE(test::hasNoChildren());
 }
@@ -81,8 +84,9 @@ TEST_F(ShellCommandRunnerIsolationTest, SixteenThreadsDoNotHoldEachOthersPipes) 
 TEST_F(ShellCommandRunnerIsolationTest, WorksWithoutStandardDescriptors) {
     const test::TemporaryDirectory folder;
     EXPECT_TRUE(test::holdsInForkedChild([&] {
-        for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
             ::close(standard);
+        }
         const CommandResult result = runner.run("/bin/sh", {"-c", "echo out; echo err >&2; cat"});
         return result.succeeded() && result.stdout == "out\n" && result.stderr == "err\n";
     }));
@@ -90,8 +94,9 @@ TEST_F(ShellCommandRunnerIsolationTest, WorksWithoutStandardDescriptors) {
 
 TEST_F(ShellCommandRunnerIsolationTest, ReturnsInAProcessThatIgnoresItsChildren) {
     EXPECT_TRUE(test::holdsInForkedChild([&] {
-        if (::signal(SIGCHLD, SIG_IGN) == SIG_ERR)
+        if (::signal(SIGCHLD, SIG_IGN) == SIG_ERR) {
             return false;
+        }
         const auto start = std::chrono::steady_clock::now();
         const CommandResult result = runner.run("/bin/echo", {"text"});
         // The system has thrown the status away, and nobody may guess it.

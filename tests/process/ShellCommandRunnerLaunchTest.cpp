@@ -90,8 +90,9 @@ TEST_F(ShellCommandRunnerLaunchTest, TextsThatTheSystemWouldCut) {
     EXPECT_EQ(runner.run("/bin/true\0x"s, {}), launchFailure(EINVAL));
     EXPECT_EQ(runner.run("/bin/echo", {"fine", "a\0b"s}), launchFailure(EINVAL));
     for (const Environment& environment : {Environment{{"NAME", "a\0b"s}}, Environment{{"NA\0ME"s, "a"}},
-                                           Environment{{"A=B", "c"}}, Environment{{"", "a"}}})
+                                           Environment{{"A=B", "c"}}, Environment{{"", "a"}}}) {
         EXPECT_EQ(ShellCommandRunner(environment).run("/bin/true", {}), launchFailure(EINVAL));
+    }
 }
 
 TEST_F(ShellCommandRunnerLaunchTest, NoDescriptorsLeft) {
@@ -107,8 +108,9 @@ TEST_F(ShellCommandRunnerLaunchTest, NoDescriptorsLeft) {
             ::setrlimit(RLIMIT_NOFILE, &limit);
             const CommandResult result = runner.run("/bin/true", {});
             ::setrlimit(RLIMIT_NOFILE, &enough);
-            if (result != expected || test::openDescriptorCount() != descriptorsBefore)
+            if (result != expected || test::openDescriptorCount() != descriptorsBefore) {
                 return false;
+            }
         }
         return runner.run("/bin/true", {}).succeeded() && test::hasNoChildren();
     }));

@@ -34,7 +34,7 @@ TEST(ShellCommandRunnerShutDown, EndsEveryCommandAndRefusesLaterOnes) {
     std::array<Worker, count> workers;
     std::vector<std::thread> threads;
     threads.reserve(count);
-    for (std::size_t number = 0; number < count; ++number)
+    for (std::size_t number = 0; number < count; ++number) {
         threads.emplace_back([&, number] {
             // Deaf to every polite signal, with a child that is deaf as well.
             const std::string script = "trap '' TERM HUP INT; /bin/sleep 600 & echo $! > $1.new\n"
@@ -44,16 +44,19 @@ TEST(ShellCommandRunnerShutDown, EndsEveryCommandAndRefusesLaterOnes) {
                 runner.run("/bin/sh", {"-c", script, "sh", folder.path(std::to_string(number))}, 600s);
             workers[number].end = Clock::now();
         });
-    for (std::size_t number = 0; number < count; ++number)
+    }
+    for (std::size_t number = 0; number < count; ++number) {
         ASSERT_TRUE(eventually([&] { return !contentOf(folder.path(std::to_string(number))).empty(); }));
+    }
 
     const auto start = Clock::now();
     ShellCommandRunner::shutDown();
     const auto elapsed = Clock::now() - start;
     // Nothing is left when it returns: the process may end in the next moment.
     EXPECT_TRUE(test::hasNoChildren());
-    for (std::thread& thread : threads)
+    for (std::thread& thread : threads) {
         thread.join();
+    }
 
     EXPECT_LT(elapsed, 400ms);
     for (std::size_t number = 0; number < count; ++number) {

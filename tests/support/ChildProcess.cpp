@@ -23,8 +23,9 @@ namespace zentrill::test {
 namespace {
 
 void require(bool done, const char* step) {
-    if (!done)
+    if (!done) {
         throw std::system_error(errno, std::generic_category(), step);
+    }
 }
 
 } // namespace
@@ -43,14 +44,16 @@ bool passesInChild(const std::function<void()>& body) {
         ::_exit(testing::Test::HasFailure() ? 1 : 0);
     }
     int status = 0;
-    while (::waitpid(child, &status, 0) < 0)
+    while (::waitpid(child, &status, 0) < 0) {
         require(errno == EINTR, "waitpid");
+    }
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 void becomeOrdinaryUser() {
-    if (::geteuid() != 0)
+    if (::geteuid() != 0) {
         return;
+    }
     require(::setgroups(0, nullptr) == 0, "setgroups");
     require(::setgid(ordinaryUserId) == 0, "setgid");
     require(::setuid(ordinaryUserId) == 0, "setuid");

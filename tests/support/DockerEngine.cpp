@@ -43,33 +43,40 @@ std::vector<pid_t> childrenOf(pid_t pid) {
     const std::string number = std::to_string(pid);
     std::istringstream text(contentOf("/proc/" + number + "/task/" + number + "/children"));
     std::vector<pid_t> children;
-    for (pid_t child = 0; text >> child;)
+    for (pid_t child = 0; text >> child;) {
         children.push_back(child);
+    }
     return children;
 }
 
 std::string printed(const CommandResult& result) {
-    if (!result.succeeded())
+    if (!result.succeeded()) {
         throw std::runtime_error(result.diagnostic());
+    }
     return result.stdout.substr(0, result.stdout.find_last_not_of('\n') + 1);
 }
 
 } // namespace
 
 std::optional<std::string> DockerEngine::obstacle() {
-    if (::geteuid() != 0)
+    if (::geteuid() != 0) {
         return "a Docker Engine runs only as root";
-    for (const char* needed : {daemon, client, shell, asSoonAsTheParentDies, inNamespaces})
-        if (::access(needed, X_OK) != 0)
+    }
+    for (const char* needed : {daemon, client, shell, asSoonAsTheParentDies, inNamespaces}) {
+        if (::access(needed, X_OK) != 0) {
             return std::string(needed) + " is missing: install docker.io, busybox-static and util-linux";
+        }
+    }
     return std::nullopt;
 }
 
 std::vector<std::string> DockerEngine::clients() {
     std::vector<std::string> found;
-    for (const char* candidate : {client, "/usr/local/bin/docker"})
-        if (::access(candidate, X_OK) == 0)
+    for (const char* candidate : {client, "/usr/local/bin/docker"}) {
+        if (::access(candidate, X_OK) == 0) {
             found.emplace_back(candidate);
+        }
+    }
     return found;
 }
 
@@ -99,8 +106,9 @@ pid_t DockerEngine::start() {
                    {"--pdeathsig", "KILL", inNamespaces, "--mount", "--pid", "--fork", "--kill-child",
                     "--mount-proc", "/bin/sh", "-c", startScript, "sh", folder_.path()},
                    environment_, log.get(), log.get());
-    if (!spawned.child)
+    if (!spawned.child) {
         throw std::runtime_error("cannot start the Docker Engine: " + spawned.error.message());
+    }
     return namespaces_.emplace(std::move(*spawned.child)).id();
 }
 
@@ -108,22 +116,26 @@ void DockerEngine::waitUntilReady(pid_t pid) {
     const ChildEndNotice end(pid);
     const bool ready = eventually([&] { return answers() || end.wait(std::chrono::milliseconds(0)); },
                                   std::chrono::seconds(60));
-    if (!ready || !answers())
+    if (!ready || !answers()) {
         throw std::runtime_error("the Docker Engine does not start:\n" + contentOf(folder_.path("log")));
+    }
 }
 
 bool DockerEngine::answers() const {
-    if (!std::filesystem::exists(folder_.path("docker.sock")))
+    if (!std::filesystem::exists(folder_.path("docker.sock"))) {
         return false;
+    }
     return ShellCommandRunner(environment_).run(client, {"version"}, std::chrono::seconds(10)).succeeded();
 }
 
 void DockerEngine::stop() {
-    if (!namespaces_)
+    if (!namespaces_) {
         return;
+    }
     // The kernel ends every process of the namespace before the first one counts as gone.
-    for (const pid_t first : childrenOf(namespaces_->id()))
+    for (const pid_t first : childrenOf(namespaces_->id())) {
         ::kill(first, SIGKILL);
+    }
     static_cast<void>(ChildEndNotice(namespaces_->id()).wait(std::chrono::seconds(30)));
     namespaces_.reset();
 }
@@ -142,8 +154,9 @@ std::string DockerEngine::makeImage(const std::string& tag) {
     printed(ShellCommandRunner(environment_)
                 .run("/bin/tar", {"--create", "--file", archive, "--directory", root, "."}));
     std::vector<std::string> arguments{"import", archive};
-    if (!tag.empty())
+    if (!tag.empty()) {
         arguments.push_back(tag);
+    }
     return docker(arguments);
 }
 

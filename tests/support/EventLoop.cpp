@@ -16,8 +16,9 @@ bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
     QTimer pulse;
     pulse.start(std::chrono::milliseconds(1));
     while (!condition()) {
-        if (expired)
+        if (expired) {
             return false;
+        }
         loop.processEvents(QEventLoop::WaitForMoreEvents);
     }
     return true;

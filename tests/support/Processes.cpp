@@ -15,8 +15,9 @@ namespace zentrill::test {
 bool eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline)
+        if (std::chrono::steady_clock::now() > deadline) {
             return false;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     return true;
@@ -41,10 +42,12 @@ std::size_t openDescriptorCount() {
 
 bool holdsInForkedChild(const std::function<bool()>& body) {
     const pid_t pid = ::fork();
-    if (pid < 0)
+    if (pid < 0) {
         throw std::system_error(errno, std::generic_category(), "fork");
-    if (pid == 0)
+    }
+    if (pid == 0) {
         ::_exit(body() ? 0 : 1);
+    }
     int status = 0;
     while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
     }

@@ -23,8 +23,9 @@ TemporaryDirectory::TemporaryDirectory() : TemporaryDirectory(systemTemporaryFol
 
 TemporaryDirectory::TemporaryDirectory(const std::string& parent) {
     std::string pattern = std::filesystem::canonical(parent).string() + "/zentrill-test-XXXXXX";
-    if (::mkdtemp(pattern.data()) == nullptr)
+    if (::mkdtemp(pattern.data()) == nullptr) {
         throw std::system_error(errno, std::generic_category(), pattern);
+    }
     path_ = pattern;
 }
 
@@ -36,8 +37,9 @@ TemporaryDirectory::~TemporaryDirectory() {
              path_, std::filesystem::directory_options::skip_permission_denied, ignored);
          !ignored && entry != std::filesystem::recursive_directory_iterator(); entry.increment(ignored)) {
         std::error_code refused;
-        if (entry->symlink_status(refused).type() == std::filesystem::file_type::directory)
+        if (entry->symlink_status(refused).type() == std::filesystem::file_type::directory) {
             std::filesystem::permissions(entry->path(), std::filesystem::perms::owner_all, refused);
+        }
     }
     std::filesystem::remove_all(path_, ignored);
 }
@@ -58,8 +60,9 @@ std::string TemporaryDirectory::makeFile(std::string_view relative, std::string_
     std::ofstream file(made, std::ios::binary);
     file << content;
     file.close();
-    if (!file)
+    if (!file) {
         throw std::runtime_error("cannot write " + made);
+    }
     return made;
 }
 

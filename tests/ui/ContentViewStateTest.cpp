@@ -137,11 +137,12 @@ TEST_F(ContentViewStateTest, saysWhyDockerCannotBeShown) {
     EXPECT_EQ(state_.dockerNoticeIcon(), QString());
     EXPECT_EQ(state_.dockerNoticeHeading(), QString());
     QStringList kinds;
-    for (int row = 0; row < state_.dockerRows()->rowCount(); ++row)
+    for (int row = 0; row < state_.dockerRows()->rowCount(); ++row) {
         kinds.append(
             state_.dockerRows()
                 ->data(state_.dockerRows()->index(row, 0), state_.dockerRows()->roleNames().key("kind"))
                 .toString());
+    }
     EXPECT_EQ(kinds.join(QLatin1Char(' ')),
               QStringLiteral("heading container container heading notice image image"));
 }

@@ -32,8 +32,9 @@ public:
 
 private:
     static void note(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
-        if (type != QtDebugMsg && type != QtInfoMsg)
+        if (type != QtDebugMsg && type != QtInfoMsg) {
             collected().append(message);
+        }
     }
 
     QtMessageHandler previous_;
@@ -52,8 +53,8 @@ protected:
         view_->resize(950, 700);
         view_->show();
         view_->requestActivate();
-        active_ =
-            test::waitUntil([this] { return view_->state().windowShown() && view_->activeFocusItem() != nullptr; });
+        active_ = test::waitUntil(
+            [this] { return view_->state().windowShown() && view_->activeFocusItem() != nullptr; });
     }
 
     void SetUp() override {
@@ -97,20 +98,24 @@ protected:
     }
 
     static void collect(QAccessibleInterface* element, std::vector<Node>& nodes) {
-        if (element == nullptr)
+        if (element == nullptr) {
             return;
+        }
         nodes.push_back({element, element->role(), nameOf(*element).toStdString()});
-        for (int child = 0; child < element->childCount(); ++child)
+        for (int child = 0; child < element->childCount(); ++child) {
             collect(element->child(child), nodes);
+        }
     }
 
     /// The items in sight, in the order in which they are drawn.
     static void collect(QQuickItem* item, std::vector<QQuickItem*>& items) {
-        if (!item->isVisible())
+        if (!item->isVisible()) {
             return;
+        }
         items.push_back(item);
-        for (QQuickItem* child : item->childItems())
+        for (QQuickItem* child : item->childItems()) {
             collect(child, items);
+        }
     }
 
     [[nodiscard]] std::vector<QQuickItem*> buttons() const {
@@ -124,8 +129,9 @@ protected:
     [[nodiscard]] QQuickItem* button(const char* label) const {
         QQuickItem* found = nullptr;
         for (QQuickItem* item : buttons()) {
-            if (item->property("text").toString() == QLatin1String(label))
+            if (item->property("text").toString() == QLatin1String(label)) {
                 found = item;
+            }
         }
         return found;
     }
@@ -136,8 +142,9 @@ protected:
         static_cast<void>(test::waitUntil(
             [&] {
                 for (const Node& node : accessibleTree()) {
-                    if (node.name == name)
+                    if (node.name == name) {
                         found = node.interface;
+                    }
                 }
                 return found != nullptr;
             },
@@ -149,8 +156,9 @@ protected:
     [[nodiscard]] bool focusIsInModal() const {
         for (const QQuickItem* item = view_->activeFocusItem(); item != nullptr; item = item->parentItem()) {
             if (QString::fromLatin1(item->metaObject()->className())
-                    .startsWith(QLatin1String("ModalOverlay")))
+                    .startsWith(QLatin1String("ModalOverlay"))) {
                 return true;
+            }
         }
         return false;
     }
@@ -200,8 +208,9 @@ TEST_F(ContentViewTest, namesEveryControlAndRow) {
             const bool isControl = node.role == QAccessible::Button || node.role == QAccessible::CheckBox ||
                                    node.role == QAccessible::ListItem || node.role == QAccessible::PageTab ||
                                    node.role == QAccessible::List || node.role == QAccessible::EditableText;
-            if (!isControl)
+            if (!isControl) {
                 continue;
+            }
             ++controls;
             EXPECT_FALSE(node.name.empty()) << "a control of role " << node.role << " in " << tab;
         }
@@ -231,8 +240,9 @@ TEST_F(ContentViewTest, disablesEverythingUnderneathAModal) {
     ASSERT_NE(ollama, nullptr);
     state().requestSelfUninstall();
     ASSERT_NE(find("Type the eight digit confirmation code manually"), nullptr);
-    for (const QQuickItem* item : underneath)
+    for (const QQuickItem* item : underneath) {
         EXPECT_FALSE(item->isEnabled()) << item->property("text").toString().toStdString();
+    }
     // Nor can an assistive tool press what lies underneath.
     ASSERT_NE(ollama->actionInterface(), nullptr);
     ollama->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
@@ -280,8 +290,9 @@ TEST_F(ContentViewTest, confirmsWithTheTypedCodeAndReturn) {
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     press(Qt::Key_Return, QStringLiteral("\r"));
     EXPECT_TRUE(state().confirmation()->isPending());
-    for (const QChar digit : state().confirmation()->confirmationCode())
+    for (const QChar digit : state().confirmation()->confirmationCode()) {
         press(digit.unicode(), QString(digit));
+    }
     ASSERT_NE(button("Delete"), nullptr);
     EXPECT_TRUE(button("Delete")->isEnabled());
     press(Qt::Key_Return, QStringLiteral("\r"));

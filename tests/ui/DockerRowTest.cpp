@@ -15,8 +15,9 @@ constexpr const char* sizeNotice =
 
 std::vector<std::pair<Kind, std::string>> lines(const std::vector<DockerRow>& rows) {
     std::vector<std::pair<Kind, std::string>> result;
-    for (const DockerRow& row : rows)
+    for (const DockerRow& row : rows) {
         result.emplace_back(row.kind, row.text);
+    }
     return result;
 }
 
@@ -80,8 +81,9 @@ TEST(DockerRowTest, givesEveryLineAnIDOfItsOwn) {
     const std::vector<DockerRow> rows =
         dockerRows({{.id = twin.imageID}}, {twin, image({}, DockerImageUsage::unused, 'b')}, "warning");
     std::set<std::string> ids;
-    for (const DockerRow& row : rows)
+    for (const DockerRow& row : rows) {
         ids.insert(row.id());
+    }
     EXPECT_EQ(ids.size(), rows.size());
 }
 

@@ -18,24 +18,28 @@ constexpr QColor tint(216, 172, 119);
 /// Whether the glyph is there and every pixel of it has the tint's colour.
 ::testing::AssertionResult isDrawn(const QString& identifier) {
     const QImage image = IconProvider::icon(identifier, tint, {32, 32});
-    if (image.isNull())
+    if (image.isNull()) {
         return ::testing::AssertionFailure() << identifier.toStdString() << " does not exist";
+    }
     int inked = 0;
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             const QColor pixel = image.pixelColor(x, y);
             // Faint pixels of the edges lose precision when they are multiplied out.
-            if (pixel.alpha() < 200)
+            if (pixel.alpha() < 200) {
                 continue;
+            }
             ++inked;
             if (std::abs(pixel.red() - tint.red()) > 3 || std::abs(pixel.green() - tint.green()) > 3 ||
-                std::abs(pixel.blue() - tint.blue()) > 3)
+                std::abs(pixel.blue() - tint.blue()) > 3) {
                 return ::testing::AssertionFailure()
                        << identifier.toStdString() << " is not tinted: " << pixel.name().toStdString();
+            }
         }
     }
-    if (inked < 20)
+    if (inked < 20) {
         return ::testing::AssertionFailure() << identifier.toStdString() << " is empty";
+    }
     return ::testing::AssertionSuccess();
 }
 
@@ -48,21 +52,24 @@ QSet<QString> identifiersInViews() {
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
         QFile file(files.next());
-        if (!file.open(QIODevice::ReadOnly))
+        if (!file.open(QIODevice::ReadOnly)) {
             continue;
+        }
         auto values = property.globalMatch(QString::fromUtf8(file.readAll()));
         while (values.hasNext()) {
             auto literals = literal.globalMatch(values.next().captured(1));
-            while (literals.hasNext())
+            while (literals.hasNext()) {
                 identifiers.insert(literals.next().captured(1));
+            }
         }
     }
     return identifiers;
 }
 
 TEST(IconProviderTest, drawsTheIconOfEveryApplication) {
-    for (const AppInfo& application : applicationList())
+    for (const AppInfo& application : applicationList()) {
         EXPECT_TRUE(isDrawn(QString::fromStdString(application.iconName))) << application.name;
+    }
 }
 
 TEST(IconProviderTest, drawsEveryIconOfTheViews) {
@@ -70,17 +77,20 @@ TEST(IconProviderTest, drawsEveryIconOfTheViews) {
     // All four panes, the two buttons of every list and the sidebar's last entry are among them.
     for (const char* known :
          {"app.badge.fill", "cube.box.fill", "shippingbox.fill", "terminal.fill", "trash.slash.fill",
-          "trash.fill", "stop.fill", "arrow.clockwise", "shippingbox"})
+          "trash.fill", "stop.fill", "arrow.clockwise", "shippingbox"}) {
         EXPECT_TRUE(identifiers.contains(QString::fromLatin1(known))) << known;
-    for (const QString& identifier : identifiers)
+    }
+    for (const QString& identifier : identifiers) {
         EXPECT_TRUE(isDrawn(identifier));
+    }
 }
 
 TEST(IconProviderTest, drawsEveryIconThatIsChosenAtRunTime) {
     for (const char* identifier : {"checkmark.square.fill", "square", "minus.square", "checkmark.circle.fill",
                                    "exclamationmark.circle", "xmark.circle", "questionmark.circle",
-                                   "shippingbox.and.arrow.backward", "exclamationmark.triangle"})
+                                   "shippingbox.and.arrow.backward", "exclamationmark.triangle"}) {
         EXPECT_TRUE(isDrawn(QString::fromLatin1(identifier)));
+    }
 }
 
 TEST(IconProviderTest, drawsAtTheSizeAndInTheColourOfTheRequest) {

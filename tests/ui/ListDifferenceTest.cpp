@@ -34,29 +34,34 @@ std::size_t rowsIn(const std::vector<ListRange>& ranges) {
 /// The length of a longest ascending run of the matches, by comparing every pair.
 std::size_t longestKept(const Keys& before, const Keys& after) {
     std::map<std::string, std::vector<std::size_t>> rows;
-    for (std::size_t row = before.size(); row-- > 0;)
+    for (std::size_t row = before.size(); row-- > 0;) {
         rows[before[row]].push_back(row);
+    }
     std::vector<std::size_t> match;
     for (const std::string& key : after) {
         std::vector<std::size_t>& left = rows[key];
-        if (left.empty())
+        if (left.empty()) {
             continue;
+        }
         match.push_back(left.back());
         left.pop_back();
     }
     std::vector<std::size_t> best(match.size(), 1);
     for (std::size_t end = 0; end < match.size(); ++end) {
-        for (std::size_t start = 0; start < end; ++start)
-            if (match[start] < match[end])
+        for (std::size_t start = 0; start < end; ++start) {
+            if (match[start] < match[end]) {
                 best[end] = std::max(best[end], best[start] + 1);
+            }
+        }
     }
     return best.empty() ? 0 : *std::ranges::max_element(best);
 }
 
 Keys numbered(std::size_t count) {
     Keys keys;
-    for (std::size_t number = 0; number < count; ++number)
+    for (std::size_t number = 0; number < count; ++number) {
         keys.push_back(std::to_string(number));
+    }
     return keys;
 }
 

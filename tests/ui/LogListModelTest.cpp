@@ -17,18 +17,20 @@ protected:
     /// Logs the lines and waits until they are in the controller's log.
     [[nodiscard]] bool log(const std::vector<std::string>& lines) {
         const std::size_t wanted = controller_->logs().size() + lines.size();
-        for (const std::string& line : lines)
+        for (const std::string& line : lines) {
             controller_->log(line);
+        }
         return test::waitUntil([&] { return controller_->logs().size() >= wanted; });
     }
 
     [[nodiscard]] std::vector<std::string> shown() const {
         std::vector<std::string> lines;
-        for (int row = 0; row < model_.rowCount(); ++row)
+        for (int row = 0; row < model_.rowCount(); ++row) {
             lines.push_back(model_.data(model_.index(row), TextLinesModel::entryRole)
                                 .toString()
                                 .mid(stampLength)
                                 .toStdString());
+        }
         return lines;
     }
 

@@ -35,8 +35,9 @@ protected:
     }
 
     void type(const char* characters) {
-        for (const char* character = characters; *character != '\0'; ++character)
+        for (const char* character = characters; *character != '\0'; ++character) {
             press(Qt::Key_0 + (*character - '0'), QString(QLatin1Char(*character)));
+        }
     }
 
     [[nodiscard]] std::string text() const { return view_->text().toStdString(); }
@@ -102,8 +103,9 @@ TEST_F(ManualCodeTextViewTest, refusesDigitsOfShortcuts) {
 
 TEST_F(ManualCodeTextViewTest, refusesEveryWayToPasteAndToUndo) {
     QGuiApplication::clipboard()->setText(QStringLiteral("98765432"));
-    if (QGuiApplication::clipboard()->supportsSelection())
+    if (QGuiApplication::clipboard()->supportsSelection()) {
         QGuiApplication::clipboard()->setText(QStringLiteral("98765432"), QClipboard::Selection);
+    }
     type("12");
     press(Qt::Key_Backspace);
     press(Qt::Key_V, QStringLiteral("\x16"), Qt::ControlModifier);

@@ -98,8 +98,9 @@ TEST_F(RecordListModelTest, holdsRandomListsWithoutEverResetting) {
     std::mt19937 random(99);
     for (int round = 0; round < 300; ++round) {
         std::vector<Item> items(random() % 12);
-        for (Item& item : items)
+        for (Item& item : items) {
             item = {std::string(1, static_cast<char>('a' + random() % 10)), static_cast<int>(random() % 3)};
+        }
         EXPECT_THAT(set(items), ::testing::Not(::testing::Contains("reset")));
         ASSERT_EQ(model_.records(), items);
     }

@@ -39,8 +39,9 @@ class ResultStateTest : public test::UiFixture {
 protected:
     [[nodiscard]] static QStringList lines(QAbstractItemModel* model) {
         QStringList result;
-        for (int row = 0; row < model->rowCount(); ++row)
+        for (int row = 0; row < model->rowCount(); ++row) {
             result.append(model->data(model->index(row, 0), TextLinesModel::entryRole).toString());
+        }
         return result;
     }
 

@@ -72,8 +72,9 @@ TEST(RowModelsTest, namesTheKindsOfDockerRows) {
     model->setRecords(dockerRows({{.id = "c1", .name = "web", .image = "nginx", .status = "Up 1 second"}},
                                  {{.imageID = "sha256:abc", .usage = DockerImageUsage::inUse}}, "careful"));
     QStringList kinds;
-    for (int row = 0; row < model->rowCount(); ++row)
+    for (int row = 0; row < model->rowCount(); ++row) {
         kinds.append(value(*model, row, "kind").toString());
+    }
     EXPECT_EQ(kinds,
               QStringList({QStringLiteral("heading"), QStringLiteral("container"), QStringLiteral("heading"),
                            QStringLiteral("notice"), QStringLiteral("warning"), QStringLiteral("image")}));

@@ -23,17 +23,21 @@ protected:
         locator_->set("/opt/docker");
         answer_ = [](const FakeCommandRunner::Call& call) {
             const std::string command = ::testing::PrintToString(call.arguments);
-            if (command.find("show") != std::string::npos)
+            if (command.find("show") != std::string::npos) {
                 return ok("desktop\n");
-            if (command.find("image") != std::string::npos)
+            }
+            if (command.find("image") != std::string::npos) {
                 return ok(imageLine('a', "web", "1") + imageLine('b', "<none>", "<none>"));
-            if (command.find("inspect") != std::string::npos)
+            }
+            if (command.find("inspect") != std::string::npos) {
                 return ok(fullID('a') + "\n" + fullID('a') + "\n");
-            if (command.find("container") != std::string::npos)
+            }
+            if (command.find("container") != std::string::npos) {
                 return ok(R"({"ID":"c1","Names":"web","Image":"web:1","Status":"Up 3 minutes"})"
                           "\n"
                           R"({"ID":"c2","Names":"old","Image":"web:1","Status":"Exited (0) 2 hours ago"})"
                           "\n");
+            }
             return ok("24.0\n");
         };
     }

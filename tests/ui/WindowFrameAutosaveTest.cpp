@@ -35,8 +35,9 @@ TEST(WindowFrameTextTest, writesTheFrameAndTheScreen) {
 }
 
 TEST(WindowFrameTextTest, readsWhatItWrote) {
-    for (const QRect& written : {QRect(10, -20, 950, 700), QRect(-1500, 0, 1, 1), QRect(0, 0, 4000, 3000)})
+    for (const QRect& written : {QRect(10, -20, 950, 700), QRect(-1500, 0, 1, 1), QRect(0, 0, 4000, 3000)}) {
         EXPECT_EQ(WindowFrameAutosave::frame(WindowFrameAutosave::text(written, screen)), written);
+    }
 }
 
 TEST(WindowFrameTextTest, readsFractionsAndSpareSpacesAndNeedsNoScreen) {
@@ -47,8 +48,9 @@ TEST(WindowFrameTextTest, readsNothingFromDamagedTexts) {
     for (const char* text :
          {"", " ", "10 20 950", "10 20 950 x 0 0 1440 900", "10 20 0 700", "10 20 950 -700", "nan 20 950 700",
           "10 inf 950 700", "1e300 20 950 700", "10 20 99999999999 700", "10 20 0.5 700",
-          "{{10, 20}, {950, 700}}", "10\n20\n950\n700"})
+          "{{10, 20}, {950, 700}}", "10\n20\n950\n700"}) {
         EXPECT_FALSE(frame(text)) << text;
+    }
 }
 
 TEST(WindowFrameScreenTest, leavesAFrameInSightAlone) {
