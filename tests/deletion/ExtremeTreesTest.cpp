@@ -238,14 +238,16 @@ TEST(ExtremeTrees, WithoutDescriptorsTheReportSaysSo) {
     const TemporaryDirectory folder;
     const std::string file = folder.makeFile("tree/file");
     EXPECT_TRUE(passesInChild([&] {
-        // Made first: the undefined behaviour sanitizer needs a descriptor for its first look at the type.
+        // Made first: the undefined behaviour sanitizer needs a descriptor for its first look at a type.
         const std::string expected = folder.path("tree") + ": " + systemDescription(EMFILE);
+        const SafeDeletionEngine engine;
+        EXPECT_TRUE(engine.deleteItem(folder.makeFile("other/file"), unshielded).succeeded());
         std::vector<FileDescriptor> occupied;
         limitDescriptors(64);
         while (FileDescriptor more{::open("/dev/null", O_RDONLY | O_CLOEXEC)}) {
             occupied.push_back(std::move(more));
         }
-        const DeletionReport report = SafeDeletionEngine().deleteItem(folder.path("tree"), unshielded);
+        const DeletionReport report = engine.deleteItem(folder.path("tree"), unshielded);
         occupied.clear(); // The expectation may need one.
         EXPECT_THAT(report.failures, ElementsAre(expected));
     }));
