@@ -37,10 +37,20 @@ void appendEscaped(QString& text, char32_t character) {
     }
 }
 
+/// How long a sequence is that begins with this byte, if it is valid at all.
+constexpr std::size_t announcedLength(unsigned char first) {
+    if (first < 0x80) {
+        return 1;
+    }
+    if (first < 0xE0) {
+        return 2;
+    }
+    return first < 0xF0 ? 3 : 4;
+}
+
 /// The length in bytes of the valid UTF-8 sequence that begins `bytes`, or 0.
 std::size_t sequenceLength(std::string_view bytes) {
-    const auto first = static_cast<unsigned char>(bytes.front());
-    const std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    const std::size_t length = announcedLength(static_cast<unsigned char>(bytes.front()));
     return isValidUtf8(bytes.substr(0, length)) ? length : 0;
 }
 

@@ -15,7 +15,8 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(pixels, pixels)
+    sourceSize.width: pixels
+    sourceSize.height: pixels
     source: name === "" ? "" : "image://icon/" + name + "/" + String(tint).slice(1)
     fillMode: Image.PreserveAspectFit
     smooth: true
