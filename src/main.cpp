@@ -60,7 +60,7 @@ int main(int argc, char* argv[]) {
     // Taken first, so that programs that it starts see the person's own environment.
     const auto commandRunner = std::make_shared<ShellCommandRunner>();
     keepQtFromWritingFiles();
-    QGuiApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Zentrill"));
     QGuiApplication::setApplicationVersion(QStringLiteral(ZENTRILL_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.user.Zentrill"));

@@ -15,9 +15,9 @@ struct Alias {
 };
 
 constexpr std::array<Alias, 3> aliases{{
-    {"/tmp", "/private/tmp"},
-    {"/var", "/private/var"},
-    {"/etc", "/private/etc"},
+    {.name = "/tmp", .canonical = "/private/tmp"},
+    {.name = "/var", .canonical = "/private/var"},
+    {.name = "/etc", .canonical = "/private/etc"},
 }};
 
 } // namespace
@@ -32,8 +32,7 @@ std::string aliasNormalized(std::string_view path) {
 }
 
 bool isSystemAlias(std::string_view path, std::string_view destination) {
-    if (std::none_of(aliases.begin(), aliases.end(),
-                     [path](const Alias& alias) { return alias.name == path; })) {
+    if (std::ranges::none_of(aliases, [path](const Alias& alias) { return alias.name == path; })) {
         return false;
     }
     const std::string target = destination.starts_with('/')

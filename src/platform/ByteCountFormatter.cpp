@@ -16,7 +16,7 @@ std::string decimal(std::int64_t value, std::int64_t parts) {
     }
     text += '.';
     for (std::int64_t place = parts / 10; rest != 0; place /= 10) {
-        text += static_cast<char>('0' + rest / place);
+        text += static_cast<char>('0' + (rest / place));
         rest %= place;
     }
     return text;
@@ -24,7 +24,7 @@ std::string decimal(std::int64_t value, std::int64_t parts) {
 
 /// `byteCount` in units of `unit`, rounded half up, without overflow near the largest count.
 std::int64_t rounded(std::int64_t byteCount, std::int64_t unit) {
-    return byteCount / unit + (byteCount % unit >= (unit + 1) / 2 ? 1 : 0);
+    return (byteCount / unit) + (byteCount % unit >= (unit + 1) / 2 ? 1 : 0);
 }
 
 } // namespace

@@ -188,6 +188,9 @@ int DirectoryHandle::rewind() const {
 
 int DirectoryHandle::rememberIdentity() {
     struct stat status{};
+    if (!descriptor_) {
+        return EBADF;
+    }
     if (::fstat(descriptor_.get(), &status) != 0) {
         return errno;
     }

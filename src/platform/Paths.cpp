@@ -27,11 +27,10 @@ std::string standardized(std::string_view path) {
         if (part == "/" || part == ".") {
             continue;
         }
-        if (part != "..") {
-            kept.push_back(part);
-        } else if (!kept.empty() && kept.back() != "..") {
+        const bool climbs = part == "..";
+        if (climbs && !kept.empty() && kept.back() != "..") {
             kept.pop_back();
-        } else if (!absolute) {
+        } else if (!climbs || !absolute) {
             kept.push_back(part);
         }
     }
