@@ -90,7 +90,7 @@ void ConfirmationState::presentConfirmation(PendingConfirmation pending) {
 }
 
 void ConfirmationState::confirm() {
-    if (!matches()) {
+    if (!pending_ || !matches()) {
         return;
     }
     const PendingConfirmation confirmed = *pending_;

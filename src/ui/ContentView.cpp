@@ -27,7 +27,10 @@ ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine()->addImageProvider(QStringLiteral("icon"), new IconProvider);
     connect(this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown,
-            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+            Qt::QueuedConnection);
+    connect(state_.get(), &ContentViewState::windowShownChanged, this, [this] {
+        disconnect(this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown);
+    });
     setInitialProperties({{QStringLiteral("state_"), QVariant::fromValue(state_.get())}});
     setSource(QUrl(QStringLiteral("qrc:/qt/qml/Zentrill/ContentView.qml")));
 }

@@ -28,8 +28,12 @@ constexpr std::array tabs{
 
 /// The row of the tab; an unknown one stands for the last, the console.
 std::size_t rowOf(const QString& tab) {
-    const auto found = std::ranges::find(tabs, tab, &Tab::name);
-    return found == tabs.end() ? tabs.size() - 1 : static_cast<std::size_t>(found - tabs.begin());
+    for (std::size_t row = 0; row < tabs.size(); ++row) {
+        if (tab == tabs.at(row).name) {
+            return row;
+        }
+    }
+    return tabs.size() - 1;
 }
 
 /// The record with that ID, or nothing.

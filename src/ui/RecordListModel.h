@@ -38,7 +38,7 @@ public:
     }
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
-        const std::size_t roleIndex = static_cast<std::size_t>(role - firstRole);
+        const auto roleIndex = static_cast<std::size_t>(role - firstRole);
         if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role < firstRole ||
             roleIndex >= roles_.size()) {
             return {};

@@ -41,7 +41,7 @@ QString applicationMarkIcon(const AppInfo& application) {
 }
 
 QString applicationOrigin(const AppInfo& application) {
-    const QString category = displayName(rawValue(application.category));
+    QString category = displayName(rawValue(application.category));
     if (!application.installedVia) {
         return category;
     }

@@ -47,6 +47,7 @@ public:
     const QColor success{50, 215, 75};
 
     /// `colour` at `opacity` from 0 to 1.
+    // NOLINTNEXTLINE(readability-convert-member-functions-to-static): QML calls it on the singleton
     Q_INVOKABLE [[nodiscard]] QColor faint(const QColor& colour, double opacity) const {
         QColor result = colour;
         result.setAlphaF(static_cast<float>(opacity));
