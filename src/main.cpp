@@ -39,12 +39,12 @@ std::string preferencesFile() {
 /// A cleaner must not litter: no compiled QML, no shader cache, no desktop plug-in that keeps files of its
 /// own, no message bus started for it, no folder made up for one.
 void keepQtFromWritingFiles() {
-    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
-        qputenv("XDG_RUNTIME_DIR", "/"); // Otherwise Qt makes a folder below /tmp.
+    const std::string runtimeFolder = qgetenv("XDG_RUNTIME_DIR").toStdString();
+    if (runtimeFolder.empty()) {
+        qputenv("TMPDIR", "/dev/null"); // Otherwise Qt makes a runtime folder of its own below /tmp.
     }
-    const std::string userBus = std::string(qgetenv("XDG_RUNTIME_DIR").constData()) + "/bus";
     if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") &&
-        !FileSystem::shared().fileExists(userBus)) {
+        (runtimeFolder.empty() || !FileSystem::shared().fileExists(runtimeFolder + "/bus"))) {
         qputenv("DBUS_SESSION_BUS_ADDRESS",
                 "disabled:"); // Otherwise a bus is launched, which writes ~/.dbus.
     }
