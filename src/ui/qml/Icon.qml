@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Window
-import Zentrill
 
 // One of the program's own glyphs, tinted.
 Image {

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Window
-import Zentrill
 
 // Lets a part of the background move the window. It lies below the controls, which take their own presses.
 MouseArea {
