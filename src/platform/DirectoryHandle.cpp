@@ -218,13 +218,11 @@ int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t nameByte
         for (std::size_t offset = 0; offset < static_cast<std::size_t>(length);) {
             const char* record = block.data() + offset;
             decltype(dirent64::d_reclen) recordLength = 0;
-            decltype(dirent64::d_ino) inode = 0;
             std::memcpy(&recordLength, record + offsetof(dirent64, d_reclen), sizeof recordLength);
-            std::memcpy(&inode, record + offsetof(dirent64, d_ino), sizeof inode);
             const std::string_view name(record + offsetof(dirent64, d_name));
             if (!isDotOrDotDot(name)) {
                 const auto type = static_cast<unsigned char>(record[offsetof(dirent64, d_type)]);
-                listing.add(name, inode, kindFromType(type));
+                listing.add(name, kindFromType(type));
             }
             offset += recordLength;
         }
@@ -254,7 +252,7 @@ int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t, bool& a
         }
         const std::string_view name(static_cast<const char*>(entry->d_name));
         if (!isDotOrDotDot(name)) {
-            listing.add(name, entry->d_ino, kindFromType(entry->d_type));
+            listing.add(name, kindFromType(entry->d_type));
         }
     }
     atEnd = errno == 0;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -36,21 +35,14 @@ public:
         names_.clear();
     }
 
-    void add(std::string_view name, std::uint64_t inode, EntryKind kind) {
-        entries_.push_back({inode, names_.size(), kind});
+    void add(std::string_view name, EntryKind kind) {
+        entries_.push_back({names_.size(), kind});
         names_.insert(names_.end(), name.begin(), name.end());
         names_.push_back('\0');
     }
 
-    /// Puts the entries from `first` on into the order of their inode numbers.
-    void sortByInode(std::size_t first) {
-        std::ranges::sort(entries_.begin() + static_cast<std::ptrdiff_t>(first), entries_.end(),
-                          [](const Entry& a, const Entry& b) { return a.inode < b.inode; });
-    }
-
 private:
     struct Entry {
-        std::uint64_t inode;
         std::size_t nameOffset;
         EntryKind kind;
     };

@@ -1,5 +1,6 @@
 #include "deletion/ApplicationUninstallService.h"
 
+#include "DeletionCases.h"
 #include "catalog/ApplicationDetectionRegistry.h"
 #include "platform/Paths.h"
 #include "support/ChildProcess.h"
@@ -16,15 +17,12 @@
 namespace zentrill {
 namespace {
 
+using test::exists;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
-
-bool exists(const std::string& path) {
-    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
-}
 
 bool nothingRuns(const std::vector<std::string>& /*processNames*/) {
     return false;

@@ -1,4 +1,5 @@
 #include "Confinement.h"
+#include "DeletionCases.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "platform/FileDescriptor.h"
 #include "platform/SystemError.h"
@@ -25,17 +26,13 @@
 namespace zentrill {
 namespace {
 
+using test::exists;
 using test::passesInChild;
+using test::shielded;
 using test::TemporaryDirectory;
+using test::unshielded;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-const DeletionOptions unshielded{};
-const DeletionOptions shielded{.preserveCredentials = true};
-
-bool exists(const std::string& path) {
-    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
-}
 
 /// Makes folders called `name` inside each other below the folder at `top`, and a file in the deepest one.
 void makeChain(const std::string& top, const std::string& name, int levels, const std::string& file) {

@@ -1,4 +1,5 @@
 #include "Confinement.h"
+#include "DeletionCases.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "support/ReadOnlyMachine.h"
 #include "support/TemporaryDirectory.h"
@@ -28,19 +29,15 @@
 namespace zentrill {
 namespace {
 
+using test::exists;
+using test::shielded;
+using test::unshielded;
 namespace fs = std::filesystem;
 using test::BackgroundLoop;
 using test::TemporaryDirectory;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Clock = std::chrono::steady_clock;
-
-const DeletionOptions unshielded{};
-const DeletionOptions shielded{.preserveCredentials = true};
-
-bool exists(const std::string& path) {
-    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
-}
 
 double secondsSince(Clock::time_point begin) {
     return std::chrono::duration<double>(Clock::now() - begin).count();

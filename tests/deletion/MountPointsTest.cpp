@@ -1,4 +1,5 @@
 #include "Confinement.h"
+#include "DeletionCases.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "support/TemporaryDirectory.h"
 
@@ -21,18 +22,14 @@
 namespace zentrill {
 namespace {
 
+using test::exists;
 using test::passesWithPrivateMounts;
+using test::shielded;
 using test::TemporaryDirectory;
+using test::unshielded;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-
-const DeletionOptions unshielded{};
-const DeletionOptions shielded{.preserveCredentials = true};
-
-bool exists(const std::string& path) {
-    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
-}
 
 void bindMount(const std::string& source, const std::string& target) {
     ASSERT_EQ(::mount(source.c_str(), target.c_str(), nullptr, MS_BIND, nullptr), 0);

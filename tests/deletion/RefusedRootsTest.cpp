@@ -1,4 +1,5 @@
 #include "Confinement.h"
+#include "DeletionCases.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "support/ChildProcess.h"
 #include "support/TemporaryDirectory.h"
@@ -16,19 +17,15 @@
 namespace zentrill {
 namespace {
 
+using test::exists;
 using test::passesInChild;
 using test::passesWithPrivateMounts;
+using test::shielded;
 using test::TemporaryDirectory;
 using test::TemporaryHome;
+using test::unshielded;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-const DeletionOptions unshielded{};
-const DeletionOptions shielded{.preserveCredentials = true};
-
-bool exists(const std::string& path) {
-    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
-}
 
 /// Every removal is refused, so that a refusal that is missing harms nobody but the test.
 SafeDeletionEngine harmlessEngine(bool& asked) {

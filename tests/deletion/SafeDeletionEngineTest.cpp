@@ -1,5 +1,6 @@
 #include "deletion/SafeDeletionEngine.h"
 
+#include "DeletionCases.h"
 #include "platform/Paths.h"
 #include "support/TemporaryDirectory.h"
 
@@ -13,17 +14,14 @@
 namespace zentrill {
 namespace {
 
+using test::exists;
+using test::shielded;
 using test::TemporaryDirectory;
+using test::unshielded;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-bool exists(const std::string& path) {
-    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
-}
-
-const DeletionOptions unshielded{};
-const DeletionOptions shielded{.preserveCredentials = true};
 const DeletionOptions keepingAll{.preserveCredentials = true, .preserveUnrecognized = true};
 
 /// A system whose links are as the test says; nothing else of it is real.

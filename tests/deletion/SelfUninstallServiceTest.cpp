@@ -1,5 +1,6 @@
 #include "deletion/SelfUninstallService.h"
 
+#include "DeletionCases.h"
 #include "platform/Paths.h"
 #include "support/ChildProcess.h"
 #include "support/TemporaryHome.h"
@@ -17,6 +18,7 @@
 namespace zentrill {
 namespace {
 
+using test::exists;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -28,10 +30,6 @@ constexpr const char* otherIdentifier = "The app bundle identifier does not matc
 constexpr const char* notADirectChild =
     "Self-uninstall is limited to a direct child of an approved Applications directory.";
 constexpr const char* notWritable = "The Applications directory is not writable.";
-
-bool exists(const std::string& path) {
-    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
-}
 
 std::string xmlInfo(const std::string& bundleIdentifier) {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist "

@@ -1,4 +1,5 @@
 #include "Confinement.h"
+#include "DeletionCases.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "platform/FileDescriptor.h"
 #include "support/TemporaryDirectory.h"
@@ -28,6 +29,9 @@
 namespace zentrill {
 namespace {
 
+using test::exists;
+using test::shielded;
+using test::unshielded;
 namespace fs = std::filesystem;
 using test::passesAsOrdinaryUser;
 using test::passesWithPrivateMounts;
@@ -35,13 +39,6 @@ using test::TemporaryDirectory;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-
-const DeletionOptions unshielded{};
-const DeletionOptions shielded{.preserveCredentials = true};
-
-bool exists(const std::string& path) {
-    return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
-}
 
 std::string contentOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
