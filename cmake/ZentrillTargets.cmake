@@ -22,7 +22,7 @@ endfunction()
 #
 # Makes a GoogleTest program; CTest sees each of its tests.
 function(zentrill_test name)
-  cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
+  cmake_parse_arguments(arg "" "TIMEOUT;PREFIX" "SOURCES;LINK;LABELS" ${ARGN})
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
@@ -30,6 +30,7 @@ function(zentrill_test name)
   target_link_libraries(${name} PRIVATE zentrill_flags zentrill_test_support ${arg_LINK})
   gtest_discover_tests(
     ${name}
+    TEST_PREFIX "${arg_PREFIX}"
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}"

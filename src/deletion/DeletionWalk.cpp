@@ -1,20 +1,15 @@
 #include "deletion/DeletionWalk.h"
 
+#include "deletion/DeletionSubtree.h"
 #include "platform/Paths.h"
 #include "platform/SystemError.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <cstdint>
 #include <utility>
 
 namespace zentrill {
 
 namespace {
-
-/// Directories kept open at once: enough that an ordinary tree is never climbed by "..", few enough for a
-/// process that may open 64 files.
-constexpr std::size_t openDirectoryLimit = 16;
 
 /// Names read from a directory before its entries are handled, in bytes.
 constexpr std::size_t listingBytes = std::size_t{1} << 20;
@@ -33,70 +28,68 @@ bool isNoDirectory(int error) {
     return error == ENOTDIR || error == ELOOP;
 }
 
-bool isOutOfDescriptors(int error) {
-    return error == EMFILE || error == ENFILE;
-}
-
 } // namespace
 
-DeletionWalk::DeletionWalk(Rules rules, std::string path, const std::string& standardizedPath,
+DeletionWalk::DeletionWalk(const Rules& rules, std::string path, std::string standardizedPath,
                            DirectoryHandle parent)
-    : rules_(std::move(rules)),
-      itemPath_(std::move(path)),
-      itemName_(paths::lastComponent(standardizedPath)),
-      standardizedPath_(standardizedPath) {
-    // A trailing slash of the caller's is not doubled in front of what lies below.
-    itemPathLength_ = itemPath_.find_last_not_of('/') + 1;
-    frames_.resize(1);
-    depth_ = 1;
-    frames_[0].directory = std::move(parent);
-    frames_[0].listingComplete = true;
-}
+    : rules_(rules),
+      standardizedPath_(std::move(standardizedPath)),
+      stack_(std::move(path), std::string(paths::lastComponent(standardizedPath_)), std::move(parent)) {}
 
 DeletionWalk::Outcome DeletionWalk::run() {
     if (rules_.shield != nullptr && rules_.shield->isProtected(standardizedPath_)) {
-        recordPreserved(itemName_.c_str());
-    } else {
-        handle(itemName_.c_str(), EntryKind::unknown);
-        while (depth_ > 1) {
-            if (const std::optional<std::size_t> index = nextEntry()) {
-                handle(top().listing.name(*index), top().listing.kind(*index));
-            } else {
-                leave();
-            }
+        recordPreserved("");
+        outcome_.left = true;
+        return std::move(outcome_);
+    }
+    return runUnprotected(EntryKind::unknown);
+}
+
+DeletionWalk::Outcome DeletionWalk::runUnprotected(EntryKind kind) {
+    remove(std::string(paths::lastComponent(standardizedPath_)).c_str(), kind);
+    while (stack_.depth() > 1) {
+        if (const std::optional<std::size_t> index = nextEntry()) {
+            handle(top().listing.name(*index), top().listing.kind(*index));
+        } else if (const std::shared_ptr<DeletionSubtree> subtree = takeBack()) {
+            remove(subtree->name().c_str(), EntryKind::directory);
+        } else {
+            leave();
         }
     }
-    outcome_.left = frames_[0].left;
+    outcome_.left = top().left;
     return std::move(outcome_);
 }
 
 std::optional<std::size_t> DeletionWalk::nextEntry() {
-    Frame& frame = top();
+    DirectoryFrame& frame = top();
     while (frame.next == frame.listing.size()) {
+        // A directory that somebody removed meanwhile has no entries; removing it will tell.
+        if (frame.listingError != 0 && frame.listingError != ENOENT) {
+            recordFailure(stack_.pathOfTop(), frame.listingError);
+            frame.left = true;
+        }
+        frame.listingError = 0;
         if (frame.listingComplete) {
             return std::nullopt;
         }
         frame.listing.clear();
         frame.next = 0;
-        const int error = frame.directory.readEntries(frame.listing, listingBytes, frame.listingComplete);
-        if (error == 0) {
-            continue;
-        }
-        frame.listingComplete = true;
-        // A directory that somebody removed meanwhile has no entries; removing it will tell.
-        if (error != ENOENT) {
-            recordFailure(pathOf(top()), error);
-            frame.left = true;
-        }
+        frame.listingError = frame.directory.readEntries(frame.listing, listingBytes, frame.listingComplete);
+        frame.listingComplete = frame.listingComplete || frame.listingError != 0;
     }
     return frame.next++;
 }
 
 void DeletionWalk::handle(const char* name, EntryKind kind) {
-    if (depth_ > 1 && rules_.shield != nullptr && rules_.shield->isProtectedName(name, top().explicitNames)) {
+    ++handledEntries_;
+    if (rules_.shield != nullptr && rules_.shield->isProtectedName(name, top().explicitNames)) {
         recordPreserved(name);
-        return;
+    } else if (kind != EntryKind::directory || !wantsHelp() || !handOver(name)) {
+        remove(name, kind);
     }
+}
+
+void DeletionWalk::remove(const char* name, EntryKind kind) {
     for (int attempt = 0; attempt < kindChangeLimit; ++attempt) {
         if (kind == EntryKind::unknown) {
             FileIdentity ignored;
@@ -153,7 +146,7 @@ DeletionWalk::Step DeletionWalk::enter(const char* name) {
         return Step::done;
     }
     DirectoryHandle directory;
-    int error = openChild(name, directory);
+    int error = stack_.openChild(name, directory);
     if (error == 0) {
         push(name, std::move(directory));
         return Step::done;
@@ -188,59 +181,38 @@ DeletionWalk::Step DeletionWalk::enter(const char* name) {
 }
 
 void DeletionWalk::push(const char* name, DirectoryHandle directory) {
-    const std::size_t nameOffset = path_.size() + 1;
-    if (depth_ == 1) {
-        path_.assign(itemPath_, 0, itemPathLength_);
-    } else {
-        path_.append("/").append(name); // `name` lies in a listing, never in `path_`.
-    }
-    if (depth_ == frames_.size()) {
-        frames_.emplace_back();
-    }
-    Frame& frame = frames_[depth_++];
-    frame.identity = directory.identity();
-    frame.directory = std::move(directory);
-    frame.listing.clear();
-    frame.next = 0;
-    frame.listingComplete = false;
-    frame.left = false;
-    frame.nameOffset = nameOffset;
-    frame.pathLength = path_.size();
-    frame.rescans = 0;
-    frame.explicitNames.clear();
+    stack_.push(name, std::move(directory));
     if (rules_.shield != nullptr && rules_.shield->hasExplicitCredentials()) {
-        frame.explicitNames = rules_.shield->explicitNames(standardizedPath_ + path_.substr(itemPathLength_));
-    }
-    if (depth_ - oldestOpen_ > openDirectoryLimit) {
-        (void)releaseOldest();
+        top().explicitNames =
+            rules_.shield->explicitNames(standardizedPath_ + std::string(stack_.pathBelowItem()));
     }
 }
 
 void DeletionWalk::leave() {
-    Frame& frame = top();
-    if (!ensureParentOpen()) {
-        pop();
+    DirectoryFrame& frame = top();
+    if (!stack_.ensureParentOpen()) {
+        stack_.pop();
         // The folder around it is out of reach, with whatever it still holds.
-        recordFailure(pathOf(top()), ESTALE);
+        recordFailure(stack_.pathOfTop(), ESTALE);
         top().left = true;
         top().next = top().listing.size();
         top().listingComplete = true;
         return;
     }
     if (frame.left) {
-        pop();
+        stack_.pop();
         top().left = true;
         return;
     }
-    const std::string name = nameOf(frame);
-    const int error = frames_[depth_ - 2].directory.removeDirectory(name.c_str());
+    const std::string name = stack_.nameOfTop();
+    const int error = stack_.parentOfTop().directory.removeDirectory(name.c_str());
     if (isNotEmpty(error) && frame.directory && frame.rescans < rescanLimit &&
         frame.directory.rewind() == 0) {
         ++frame.rescans;
         frame.listingComplete = false;
         return;
     }
-    pop();
+    stack_.pop();
     if (error == 0) {
         recordRemoved(name.c_str());
     } else if (error == ENOTDIR) {
@@ -253,119 +225,82 @@ void DeletionWalk::leave() {
     }
 }
 
-void DeletionWalk::pop() {
-    top().directory.close();
-    --depth_;
-    path_.resize(top().pathLength);
-    oldestOpen_ = std::max<std::size_t>(1, std::min(oldestOpen_, depth_ - 1));
+bool DeletionWalk::wantsHelp() {
+    if (crew_ == nullptr && rules_.concurrency.threads > 1 && !rules_.mayRemove &&
+        handledEntries_ > rules_.concurrency.afterEntries) {
+        ownCrew_ = std::make_unique<DeletionCrew>(rules_.concurrency.threads - 1);
+        crew_ = ownCrew_.get();
+    }
+    return crew_ != nullptr && crew_->wantsJobs();
 }
 
-int DeletionWalk::openChild(const char* name, DirectoryHandle& opened) {
-    int error = top().directory.openChild(name, opened);
-    while (isOutOfDescriptors(error) && releaseOldest()) {
-        error = top().directory.openChild(name, opened);
+/// Leaves the folder `name` of the top directory to whichever thread takes it.
+bool DeletionWalk::handOver(const char* name) {
+    DirectoryHandle parent;
+    if (top().directory.duplicate(parent) != 0) {
+        return false;
     }
-    return error;
-}
-
-/// Gives up the oldest open directory other than the top one; it is reached again by "..".
-bool DeletionWalk::releaseOldest() {
-    while (oldestOpen_ + 1 < depth_) {
-        Frame& frame = frames_[oldestOpen_++];
-        if (!frame.directory) {
-            continue;
-        }
-        // A reopened directory is read from its start, where kept entries would be met twice.
-        if (!frame.listingComplete) {
-            const int error = frame.directory.readEntries(frame.listing, SIZE_MAX, frame.listingComplete);
-            if (error != 0) {
-                frame.listingComplete = true;
-                frame.left = true;
-                recordFailure(pathOf(frame), error);
-            }
-        }
-        frame.directory.close();
-        return true;
+    auto& handedOver = top().handedOver;
+    // The oldest were taken first: few are ever on the list, however many folders there are.
+    while (!handedOver.empty() && handedOver.front()->isFinished()) {
+        absorb(*handedOver.front());
+        handedOver.erase(handedOver.begin());
     }
-    return false;
-}
-
-/// Makes sure that the folder around the top frame's directory is open: by "..", or, if somebody moved the
-/// directory away from under it, from the nearest open folder above.
-bool DeletionWalk::ensureParentOpen() {
-    Frame& parent = frames_[depth_ - 2];
-    if (parent.directory) {
-        return true;
-    }
-    DirectoryHandle opened;
-    if (top().directory && top().directory.openParent(opened) == 0 && opened.identity() == parent.identity) {
-        parent.directory = std::move(opened);
-        oldestOpen_ = std::min(oldestOpen_, depth_ - 2);
-        return true;
-    }
-    return reopenFromAbove(depth_ - 2);
-}
-
-bool DeletionWalk::reopenFromAbove(std::size_t index) {
-    std::size_t open = index;
-    while (open > 0 && !frames_[open].directory) {
-        --open;
-    }
-    DirectoryHandle current;
-    for (std::size_t i = open + 1; i <= index; ++i) {
-        const DirectoryHandle& above = i == open + 1 ? frames_[open].directory : current;
-        DirectoryHandle next;
-        if (above.openChild(nameOf(frames_[i]).c_str(), next) != 0 ||
-            next.identity() != frames_[i].identity) {
-            return false;
-        }
-        current = std::move(next);
-    }
-    frames_[index].directory = std::move(current);
-    oldestOpen_ = std::min(oldestOpen_, index);
+    std::string standardizedPath = standardizedPath_;
+    standardizedPath.append(stack_.pathBelowItem()).append("/").append(name);
+    handedOver.push_back(std::make_shared<DeletionSubtree>(rules_, *crew_, std::move(parent), name,
+                                                           stack_.pathOf(name), std::move(standardizedPath)));
+    crew_->offer(handedOver.back());
     return true;
 }
 
+/// Sees all that was handed over in the top directory to its end. What nobody has begun comes back, one
+/// folder at a time, for this thread to do.
+std::shared_ptr<DeletionSubtree> DeletionWalk::takeBack() {
+    auto& handedOver = top().handedOver;
+    while (!handedOver.empty()) {
+        std::shared_ptr<DeletionSubtree> subtree = std::move(handedOver.back());
+        handedOver.pop_back();
+        if (crew_->withdraw(*subtree)) {
+            if (!top().directory) {
+                continue; // Out of reach, and reported so.
+            }
+            return subtree;
+        }
+        crew_->await(*subtree, mayHelp_);
+        absorb(*subtree);
+    }
+    return nullptr;
+}
+
+void DeletionWalk::absorb(DeletionSubtree& subtree) {
+    Outcome& outcome = subtree.outcome();
+    outcome_.report.merge(std::move(outcome.report));
+    outcome_.removedCount += outcome.removedCount;
+    if (!outcome_.firstFailure) {
+        outcome_.firstFailure = std::move(outcome.firstFailure);
+    }
+    top().left = top().left || outcome.left;
+}
+
 bool DeletionWalk::mayRemove(const char* name) const {
-    return !rules_.mayRemove || rules_.mayRemove(pathOf(name));
-}
-
-std::string DeletionWalk::pathOf(const char* name) const {
-    if (depth_ == 1) {
-        return itemPath_;
-    }
-    const std::string_view last(name);
-    std::string path;
-    path.reserve(path_.size() + 1 + last.size());
-    path.append(path_).append(1, '/').append(last);
-    return path;
-}
-
-std::string DeletionWalk::pathOf(const Frame& frame) const {
-    return &frame == &frames_[1] ? itemPath_ : path_.substr(0, frame.pathLength);
-}
-
-std::string DeletionWalk::nameOf(const Frame& frame) const {
-    if (&frame == &frames_[1]) {
-        return itemName_;
-    }
-    return path_.substr(frame.nameOffset, frame.pathLength - frame.nameOffset);
+    return !rules_.mayRemove || rules_.mayRemove(stack_.pathOf(name));
 }
 
 void DeletionWalk::recordRemoved(const char* name) {
     ++outcome_.removedCount;
     if (rules_.shield != nullptr) {
-        outcome_.report.removed.push_back(pathOf(name));
+        outcome_.report.removed.push_back(stack_.pathOf(name));
     }
 }
 
 void DeletionWalk::recordPreserved(const char* name) {
-    outcome_.report.preserved.push_back(pathOf(name));
+    outcome_.report.preserved.push_back(stack_.pathOf(name));
     top().left = true;
 }
 
 void DeletionWalk::fail(const char* name, int error) {
-    recordFailure(pathOf(name), error);
+    recordFailure(stack_.pathOf(name), error);
     top().left = true;
 }
 

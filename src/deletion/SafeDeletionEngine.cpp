@@ -34,8 +34,11 @@ DeletionReport failureReport(std::string message) {
 } // namespace
 
 SafeDeletionEngine::SafeDeletionEngine(const FileSystem& fileManager, CredentialMatcher matcher,
-                                       DeletionPredicate mayRemove)
-    : fileManager_(&fileManager), matcher_(std::move(matcher)), mayRemove_(std::move(mayRemove)) {}
+                                       DeletionPredicate mayRemove, DeletionConcurrency concurrency)
+    : fileManager_(&fileManager),
+      matcher_(std::move(matcher)),
+      mayRemove_(std::move(mayRemove)),
+      concurrency_(concurrency) {}
 
 DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
                                               const DeletionOptions& options) const {
@@ -96,7 +99,8 @@ std::optional<std::string> SafeDeletionEngine::unsafeSymlinkAncestor(const std::
 
 DeletionReport SafeDeletionEngine::deleteWhole(const std::string& atPath, const std::string& standardized,
                                                DirectoryHandle parent) const {
-    DeletionWalk walk({.mayRemove = mayRemove_}, atPath, standardized, std::move(parent));
+    const DeletionWalk::Rules rules{.mayRemove = mayRemove_, .concurrency = concurrency_};
+    DeletionWalk walk(rules, atPath, standardized, std::move(parent));
     const DeletionWalk::Outcome outcome = walk.run();
     if (outcome.firstFailure) {
         std::string line = atPath + ": " + systemDescription(outcome.firstFailure->error);
@@ -117,9 +121,11 @@ DeletionReport SafeDeletionEngine::deletePreservingCredentials(const std::string
                                                                DirectoryHandle parent,
                                                                const DeletionOptions& options) const {
     const CredentialShield shield(matcher_, options.explicitCredentialPaths);
-    DeletionWalk walk(
-        {.shield = &shield, .preserveUnrecognized = options.preserveUnrecognized, .mayRemove = mayRemove_},
-        atPath, standardized, std::move(parent));
+    const DeletionWalk::Rules rules{.shield = &shield,
+                                    .preserveUnrecognized = options.preserveUnrecognized,
+                                    .mayRemove = mayRemove_,
+                                    .concurrency = concurrency_};
+    DeletionWalk walk(rules, atPath, standardized, std::move(parent));
     return walk.run().report;
 }
 

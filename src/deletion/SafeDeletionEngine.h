@@ -1,6 +1,7 @@
 #pragma once
 
 #include "deletion/CredentialMatcher.h"
+#include "deletion/DeletionConcurrency.h"
 #include "deletion/DeletionReport.h"
 #include "platform/DirectoryHandle.h"
 #include "platform/FileSystem.h"
@@ -38,7 +39,8 @@ public:
     using DeletionPredicate = std::function<bool(const std::string& path)>;
 
     explicit SafeDeletionEngine(const FileSystem& fileManager = FileSystem::shared(),
-                                CredentialMatcher matcher = {}, DeletionPredicate mayRemove = {});
+                                CredentialMatcher matcher = {}, DeletionPredicate mayRemove = {},
+                                DeletionConcurrency concurrency = DeletionConcurrency::ofThisMachine());
 
     /// Deletes the item at the absolute path `atPath`. A missing item gives an empty report.
     ///
@@ -62,6 +64,7 @@ private:
     const FileSystem* fileManager_;
     CredentialMatcher matcher_;
     DeletionPredicate mayRemove_;
+    DeletionConcurrency concurrency_;
 };
 
 } // namespace zentrill

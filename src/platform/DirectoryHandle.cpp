@@ -154,6 +154,12 @@ int DirectoryHandle::openParent(DirectoryHandle& opened) const {
     return opened.descriptor_ ? opened.rememberIdentity() : errno;
 }
 
+int DirectoryHandle::duplicate(DirectoryHandle& copy) const {
+    copy.descriptor_ = FileDescriptor(::fcntl(descriptor_.get(), F_DUPFD_CLOEXEC, 0));
+    copy.identity_ = identity_;
+    return errorOf(copy.descriptor_.get());
+}
+
 int DirectoryHandle::lookUp(const char* name, EntryKind& kind, FileIdentity& identity) const {
     struct stat status{};
     if (uninterrupted([&] { return ::fstatat(descriptor_.get(), name, &status, AT_SYMLINK_NOFOLLOW); }) !=

@@ -47,6 +47,9 @@ public:
     /// Opens whatever "..", the folder above, is by now; the caller compares its identity.
     [[nodiscard]] int openParent(DirectoryHandle& opened) const;
 
+    /// Makes `copy` a second handle on the same directory.
+    [[nodiscard]] int duplicate(DirectoryHandle& copy) const;
+
     [[nodiscard]] int lookUp(const char* name, EntryKind& kind, FileIdentity& identity) const;
 
     /// Where the link `name` points, as it is written there; nothing if it is no link.

@@ -100,9 +100,11 @@ private:
     }
 
     void erase() {
-        const SafeDeletionEngine engine(FileSystem::shared(), {}, [this](const std::string& path) {
-            return !refused_.contains(asOnDisk(path));
-        });
+        SafeDeletionEngine::DeletionPredicate mayRemove;
+        if (!refused_.empty()) { // With a predicate nothing is spread over threads.
+            mayRemove = [this](const std::string& path) { return !refused_.contains(asOnDisk(path)); };
+        }
+        const SafeDeletionEngine engine(FileSystem::shared(), {}, mayRemove);
         report_ = engine.deleteItem(given_, options_);
         std::vector<std::pair<std::string, mode_t>> modes;
         // A folder comes before its contents in the order of paths.
