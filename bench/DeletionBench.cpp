@@ -19,9 +19,12 @@ using namespace zentrill;
 
 /// What the program does when it runs itself, so that both sides of a comparison are processes.
 int deleteOnce(std::string_view how, const std::string& path) {
-    const DeletionOptions options{.preserveCredentials = how != "whole",
+    const DeletionOptions options{.preserveCredentials = how == "shield" || how == "keep",
                                   .preserveUnrecognized = how == "keep"};
-    const DeletionReport report = SafeDeletionEngine().deleteItem(path, options);
+    const DeletionConcurrency concurrency =
+        how == "alone" ? DeletionConcurrency{} : DeletionConcurrency::ofThisMachine();
+    const SafeDeletionEngine engine(FileSystem::shared(), {}, {}, concurrency);
+    const DeletionReport report = engine.deleteItem(path, options);
     return report.succeeded() && (how == "keep") == report.removed.empty() ? 0 : 1;
 }
 
@@ -68,6 +71,18 @@ public:
                         .prepareTheirs = [=] { makeTree(base + "/theirs", 400, 500); },
                         .ours = [=, this] { return ourselves("shield", base + "/ours"); },
                         .theirs = [=, this] { return ourselves("whole", base + "/theirs"); }});
+    }
+
+    /// Whether it pays to take the machine's other processors.
+    void threadsAgainstOne(const std::string& name, const std::string& base, int pairs) const {
+        bench::compare({.name = name,
+                        .peer = "ours on one thread",
+                        .target = 1.0,
+                        .pairs = pairs,
+                        .prepareOurs = [=] { makeTree(base + "/ours", 400, 500); },
+                        .prepareTheirs = [=] { makeTree(base + "/theirs", 400, 500); },
+                        .ours = [=, this] { return ourselves("whole", base + "/ours"); },
+                        .theirs = [=, this] { return ourselves("alone", base + "/theirs"); }});
     }
 
     void keepingAgainstFind(const std::string& base) const {
@@ -117,6 +132,8 @@ int main(int argc, char** argv) {
     bench.againstRm("deletion.one-folder-400k-memory", memory, 1, 400000, 5);
     bench.shieldAgainstNone(memory);
     bench.keepingAgainstFind(memory);
+    bench.threadsAgainstOne("deletion.threads-memory", memory, 5);
+    bench.threadsAgainstOne("deletion.threads-disk", disk, 3);
     bench.againstRm("deletion.tree-200k-disk", disk, 400, 500, 5);
     bench.againstRm("deletion.one-folder-400k-disk", disk, 1, 400000, 3);
     ::rmdir(memory.c_str());
