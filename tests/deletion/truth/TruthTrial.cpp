@@ -85,6 +85,7 @@ private:
         if (random_.percent(20)) {
             refused_.insert(random_.pick(tree.items()));
         }
+        concurrency_ = {.threads = 1 + random_.below(4), .afterEntries = random_.below(20)};
         given_ = item_;
         if (random_.percent(30)) {
             static const std::vector<std::string> suffixes{"/", "//", "/.", "/x/.."};
@@ -104,7 +105,7 @@ private:
         if (!refused_.empty()) { // With a predicate nothing is spread over threads.
             mayRemove = [this](const std::string& path) { return !refused_.contains(asOnDisk(path)); };
         }
-        const SafeDeletionEngine engine(FileSystem::shared(), {}, mayRemove);
+        const SafeDeletionEngine engine(FileSystem::shared(), {}, mayRemove, concurrency_);
         report_ = engine.deleteItem(given_, options_);
         std::vector<std::pair<std::string, mode_t>> modes;
         // A folder comes before its contents in the order of paths.
@@ -292,7 +293,8 @@ private:
     [[nodiscard]] std::string describe() const {
         std::ostringstream text;
         text << "item " << given_ << (options_.preserveCredentials ? ", shield" : "")
-             << (options_.preserveUnrecognized ? ", keeping uncertain data" : "") << "\n";
+             << (options_.preserveUnrecognized ? ", keeping uncertain data" : "") << ", "
+             << concurrency_.threads << " threads after " << concurrency_.afterEntries << " entries\n";
         for (const std::string& path : report_.removed) {
             text << "  removed " << path << "\n";
         }
@@ -316,6 +318,7 @@ private:
     std::string item_;
     std::string given_;
     DeletionOptions options_;
+    DeletionConcurrency concurrency_;
     std::set<std::string> refused_;
     std::set<std::string> sealed_;
     DiskSnapshot before_;
