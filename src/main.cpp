@@ -8,6 +8,7 @@
 #include "platform/HomeDirectory.h"
 #include "process/ShellCommandRunner.h"
 #include "ui/ContentView.h"
+#include "ui/Typography.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
@@ -48,7 +49,8 @@ void keepQtFromWritingFiles() {
         qputenv("DBUS_SESSION_BUS_ADDRESS",
                 "disabled:"); // Otherwise a bus is launched, which writes ~/.dbus.
     }
-    qputenv("QML_DISABLE_DISK_CACHE", "1");
+    // The views are compiled ahead. Were the cache disabled, they would be compiled again at every start.
+    qputenv("QML_DISK_CACHE_PATH", "/dev/null");
     qputenv("QT_QPA_PLATFORMTHEME", "generic");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication::setDesktopSettingsAware(false);
@@ -61,6 +63,7 @@ int main(int argc, char* argv[]) {
     const auto commandRunner = std::make_shared<ShellCommandRunner>();
     keepQtFromWritingFiles();
     const QGuiApplication application(argc, argv);
+    QGuiApplication::setFont(Typography().body());
     QGuiApplication::setApplicationName(QStringLiteral("Zentrill"));
     QGuiApplication::setApplicationVersion(QStringLiteral(ZENTRILL_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.user.Zentrill"));

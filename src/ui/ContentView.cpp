@@ -5,6 +5,9 @@
 #include "ui/IconProvider.h"
 #include "ui/WarmPalette.h"
 
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QtQml/qqmlextensionplugin.h>
 
@@ -26,13 +29,18 @@ ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
     setColor(WarmPalette().canvas);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine()->addImageProvider(QStringLiteral("icon"), new IconProvider);
+    const QUrl source(QStringLiteral("qrc:/qt/qml/Zentrill/ContentView.qml"));
+    // The engine's own thread loads the types of the views while this one has the list of fonts read, which
+    // the first text would otherwise wait for.
+    const QQmlComponent early(engine(), source, QQmlComponent::Asynchronous);
+    static_cast<void>(QFontMetricsF(QGuiApplication::font()).height());
     connect(this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown,
             Qt::QueuedConnection);
     connect(state_.get(), &ContentViewState::windowShownChanged, this, [this] {
         disconnect(this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown);
     });
     setInitialProperties({{QStringLiteral("state_"), QVariant::fromValue(state_.get())}});
-    setSource(QUrl(QStringLiteral("qrc:/qt/qml/Zentrill/ContentView.qml")));
+    setSource(source);
 }
 
 ContentView::~ContentView() {

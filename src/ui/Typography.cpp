@@ -1,19 +1,13 @@
 #include "ui/Typography.h"
 
 #include <QFontDatabase>
-#include <QStringList>
 
 namespace zentrill {
 
 Typography::Typography(QObject* parent)
     : QObject(parent),
-      family_(QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()),
-      monospacedFamily_(QFontDatabase::systemFont(QFontDatabase::FixedFont).family()) {
-    const QString inter = QStringLiteral("Inter");
-    if (QFontDatabase::hasFamily(inter)) {
-        family_ = inter;
-    }
-}
+      families_{QStringLiteral("Inter"), QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()},
+      monospacedFamily_(QFontDatabase::systemFont(QFontDatabase::FixedFont).family()) {}
 
 QFont Typography::overline() const {
     QFont font = text(10, QFont::DemiBold);
@@ -22,7 +16,7 @@ QFont Typography::overline() const {
 }
 
 QFont Typography::text(int pixelSize, QFont::Weight weight) const {
-    QFont font(family_);
+    QFont font(families_);
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
     return font;

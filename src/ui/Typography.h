@@ -2,6 +2,8 @@
 
 #include <QFont>
 #include <QObject>
+#include <QString>
+#include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
 namespace zentrill {
@@ -69,7 +71,7 @@ private:
     [[nodiscard]] QFont text(int pixelSize, QFont::Weight weight) const;
     [[nodiscard]] QFont monospaced(int pixelSize, QFont::Weight weight) const;
 
-    QString family_;
+    QStringList families_;
     QString monospacedFamily_;
 };
 

@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QPA_PLATFORMTHEME", "generic");
     qputenv("QT_QUICK_BACKEND", "software");
-    qputenv("QML_DISABLE_DISK_CACHE", "1");
+    qputenv("QML_DISK_CACHE_PATH", "/dev/null");
     const zentrill::test::TemporaryHome home;
     const QGuiApplication application(argc, argv);
     return RUN_ALL_TESTS();
