@@ -2,7 +2,6 @@
 
 #include "controller/UninstallerViewModel.h"
 #include "ui/ContentViewState.h"
-#include "ui/IconProvider.h"
 #include "ui/WarmPalette.h"
 
 #include <QFontMetricsF>
@@ -28,7 +27,6 @@ ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
     setMinimumSize(minimumContentSize);
     setColor(WarmPalette().canvas);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine()->addImageProvider(QStringLiteral("icon"), new IconProvider);
     const QUrl source(QStringLiteral("qrc:/qt/qml/Zentrill/ContentView.qml"));
     // The engine's own thread loads the types of the views while this one has the list of fonts read, which
     // the first text would otherwise wait for.

@@ -3,6 +3,7 @@
 #include "UiFixture.h"
 #include "ui/ContentViewState.h"
 #include "ui/ManualCodeTextView.h"
+#include "ui/Pressable.h"
 
 #include <QAccessible>
 #include <QGuiApplication>
@@ -118,10 +119,15 @@ protected:
         }
     }
 
+    /// The program's own buttons, and the toolkit's: the rows of the applications and the switch.
+    [[nodiscard]] static bool isButton(const QQuickItem& item) {
+        return qobject_cast<const Pressable*>(&item) != nullptr || item.inherits("QQuickAbstractButton");
+    }
+
     [[nodiscard]] std::vector<QQuickItem*> buttons() const {
         std::vector<QQuickItem*> items;
         collect(view_->contentItem(), items);
-        std::erase_if(items, [](const QQuickItem* item) { return !item->inherits("QQuickAbstractButton"); });
+        std::erase_if(items, [](const QQuickItem* item) { return !isButton(*item); });
         return items;
     }
 

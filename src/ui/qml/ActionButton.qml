@@ -1,15 +1,16 @@
 import QtQuick
-import QtQuick.Templates as T
 import Zentrill
 
 // A push button: "quiet" on a faint plate, "primary", "copper" and "destructive" filled, "danger" on a tinted
 // plate.
-T.Button {
+Pressable {
     id: control
 
     property string kind: "quiet"
     property string iconName
     property real iconSize: 13
+    property real sidePadding: 12
+    property font font: Typography.control
     property bool spinning: false
     property string tip
 
@@ -19,79 +20,67 @@ T.Button {
                                   : kind === "danger" || kind === "destructive" ? WarmPalette.danger : WarmPalette.paper
     readonly property color ink: filled ? WarmPalette.canvas : enabled ? accent : WarmPalette.tertiary
 
-    implicitWidth: Math.ceil(implicitContentWidth + leftPadding + rightPadding)
+    implicitWidth: Math.ceil(line.implicitWidth + 2 * sidePadding)
     implicitHeight: 30
-    leftPadding: 12
-    rightPadding: 12
-    font: Typography.control
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
     opacity: enabled || filled ? 1 : 0.55
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.pressed: down
+    Accessible.onPressAction: click()
 
-    Keys.onReturnPressed: if (enabled) clicked()
-    Keys.onEnterPressed: if (enabled) clicked()
-
-    contentItem: Item {
-        implicitWidth: line.implicitWidth
-        implicitHeight: line.implicitHeight
-
-        Row {
-            id: line
-
-            anchors.centerIn: parent
-            spacing: 7
-
-            BusySpinner {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: control.spinning
-                running: control.spinning
-                tint: control.ink
-            }
-
-            Icon {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: !control.spinning && control.iconName !== ""
-                name: control.iconName
-                size: control.iconSize
-                tint: control.ink
-            }
-
-            Text {
-                anchors.verticalCenter: parent.verticalCenter
-                text: control.text
-                textFormat: Text.PlainText
-                font: control.font
-                color: control.ink
-            }
-        }
-    }
-
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: 7
         color: control.filled ? (control.enabled ? control.accent : WarmPalette.tertiary)
              : WarmPalette.faint(control.accent, control.kind === "danger" ? 0.1 : 0.08)
         border.width: control.filled ? 0 : 1
         border.color: WarmPalette.faint(control.accent, 0.35)
+    }
 
-        // Lightens under the pointer, darkens under the finger.
-        Rectangle {
-            anchors.fill: parent
-            radius: parent.radius
-            visible: control.enabled && (control.hovered || control.down)
-            color: control.down ? WarmPalette.faint(WarmPalette.canvas, 0.25) : WarmPalette.faint(WarmPalette.paper, 0.1)
+    // Lightens under the pointer, darkens under the finger.
+    Rectangle {
+        anchors.fill: parent
+        radius: 7
+        visible: control.enabled && (control.hovered || control.down)
+        color: control.down ? WarmPalette.faint(WarmPalette.canvas, 0.25) : WarmPalette.faint(WarmPalette.paper, 0.1)
+    }
+
+    FocusRing {
+        visible: control.visualFocus
+    }
+
+    Row {
+        id: line
+
+        anchors.centerIn: parent
+        spacing: 7
+
+        BusySpinner {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: control.spinning
+            running: control.spinning
+            tint: control.ink
         }
 
-        FocusRing {
-            visible: control.visualFocus
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: !control.spinning && control.iconName !== ""
+            name: control.iconName
+            size: control.iconSize
+            tint: control.ink
+        }
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: control.text
+            textFormat: Text.PlainText
+            font: control.font
+            color: control.ink
         }
     }
 
-    Loader {
-        anchors.fill: parent
-        active: control.hovered && control.tip !== ""
-        sourceComponent: HoverTip {
-            visible: true
-            text: control.tip
-        }
+    TipLoader {
+        text: control.tip
+        wanted: control.hovered && control.tip !== ""
     }
 }

@@ -58,8 +58,7 @@ Rectangle {
         anchors.rightMargin: 20
         anchors.verticalCenter: parent.verticalCenter
         implicitHeight: 34
-        leftPadding: 16
-        rightPadding: 16
+        sidePadding: 16
         kind: "primary"
         text: qsTr("Uninstall Selected")
         enabled: footer.state_.canUninstall

@@ -108,7 +108,6 @@ FocusScope {
             iconSize: 11
             text: qsTr("Stop")
             enabled: row.actionsEnabled
-            focusPolicy: row.current ? Qt.StrongFocus : Qt.ClickFocus
             activeFocusOnTab: row.current
             Accessible.name: qsTr("Stop %1").arg(row.name)
             onClicked: row.stopRequested()
@@ -122,7 +121,6 @@ FocusScope {
             iconSize: 12
             text: qsTr("Delete")
             enabled: row.actionsEnabled
-            focusPolicy: row.current ? Qt.StrongFocus : Qt.ClickFocus
             activeFocusOnTab: row.current
             Accessible.name: qsTr("Delete %1").arg(row.name)
             onClicked: row.deleteRequested()

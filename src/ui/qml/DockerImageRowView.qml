@@ -104,7 +104,6 @@ FocusScope {
         text: qsTr("Remove")
         tip: qsTr("Remove this exact image ID without force.")
         enabled: row.actionsEnabled
-        focusPolicy: row.current ? Qt.StrongFocus : Qt.ClickFocus
         activeFocusOnTab: row.current
         Accessible.name: qsTr("Remove %1").arg(row.title)
         onClicked: row.removeRequested()

@@ -16,12 +16,8 @@ Text {
         enabled: line.truncated
     }
 
-    Loader {
-        active: hover.hovered && line.truncated
-        sourceComponent: HoverTip {
-            parent: line
-            visible: hover.hovered
-            text: line.text
-        }
+    TipLoader {
+        text: line.text
+        wanted: hover.hovered && line.truncated
     }
 }

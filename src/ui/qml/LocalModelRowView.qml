@@ -104,7 +104,6 @@ FocusScope {
         iconSize: 12
         text: qsTr("Delete")
         enabled: row.deletable
-        focusPolicy: row.current ? Qt.StrongFocus : Qt.ClickFocus
         activeFocusOnTab: row.current
         Accessible.name: qsTr("Delete %1").arg(row.name)
         onClicked: row.deleteRequested()

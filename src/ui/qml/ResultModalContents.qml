@@ -148,8 +148,7 @@ ModalCard {
         ActionButton {
             anchors.right: parent.right
             implicitHeight: 32
-            leftPadding: 22
-            rightPadding: 22
+            sidePadding: 22
             kind: "primary"
             focus: true
             text: qsTr("OK")

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Zentrill
 
 Rectangle {
@@ -100,7 +99,7 @@ Rectangle {
         }
     }
 
-    T.AbstractButton {
+    Pressable {
         id: selfUninstall
 
         anchors.left: parent.left
@@ -108,50 +107,48 @@ Rectangle {
         anchors.bottom: parent.bottom
         anchors.margins: 12
         implicitHeight: 36
-        leftPadding: 12
-        hoverEnabled: true
-        focusPolicy: Qt.StrongFocus
         text: qsTr("Uninstall Zentrill")
         enabled: sidebar.state_.acceptsRequests
         opacity: enabled ? 1 : 0.6
         onClicked: sidebar.state_.requestSelfUninstall()
-        Keys.onReturnPressed: if (enabled) clicked()
+        Accessible.role: Accessible.Button
+        Accessible.name: text
+        Accessible.pressed: down
+        Accessible.onPressAction: click()
 
-        background: Item {
-            Rectangle {
-                anchors.fill: parent
-                anchors.margins: 0.5
-                radius: 8
-                color: WarmPalette.faint(WarmPalette.danger, selfUninstall.down ? 0.16 : selfUninstall.hovered && selfUninstall.enabled ? 0.12 : 0.07)
-                border.width: 1
-                border.color: WarmPalette.faint(WarmPalette.danger, 0.4)
-            }
-
-            FocusRing {
-                around: 8
-                visible: selfUninstall.visualFocus
-            }
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: 0.5
+            radius: 8
+            color: WarmPalette.faint(WarmPalette.danger, selfUninstall.down ? 0.16 : selfUninstall.hovered ? 0.12 : 0.07)
+            border.width: 1
+            border.color: WarmPalette.faint(WarmPalette.danger, 0.4)
         }
 
-        contentItem: Item {
-            Icon {
-                id: bin
+        FocusRing {
+            around: 8
+            visible: selfUninstall.visualFocus
+        }
 
-                anchors.verticalCenter: parent.verticalCenter
-                name: "trash.slash.fill"
-                size: 16
-                tint: WarmPalette.danger
-            }
+        Icon {
+            id: bin
 
-            Text {
-                anchors.left: bin.right
-                anchors.leftMargin: 11
-                anchors.verticalCenter: parent.verticalCenter
-                text: selfUninstall.text
-                textFormat: Text.PlainText
-                font: Typography.control
-                color: WarmPalette.danger
-            }
+            anchors.left: parent.left
+            anchors.leftMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            name: "trash.slash.fill"
+            size: 16
+            tint: WarmPalette.danger
+        }
+
+        Text {
+            anchors.left: bin.right
+            anchors.leftMargin: 11
+            anchors.verticalCenter: parent.verticalCenter
+            text: selfUninstall.text
+            textFormat: Text.PlainText
+            font: Typography.control
+            color: WarmPalette.danger
         }
     }
 }

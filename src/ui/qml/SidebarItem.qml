@@ -1,8 +1,7 @@
 import QtQuick
-import QtQuick.Templates as T
 import Zentrill
 
-T.AbstractButton {
+Pressable {
     id: item
 
     required property string title
@@ -10,19 +9,16 @@ T.AbstractButton {
     required property bool isSelected
 
     implicitHeight: 36
-    leftPadding: 12
-    rightPadding: 12
     text: title
-    hoverEnabled: true
-    focusPolicy: isSelected ? Qt.StrongFocus : Qt.ClickFocus
     activeFocusOnTab: isSelected
     Accessible.role: Accessible.PageTab
     Accessible.name: title
     Accessible.selectable: true
     Accessible.selected: isSelected
-    Accessible.onPressAction: if (enabled) clicked()
+    Accessible.onPressAction: click()
 
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: 8
         color: item.isSelected ? WarmPalette.selected : item.hovered ? WarmPalette.row : "transparent"
 
@@ -32,26 +28,27 @@ T.AbstractButton {
         }
     }
 
-    contentItem: Item {
-        Icon {
-            id: glyph
+    Icon {
+        id: glyph
 
-            anchors.verticalCenter: parent.verticalCenter
-            name: item.iconName
-            size: 17
-            tint: item.isSelected ? WarmPalette.copper : WarmPalette.tertiary
-        }
+        anchors.left: parent.left
+        anchors.leftMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        name: item.iconName
+        size: 17
+        tint: item.isSelected ? WarmPalette.copper : WarmPalette.tertiary
+    }
 
-        Text {
-            anchors.left: glyph.right
-            anchors.leftMargin: 11
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            text: item.title
-            textFormat: Text.PlainText
-            font: Typography.control
-            elide: Text.ElideRight
-            color: item.isSelected ? WarmPalette.paper : WarmPalette.secondary
-        }
+    Text {
+        anchors.left: glyph.right
+        anchors.leftMargin: 11
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        text: item.title
+        textFormat: Text.PlainText
+        font: Typography.control
+        elide: Text.ElideRight
+        color: item.isSelected ? WarmPalette.paper : WarmPalette.secondary
     }
 }

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QQuickItem>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+namespace zentrill {
+
+/// What every push button is made of: a surface that a click, Space, Return or Enter presses, that knows
+/// whether the pointer is over it and whether the keyboard led to it. How it looks is up to who draws on it.
+/// It is lighter than a control of the toolkit's own, which would be loaded before the first frame.
+class Pressable : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged FINAL)
+    Q_PROPERTY(bool hovered READ hovered NOTIFY hoveredChanged FINAL)
+    /// Whether letting go now would press it.
+    Q_PROPERTY(bool down READ down NOTIFY downChanged FINAL)
+    /// Whether it has the focus by way of the keyboard, so that the focus is worth marking.
+    Q_PROPERTY(bool visualFocus READ visualFocus NOTIFY visualFocusChanged FINAL)
+
+public:
+    explicit Pressable(QQuickItem* parent = nullptr);
+
+    [[nodiscard]] QString text() const { return text_; }
+
+    void setText(const QString& text);
+
+    [[nodiscard]] bool hovered() const { return hovered_; }
+
+    [[nodiscard]] bool down() const { return down_; }
+
+    [[nodiscard]] bool visualFocus() const { return visualFocus_; }
+
+    /// Presses it, unless it is disabled: the way of assistive tools.
+    Q_INVOKABLE void click();
+
+Q_SIGNALS:
+    void textChanged();
+    void hoveredChanged();
+    void downChanged();
+    void visualFocusChanged();
+    void clicked();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseUngrabEvent() override;
+    void hoverEnterEvent(QHoverEvent* event) override;
+    void hoverLeaveEvent(QHoverEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+
+private:
+    void setHovered(bool hovered);
+    void setDown(bool down);
+    void setVisualFocus(bool visualFocus);
+
+    QString text_;
+    bool hovered_ = false;
+    bool down_ = false;
+    bool visualFocus_ = false;
+    /// Space went down here: only then does its release press.
+    bool spaceHeld_ = false;
+};
+
+} // namespace zentrill
