@@ -76,7 +76,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, Math.max(110, header.width - 40 - subtitle.implicitWidth - cancel.width - 14 - 40))
             text: header.state_.controller.operationDescription
-            font: Typography.detail
+            font: Typography.body
             color: WarmPalette.secondary
             Accessible.role: Accessible.StaticText
             Accessible.name: text
