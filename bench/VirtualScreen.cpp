@@ -61,13 +61,16 @@ VirtualScreen::VirtualScreen() {
         ::_exit(127);
     }
     ::close(number[1]);
-    std::array<char, 16> text{};
-    const ssize_t length = ::read(number[0], text.data(), text.size() - 1);
-    ::close(number[0]);
-    if (length <= 0) {
-        fail("Xvfb did not start");
+    // The whole line: the server gives up when its newline finds nobody who reads it.
+    std::string text;
+    for (char character = 0; character != '\n';) {
+        if (::read(number[0], &character, 1) != 1) {
+            fail("Xvfb did not start");
+        }
+        text += character;
     }
-    display_.append(1, ':').append(std::to_string(std::atoi(text.data())));
+    ::close(number[0]);
+    display_.append(1, ':').append(std::to_string(std::atoi(text.c_str())));
 
     const std::string file = folder_ + "/Xvfb_screen0";
     const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
