@@ -236,6 +236,42 @@ TEST_F(ContentViewTest, saysTheStateOfAnApplication) {
     EXPECT_NE(find("Safety Shield, retains recognized credentials and uncertain data when on"), nullptr);
 }
 
+TEST_F(ContentViewTest, letsAnAssistiveToolPressTabsAndButtons) {
+    QAccessibleInterface* const tab = find("Activity Console");
+    ASSERT_NE(tab, nullptr);
+    EXPECT_EQ(tab->role(), QAccessible::PageTab);
+    EXPECT_FALSE(tab->state().selected);
+    ASSERT_NE(tab->actionInterface(), nullptr);
+    tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(state().selectedTab(), QStringLiteral("console"));
+    EXPECT_TRUE(tab->state().selected);
+
+    QAccessibleInterface* const uninstall = find("Uninstall Zentrill");
+    ASSERT_NE(uninstall, nullptr);
+    EXPECT_EQ(uninstall->role(), QAccessible::Button);
+    EXPECT_TRUE(uninstall->state().focusable);
+    ASSERT_NE(uninstall->actionInterface(), nullptr);
+    EXPECT_TRUE(
+        uninstall->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
+    uninstall->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(state().confirmation()->isPending());
+    // Below the modal that it opened it takes no further press, which would bring a new code.
+    const QString code = state().confirmation()->confirmationCode();
+    uninstall->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(state().confirmation()->confirmationCode(), code);
+    state().confirmation()->dismissModal();
+}
+
+TEST_F(ContentViewTest, movesBetweenTheTabsWithTheArrowKeys) {
+    button("Applications")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Down);
+    EXPECT_EQ(state().selectedTab(), QStringLiteral("models"));
+    EXPECT_TRUE(button("Local Models")->hasActiveFocus());
+    press(Qt::Key_Up);
+    EXPECT_EQ(state().selectedTab(), QStringLiteral("apps"));
+    EXPECT_TRUE(button("Applications")->property("visualFocus").toBool());
+}
+
 TEST_F(ContentViewTest, disablesEverythingUnderneathAModal) {
     const std::vector<QQuickItem*> underneath = buttons();
     ASSERT_GE(underneath.size(), 7U);

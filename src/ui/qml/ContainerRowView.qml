@@ -108,7 +108,7 @@ FocusScope {
             iconSize: 11
             text: qsTr("Stop")
             enabled: row.actionsEnabled
-            activeFocusOnTab: row.current
+            activeFocusOnTab: row.current || activeFocus
             Accessible.name: qsTr("Stop %1").arg(row.name)
             onClicked: row.stopRequested()
         }
@@ -121,7 +121,7 @@ FocusScope {
             iconSize: 12
             text: qsTr("Delete")
             enabled: row.actionsEnabled
-            activeFocusOnTab: row.current
+            activeFocusOnTab: row.current || activeFocus
             Accessible.name: qsTr("Delete %1").arg(row.name)
             onClicked: row.deleteRequested()
         }

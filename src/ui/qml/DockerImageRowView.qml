@@ -104,7 +104,7 @@ FocusScope {
         text: qsTr("Remove")
         tip: qsTr("Remove this exact image ID without force.")
         enabled: row.actionsEnabled
-        activeFocusOnTab: row.current
+        activeFocusOnTab: row.current || activeFocus
         Accessible.name: qsTr("Remove %1").arg(row.title)
         onClicked: row.removeRequested()
     }

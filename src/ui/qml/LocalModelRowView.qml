@@ -104,7 +104,7 @@ FocusScope {
         iconSize: 12
         text: qsTr("Delete")
         enabled: row.deletable
-        activeFocusOnTab: row.current
+        activeFocusOnTab: row.current || activeFocus
         Accessible.name: qsTr("Delete %1").arg(row.name)
         onClicked: row.deleteRequested()
     }

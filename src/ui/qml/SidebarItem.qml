@@ -10,7 +10,8 @@ Pressable {
 
     implicitHeight: 36
     text: title
-    activeFocusOnTab: isSelected
+    // What has the focus cannot cease to be a tab stop.
+    activeFocusOnTab: isSelected || activeFocus
     Accessible.role: Accessible.PageTab
     Accessible.name: title
     Accessible.selectable: true
