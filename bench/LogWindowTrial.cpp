@@ -26,8 +26,8 @@ namespace {
 double kilobytesLine(const char* file, const std::string& name) {
     std::ifstream stream(std::string("/proc/self/") + file);
     for (std::string line; std::getline(stream, line);) {
-        if (line.rfind(name, 0) == 0) {
-            return std::atof(line.c_str() + name.size()) * 1024;
+        if (line.starts_with(name)) {
+            return std::strtod(line.c_str() + name.size(), nullptr) * 1024;
         }
     }
     std::fprintf(stderr, "bench_log: no %s in %s\n", name.c_str(), file);

@@ -42,7 +42,7 @@ void BusyWheel::paint(QPainter* painter) {
     painter->translate(width() / 2, height() / 2);
     painter->rotate(turned_ * 360.0 / spokes);
     for (int spoke = 0; spoke < spokes; ++spoke) {
-        painter->setOpacity(0.15 + 0.85 * spoke / (spokes - 1));
+        painter->setOpacity(0.15 + (0.85 * spoke / (spokes - 1)));
         painter->drawRoundedRect(QRectF(-spokeWidth / 2, -height() / 2, spokeWidth, spokeLength),
                                  spokeWidth / 2, spokeWidth / 2);
         painter->rotate(360.0 / spokes);
