@@ -1,6 +1,7 @@
 #include "ui/ContentView.h"
 
 #include "controller/UninstallerViewModel.h"
+#include "ui/ButtonAccessible.h"
 #include "ui/ContentViewState.h"
 #include "ui/WarmPalette.h"
 
@@ -23,6 +24,7 @@ constexpr QSize minimumContentSize{900, 650};
 
 ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
     : controller_(std::move(controller)), state_(std::make_unique<ContentViewState>(*controller_)) {
+    QAccessible::installFactory(&ButtonAccessible::make);
     setResizeMode(QQuickView::SizeRootObjectToView);
     setMinimumSize(minimumContentSize);
     setColor(WarmPalette().canvas);

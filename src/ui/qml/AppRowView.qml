@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Zentrill
 
 // One catalog tool. The whole row is the check box.
-T.AbstractButton {
+T.CheckBox {
     id: row
 
     required property int index
@@ -32,6 +32,9 @@ T.AbstractButton {
     leftPadding: 14
     rightPadding: 18
     text: displayName
+    checked: isSelected
+    // A press asks for the selection; the row shows what came of it.
+    nextCheckState: () => checkState
 
     onClicked: {
         list.takeFocus(index);
@@ -40,15 +43,12 @@ T.AbstractButton {
     Keys.onSpacePressed: if (isDetected) toggleSelection()
     Keys.onReturnPressed: if (isDetected) toggleSelection()
 
-    Accessible.role: Accessible.CheckBox
     Accessible.name: displayName
     Accessible.description: description + ". " + origin + ". " + statusText + ". " + (isSelected ? qsTr("Selected") : qsTr("Not selected"))
-    Accessible.checkable: isDetected
-    Accessible.checked: isSelected
-    Accessible.focusable: true
-    Accessible.focused: row.activeFocus
-    Accessible.onToggleAction: if (enabled) toggleSelection()
-    Accessible.onPressAction: if (enabled) toggleSelection()
+
+    // A row that waits to be used again must not be found by an assistive tool.
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
 
     background: RowPlate {
         hovered: row.hovered && row.isDetected

@@ -21,6 +21,10 @@ Item {
     Accessible.role: Accessible.ListItem
     Accessible.name: entry
 
+    // A row that waits to be used again must not be found by an assistive tool.
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
+
     Text {
         y: 2
         text: row.mark

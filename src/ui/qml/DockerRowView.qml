@@ -27,6 +27,10 @@ Loader {
                    : kind === "heading" ? heading : kind === "warning" ? warning
                    : kind === "empty" ? empty : notice
 
+    // A row that waits to be used again must not be found by an assistive tool.
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
+
     Component {
         id: heading
 

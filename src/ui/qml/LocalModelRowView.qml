@@ -24,6 +24,10 @@ FocusScope {
     Accessible.focusable: true
     Accessible.focused: activeFocus
 
+    // A row that waits to be used again must not be found by an assistive tool.
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
+
     HoverHandler {
         id: hover
     }
