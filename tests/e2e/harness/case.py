@@ -1,0 +1,142 @@
+"""What every case begins with."""
+
+import re
+import unittest
+
+from . import tree
+from .cage import Cage
+from .program import Program
+from .screen_reader import ScreenReader
+from .session import Session
+
+PANES = {"apps": "Applications", "models": "Local Models", "docker": "Docker", "console": "Activity Console"}
+_CODE = re.compile(r"^[0-9]{8}$")
+_LOG_TIME = re.compile(r"^\[\d\d:\d\d:\d\d\] ")
+
+
+class Case(unittest.TestCase):
+    """A home folder of its own in a cage; the program is started with `start()` and has to be ended by the case
+    itself, with `close()` where nothing else ends it."""
+
+    longMessage = True
+    maxDiff = None
+
+    def setUp(self):
+        self.session = Session.shared()
+        self.display = self.session.display
+        self.cage = Cage()
+        self.addCleanup(self.cage.remove)
+        self.home = self.cage.home
+        self.program = None
+        self.screen = None
+
+    # The program
+
+    def start(self, **options):
+        """Starts the program and waits until its first scan is published."""
+        self.launch(**options)
+        self.wait_idle()
+
+    def launch(self, **options):
+        """Starts the program and waits for its window."""
+        self.program = Program(self.session, self.cage, **options)
+        self.addCleanup(self._say_errors)
+        self.addCleanup(self.program.kill)
+        self.screen = ScreenReader()
+        self.screen.wait("frame", states=["active"])
+
+    def wait_idle(self):
+        """Until nothing runs."""
+        self.screen.until(lambda: self.screen.find("push button", "Scan System") is not None
+                          and self.screen.find("push button", "Cancel") is None, "an idle program")
+
+    def close(self):
+        """Closes the window and checks that the program ended well."""
+        self.display.close_window()
+        self.expect_end()
+
+    def expect_end(self, status=0, seconds=60):
+        """Waits for the program's end and checks how it ended."""
+        self.assertEqual(self.program.wait(seconds), status, f"exit status; it said: {self.program.errors()}")
+        self.assertEqual(self.program.errors(), "", "what the program wrote to standard error")
+        self.assertEqual(self.program.processes_left(), [], "processes that the program left behind")
+
+    def _say_errors(self):
+        if self._outcome is not None and self.program.errors():
+            print("The program wrote to standard error:", self.program.errors(), sep="\n")
+
+    # The window
+
+    def show_pane(self, pane):
+        """"apps", "models", "docker" or "console", by a press on its tab."""
+        self.screen.wait(name=PANES[pane], role="page tab").press()
+        self.screen.wait("page tab", PANES[pane], states=["selected"])
+
+    def application_row(self, display_name):
+        return self.screen.wait("check box", display_name)
+
+    def select_application(self, display_name):
+        row = self.application_row(display_name)
+        row.press()
+        self.screen.wait("check box", display_name, states=["checked"])
+
+    def set_shield(self, on):
+        """The Safety Shield switch, by a press where it stands otherwise."""
+        shield = re.compile("^Safety Shield")
+        switch = self.screen.wait("check box", shield)
+        if ("checked" in switch.states) != on:
+            switch.press()
+        self.screen.until(lambda: ("checked" in self.screen.find("check box", shield).states) == on, "the shield")
+
+    def press(self, name):
+        self.screen.wait("push button", name, states=["enabled"]).press()
+
+    def dialog(self, title):
+        """The modal of that title, as soon as it is shown."""
+        return self.screen.wait("dialog", title)
+
+    def issued_code(self):
+        return self.screen.wait(name="Confirmation code", description=_CODE).description
+
+    def confirm(self, action_title):
+        """Types the code that the modal shows with real key presses and presses the button."""
+        self.display.type(self.issued_code())
+        self.press(action_title)
+
+    def result(self, title):
+        """The result modal of that title, once it is shown."""
+        return self.dialog(title)
+
+    def result_lines(self):
+        """The message of the shown result, line by line."""
+        return self._lines("Message")
+
+    def error_lines(self):
+        return self._lines("Errors")
+
+    def dismiss_result(self):
+        self.press("OK")
+        self.screen.wait_gone("push button", "OK")
+
+    def log(self):
+        """The activity log without its times; shows the console's pane. Only the rows near those in sight exist on
+        the bus, so this is for logs of up to some thirty lines."""
+        self.show_pane("console")
+        return [_LOG_TIME.sub("", line) for line in self._lines("Activity log")]
+
+    def _lines(self, list_name):
+        shown = self.screen.find("list", list_name)
+        return [row.name for row in shown.children() if row.role == "list item"] if shown else []
+
+    # The disk
+
+    def disk(self):
+        """Everything in the home folder; see tree.listing."""
+        return tree.listing(self.home)
+
+    def assert_only_gone(self, before, gone):
+        """The home folder is what it was, but for the paths in `gone`, which are no more."""
+        after = self.disk()
+        self.assertEqual(sorted(set(before) - set(after)), sorted(gone), "what has gone")
+        self.assertEqual({path: entry for path, entry in after.items() if before.get(path) != entry}, {},
+                         "what is new or changed")

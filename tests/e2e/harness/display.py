@@ -1,0 +1,60 @@
+"""A virtual screen of its own, with a keyboard and a mouse."""
+
+import os
+import subprocess
+
+from . import processes, x11
+from .settings import current
+
+WINDOW_TITLE = "Zentrill - Environment Cleaner"
+_SIZE = "1280x900x24"
+
+
+class Display:
+    def __init__(self):
+        reading, writing = os.pipe()
+        try:
+            # The server picks a free number itself, so that cases run side by side.
+            self._server = processes.start(
+                ["Xvfb", "-displayfd", str(writing), "-screen", "0", _SIZE, "-nolisten", "tcp"],
+                pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        finally:
+            os.close(writing)
+        with os.fdopen(reading) as answer:
+            number = answer.readline().strip()
+        if not number:
+            raise RuntimeError("Xvfb did not start")
+        self.name = f":{number}"
+        self.socket = f"/tmp/.X11-unix/X{number}"
+
+    def stop(self):
+        processes.end(self._server)
+
+    def run(self, *command):
+        return subprocess.run(command, check=True, capture_output=True, text=True,
+                              env={**os.environ, "DISPLAY": self.name}).stdout
+
+    def key(self, *keys):
+        """Presses keys by their X names, one after the other: key("Tab", "ctrl+v")."""
+        self.run("xdotool", "key", "--clearmodifiers", *keys)
+
+    def type(self, text):
+        self.run("xdotool", "type", "--delay", "20", text)
+
+    def click(self, x, y, button=1):
+        self.run("xdotool", "mousemove", str(x), str(y), "click", str(button))
+
+    def window(self):
+        """The number of the program's window, or nothing."""
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{WINDOW_TITLE}$"],
+                               capture_output=True, text=True, env={**os.environ, "DISPLAY": self.name})
+        return int(found.stdout.split()[0]) if found.stdout.split() else None
+
+    def close_window(self):
+        """What a window manager sends when the window's closing button is pressed."""
+        x11.ask_to_close(self.name, self.window())
+
+    def picture(self, name):
+        """Leaves a picture of the window among the build's pictures."""
+        self.run("import", "-silent", "-window", str(self.window() or "root"),
+                 str(current().pictures / f"{name}.png"))

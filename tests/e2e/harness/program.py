@@ -1,0 +1,65 @@
+"""The program in its cage."""
+
+import os
+import subprocess
+
+from . import processes
+from .cage import HOME
+from .waiting import DEADLINE
+
+# Tells what still runs in the cage at the moment when the program ends, and passes its status on.
+_SUPERVISOR = """
+"$@" 9>&-
+status=$?
+ps -eo pid=,stat=,args= >&9
+exit $status
+"""
+
+# Sanitizer reports and complaints of the views.
+_SANITIZER_OPTIONS = ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS")
+
+
+class Program:
+    def __init__(self, session, cage, environment=None, prefix=()):
+        """Starts the program. `environment` replaces single variables (None removes one); `prefix` is a command
+        that runs it, such as strace."""
+        self._errors_path = cage.folder / "stderr"
+        self._processes_path = cage.folder / "processes"
+        cage.bind(session.runtime, str(session.runtime), writable=True)
+        cage.bind(session.display.socket, session.display.socket)
+        variables = {"PATH": "/usr/bin:/bin", "HOME": HOME, **session.environment()}
+        variables.update({name: os.environ[name] for name in _SANITIZER_OPTIONS if name in os.environ})
+        variables.update(environment or {})
+        variables = {name: value for name, value in variables.items() if value is not None}
+        with self._errors_path.open("wb") as errors, self._processes_path.open("wb") as listing:
+            command, descriptors = cage.command("sh", "-c", f"exec 9>&{listing.fileno()}\n{_SUPERVISOR}", "sh",
+                                                *prefix, f"{cage.bundle}/Contents/MacOS/Zentrill")
+            self._process = processes.start(command, env=variables, stdin=subprocess.DEVNULL,
+                                            stdout=subprocess.DEVNULL, stderr=errors,
+                                            pass_fds=[*descriptors, listing.fileno()])
+            for descriptor in descriptors:
+                os.close(descriptor)
+
+    def is_running(self):
+        return self._process.poll() is None
+
+    def wait(self, seconds=DEADLINE):
+        """The exit status; raises subprocess.TimeoutExpired while the program runs on."""
+        return self._process.wait(seconds)
+
+    def kill(self):
+        processes.end(self._process)
+
+    def errors(self):
+        """Everything that it wrote to standard error."""
+        return self._errors_path.read_text(errors="replace")
+
+    def processes_left(self):
+        """The processes that were there in its cage when it had ended: lines of process ID, state and command."""
+        lines = self._processes_path.read_text().splitlines()
+        return [line.strip() for line in lines if not _is_ours(line)]
+
+
+def _is_ours(line):
+    pid, state, command = line.split(None, 2)
+    return pid == "1" or state.startswith("Z") or command.startswith(("sh -c exec 9", "ps -eo pid"))

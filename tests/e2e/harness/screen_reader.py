@@ -1,0 +1,160 @@
+"""Drives the program through the accessibility bus, as a screen reader does."""
+
+import re
+import warnings
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+from .waiting import DEADLINE, Overdue, wait_for  # noqa: E402
+
+warnings.filterwarnings("ignore", category=DeprecationWarning)
+
+APPLICATION = "Zentrill"
+
+
+class Element:
+    """One thing on the screen. Every property is asked for anew; GLib.Error means that it is gone."""
+
+    def __init__(self, accessible):
+        self._accessible = accessible
+
+    @property
+    def role(self):
+        return self._accessible.get_role_name()
+
+    @property
+    def name(self):
+        return self._accessible.get_name()
+
+    @property
+    def description(self):
+        return self._accessible.get_description()
+
+    @property
+    def states(self):
+        return {state.value_nick for state in self._accessible.get_state_set().get_states()}
+
+    @property
+    def extents(self):
+        """x, y, width and height on the screen."""
+        box = self._accessible.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+        return box.x, box.y, box.width, box.height
+
+    @property
+    def middle(self):
+        x, y, width, height = self.extents
+        return x + width // 2, y + height // 2
+
+    @property
+    def actions(self):
+        actions = self._accessible.get_action_iface()
+        return [actions.get_action_name(index) for index in range(actions.get_n_actions())] if actions else []
+
+    def act(self, action):
+        """Whether the program says that it did it; only the outcome tells whether it did."""
+        return self._accessible.get_action_iface().do_action(self.actions.index(action))
+
+    def press(self):
+        return self.act("Press")
+
+    def grab_focus(self):
+        return self._accessible.get_component_iface().grab_focus()
+
+    def set_text(self, text):
+        """What an assistive tool tries that writes into a field. False where the field takes none."""
+        editable = self._accessible.get_editable_text_iface()
+        return bool(editable) and editable.set_text_contents(text)
+
+    def children(self):
+        found = [self._accessible.get_child_at_index(index)
+                 for index in range(self._accessible.get_child_count())]
+        return [Element(child) for child in found if child is not None]
+
+    def walk(self):
+        """This and everything below it, in reading order."""
+        yield self
+        for child in self.children():
+            yield from child.walk()
+
+    def __str__(self):
+        return f"{self.role} {self.name!r} {self.description!r} {sorted(self.states)}"
+
+
+def _is(wanted, text):
+    return wanted is None or (wanted.search(text) is not None if isinstance(wanted, re.Pattern) else wanted == text)
+
+
+class ScreenReader:
+    def __init__(self):
+        Atspi.init()
+        # What another process shows changes without notice to this one.
+        Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)
+
+    def application(self):
+        """The program, or nothing while it is not on the bus."""
+        desktop = Element(Atspi.get_desktop(0))
+        return next((child for child in desktop.children() if child.name == APPLICATION), None)
+
+    def find_all(self, role=None, name=None, description=None, states=(), showing=True):
+        """Everything that is shown and fits: texts are equal, or a compiled pattern is found in them."""
+        wanted = set(states) | ({"showing"} if showing else set())
+        try:
+            application = self.application()
+            if application is None:
+                return []
+            return [element for element in application.walk()
+                    if _is(role, element.role) and _is(name, element.name)
+                    and _is(description, element.description) and wanted <= element.states]
+        except GLib.Error:
+            return []  # The tree changed under the walk; who waits looks again.
+
+    def find(self, role=None, name=None, **wanted):
+        found = self.find_all(role, name, **wanted)
+        return found[0] if found else None
+
+    def wait(self, role=None, name=None, seconds=DEADLINE, **wanted):
+        """The first that fits, as soon as there is one."""
+        return self.until(lambda: self.find(role, name, **wanted), f"{role} {name!r} {wanted}", seconds)
+
+    def wait_gone(self, role=None, name=None, seconds=DEADLINE, **wanted):
+        self.until(lambda: self.find(role, name, **wanted) is None, f"no {role} {name!r} {wanted}", seconds)
+
+    def until(self, condition, what, seconds=DEADLINE):
+        """Waits; a failure shows everything that the bus shows."""
+
+        def tried():
+            try:
+                return condition()
+            except GLib.Error:
+                return None
+
+        try:
+            return wait_for(tried, what, seconds)
+        except Overdue as overdue:
+            raise Overdue(f"{overdue}\n{self.describe()}") from None
+
+    def focused(self):
+        """The innermost thing that has the focus."""
+        found = self.find_all(states=["focused"])
+        return found[-1] if found else None
+
+    def describe(self):
+        """Everything on the bus, one line each."""
+        lines = []
+
+        def add(element, depth):
+            lines.append("  " * depth + str(element))
+            for child in element.children():
+                add(child, depth + 1)
+
+        try:
+            application = self.application()
+            if application is None:
+                return "The program is not on the accessibility bus."
+            add(application, 0)
+        except GLib.Error as gone:
+            lines.append(f"… {gone.message}")
+        return "\n".join(lines)

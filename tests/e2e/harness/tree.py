@@ -1,0 +1,34 @@
+"""The disk as it is: everything below a folder, with what it holds."""
+
+import hashlib
+import os
+import stat
+
+
+def listing(folder):
+    """Path relative to `folder` → what stands there: ("folder", mode), ("link", target) or ("file", mode, content's
+    hash, length). Links are not followed."""
+    found = {}
+    for parent, folders, files in os.walk(folder):
+        for name in folders + files:
+            path = os.path.join(parent, name)
+            found[os.path.relpath(path, folder)] = _entry(path)
+    return found
+
+
+def _entry(path):
+    status = os.lstat(path)
+    mode = stat.S_IMODE(status.st_mode)
+    if stat.S_ISLNK(status.st_mode):
+        return ("link", os.readlink(path))
+    if stat.S_ISDIR(status.st_mode):
+        return ("folder", mode)
+    if stat.S_ISREG(status.st_mode):
+        with open(path, "rb") as file:
+            return ("file", mode, hashlib.file_digest(file, "sha256").hexdigest(), status.st_size)
+    return ("other", mode)
+
+
+def below(entries, *roots):
+    """The paths that are one of the roots or lie below one."""
+    return {path for path in entries if any(path == root or path.startswith(root + "/") for root in roots)}

@@ -1,0 +1,76 @@
+#!/usr/bin/env python3
+"""Runs one end-to-end case: run.py --bundle … --source … --pictures … --cache … CASE [test]
+
+Ends with 0 when it passed, 1 when it failed and 77 when what it needs cannot be had here.
+"""
+
+import argparse
+import importlib
+import pkgutil
+import shutil
+import subprocess
+import sys
+import unittest
+
+sys.dont_write_bytecode = True
+
+SKIPPED = 77
+
+
+def missing():
+    """Why nothing can run here, or nothing."""
+    for tool, package in {"Xvfb": "xvfb", "dbus-daemon": "dbus", "bwrap": "bubblewrap", "xdotool": "xdotool",
+                          "import": "imagemagick"}.items():
+        if shutil.which(tool) is None:
+            return f"{tool} is not installed (package {package})"
+    try:
+        import gi
+        gi.require_version("Atspi", "2.0")
+    except (ImportError, ValueError):
+        return "the accessibility library is not installed (package python3-pyatspi)"
+    cage = subprocess.run(["bwrap", "--ro-bind", "/", "/", "--dev", "/dev", "--proc", "/proc", "--unshare-pid",
+                           "--unshare-net", "true"], capture_output=True, text=True)
+    return f"no cage for the program can be made here: {cage.stderr.strip()}" if cage.returncode else None
+
+
+def find_case(name):
+    import cases
+    for module in pkgutil.iter_modules(cases.__path__):
+        found = getattr(importlib.import_module(f"cases.{module.name}"), name, None)
+        if isinstance(found, type) and issubclass(found, unittest.TestCase):
+            return found
+    sys.exit(f"There is no case {name}.")
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    for option in ("bundle", "source", "pictures", "cache"):
+        parser.add_argument(f"--{option}", required=True)
+    parser.add_argument("case")
+    parser.add_argument("test", nargs="?")
+    arguments = parser.parse_args()
+
+    reason = missing()
+    if reason:
+        print(f"SKIPPED: {reason}")
+        return SKIPPED
+
+    from harness import settings
+    from harness.session import Session
+    settings.configure(bundle=arguments.bundle, source=arguments.source, pictures=arguments.pictures,
+                       cache=arguments.cache)
+    case = find_case(arguments.case)
+    suite = (unittest.TestSuite([case(arguments.test)]) if arguments.test
+             else unittest.defaultTestLoader.loadTestsFromTestCase(case))
+    try:
+        outcome = unittest.TextTestRunner(stream=sys.stdout, verbosity=2).run(suite)
+    finally:
+        Session.end_shared()
+    for test, why in outcome.skipped:
+        print(f"SKIPPED: {test.id()}: {why}")
+    if not outcome.wasSuccessful() or outcome.testsRun == 0:
+        return 1
+    return SKIPPED if outcome.skipped else 0
+
+
+sys.exit(main())
