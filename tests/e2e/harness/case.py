@@ -75,6 +75,19 @@ class Case(unittest.TestCase):
     def application_row(self, display_name):
         return self.screen.wait("check box", display_name)
 
+    def show_row(self, display_name):
+        """Moves down the list until that row is in sight."""
+        self.screen.wait("list", "Applications").grab_focus()
+        self.display.key("Home")
+
+        def in_sight():
+            if self.screen.find("check box", display_name):
+                return True
+            self.display.key("Down")
+            return False
+
+        self.screen.until(in_sight, f"the row {display_name}")
+
     def select_application(self, display_name):
         row = self.application_row(display_name)
         row.press()
@@ -134,9 +147,10 @@ class Case(unittest.TestCase):
         """Everything in the home folder; see tree.listing."""
         return tree.listing(self.home)
 
-    def assert_only_gone(self, before, gone):
-        """The home folder is what it was, but for the paths in `gone`, which are no more."""
-        after = self.disk()
+    def assert_only_gone(self, before, gone, ignoring=()):
+        """The home folder is what it was, but for the paths in `gone`, which are no more, and those of `ignoring`,
+        which somebody else wrote."""
+        after = {path: entry for path, entry in self.disk().items() if path not in ignoring}
         self.assertEqual(sorted(set(before) - set(after)), sorted(gone), "what has gone")
         self.assertEqual({path: entry for path, entry in after.items() if before.get(path) != entry}, {},
                          "what is new or changed")

@@ -1,6 +1,7 @@
 """A virtual screen of its own, with a keyboard and a mouse."""
 
 import os
+import random
 import subprocess
 
 from . import processes, x11
@@ -12,20 +13,30 @@ _SIZE = "1280x900x24"
 
 class Display:
     def __init__(self):
+        # Not the first free number: a server that ends takes the socket of the next one on its number with it.
+        for number in random.sample(range(1000, 60000), 5):
+            self._server = self._started(number)
+            if self._server is not None:
+                self.name = f":{number}"
+                self.socket = f"/tmp/.X11-unix/X{number}"
+                return
+        raise RuntimeError("Xvfb did not start")
+
+    @staticmethod
+    def _started(number):
+        """The server, ready for clients, or nothing."""
         reading, writing = os.pipe()
         try:
-            # The server picks a free number itself, so that cases run side by side.
-            self._server = processes.start(
-                ["Xvfb", "-displayfd", str(writing), "-screen", "0", _SIZE, "-nolisten", "tcp"],
+            server = processes.start(
+                ["Xvfb", f":{number}", "-displayfd", str(writing), "-screen", "0", _SIZE, "-nolisten", "tcp"],
                 pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         finally:
             os.close(writing)
         with os.fdopen(reading) as answer:
-            number = answer.readline().strip()
-        if not number:
-            raise RuntimeError("Xvfb did not start")
-        self.name = f":{number}"
-        self.socket = f"/tmp/.X11-unix/X{number}"
+            if answer.readline().strip():
+                return server
+        processes.end(server)
+        return None
 
     def stop(self):
         processes.end(self._server)
@@ -49,6 +60,9 @@ class Display:
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{WINDOW_TITLE}$"],
                                capture_output=True, text=True, env={**os.environ, "DISPLAY": self.name})
         return int(found.stdout.split()[0]) if found.stdout.split() else None
+
+    def move_window(self, x, y):
+        self.run("xdotool", "windowmove", "--sync", str(self.window()), str(x), str(y))
 
     def close_window(self):
         """What a window manager sends when the window's closing button is pressed."""
