@@ -36,6 +36,8 @@ Rectangle {
             text: footer.state_.shieldCaption
             font: Typography.caption
             color: WarmPalette.secondary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
     }
 
@@ -49,6 +51,8 @@ Rectangle {
         textFormat: Text.PlainText
         font: Typography.caption
         color: WarmPalette.secondary
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 
     ActionButton {

@@ -56,6 +56,8 @@ Item {
             textFormat: Text.PlainText
             font: Typography.caption
             color: WarmPalette.tertiary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         Row {

@@ -13,7 +13,7 @@ Column {
     width: Math.min(parent.width - 80, 520)
     spacing: 8
     Accessible.role: Accessible.StaticText
-    Accessible.name: heading + (detail === "" ? "" : ". " + detail)
+    Accessible.name: heading + (detail === "" ? "" : (heading.endsWith(".") ? " " : ". ") + detail)
 
     Icon {
         anchors.horizontalCenter: parent.horizontalCenter
