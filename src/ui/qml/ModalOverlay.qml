@@ -23,6 +23,14 @@ FocusScope {
 
     Component.onCompleted: forceActiveFocus(Qt.PopupFocusReason)
 
+    // An assistive tool can give the focus to anything, even to what is disabled: the modal takes it back.
+    onActiveFocusChanged: if (!activeFocus) Qt.callLater(overlay.keepFocus)
+
+    function keepFocus() {
+        if (state_.modalShown && !activeFocus)
+            forceActiveFocus(Qt.PopupFocusReason);
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Qt.rgba(0, 0, 0, 0.62)
