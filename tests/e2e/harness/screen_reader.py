@@ -61,7 +61,8 @@ class Element:
         return self.act("Press")
 
     def grab_focus(self):
-        return self._accessible.get_component_iface().grab_focus()
+        component = self._accessible.get_component_iface()
+        return bool(component) and component.grab_focus()
 
     def set_text(self, text):
         """What an assistive tool tries that writes into a field. False where the field takes none."""
