@@ -47,3 +47,12 @@ def app_bundle(folder: Path, name):
     write(folder / f"{name}.app/Contents/Info.plist", "<plist/>")
     write(folder / f"{name}.app/Contents/MacOS/{name}", "#!/bin/sh\n", 0o755)
     return folder / f"{name}.app"
+
+
+def many_files(folder: Path, folders, files):
+    """A tree of that many folders with that many small files each."""
+    for number in range(folders):
+        inner = folder / f"{number:04}"
+        inner.mkdir(parents=True)
+        for index in range(files):
+            os.close(os.open(inner / f"{index:04}.jsonl", os.O_WRONLY | os.O_CREAT, 0o644))

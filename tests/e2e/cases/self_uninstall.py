@@ -7,7 +7,6 @@ from harness import tree
 from harness.cage import HOME
 from harness.case import Case
 from harness.settings import current
-from harness.waiting import Overdue, wait_for
 
 _OWN = "com.user.Zentrill"
 
@@ -42,18 +41,6 @@ class SelfUninstallCase(Case):
         # The sidebar's entry has the same name, but lies below the modal.
         self.display.type(self.issued_code())
         self.screen.wait("push button", "Uninstall Zentrill", states=["enabled"]).press()
-
-
-    def move_window_until_kept(self):
-        """The program keeps the frame of a window that has come to rest in another place."""
-        kept = self.home / f"Library/Preferences/{_OWN}.plist"
-        for place in range(40, 400, 10):
-            self.display.move_window(place, place)
-            try:
-                return wait_for(kept.exists, "the window's frame", 2)
-            except Overdue:
-                continue
-        self.fail("a moved window's frame is not kept")
 
 
 class SelfUninstall(SelfUninstallCase):

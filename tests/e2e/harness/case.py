@@ -8,6 +8,7 @@ from .cage import Cage
 from .program import Program
 from .screen_reader import ScreenReader
 from .session import Session
+from .waiting import Overdue, wait_for
 
 PANES = {"apps": "Applications", "models": "Local Models", "docker": "Docker", "console": "Activity Console"}
 _CODE = re.compile(r"^[0-9]{8}$")
@@ -60,6 +61,17 @@ class Case(unittest.TestCase):
         self.assertEqual(self.program.wait(seconds), status, f"exit status; it said: {self.program.errors()}")
         self.assertEqual(self.program.errors(), "", "what the program wrote to standard error")
         self.assertEqual(self.program.processes_left(), [], "processes that the program left behind")
+
+    def move_window_until_kept(self, is_kept=None):
+        """The program keeps the frame of a window that has come to rest in another place."""
+        is_kept = is_kept or (self.home / "Library/Preferences/com.user.Zentrill.plist").exists
+        for place in range(40, 400, 10):
+            self.display.move_window(place, place)
+            try:
+                return wait_for(is_kept, "the window's frame", 2)
+            except Overdue:
+                continue
+        self.fail("a moved window's frame is not kept")
 
     def _say_errors(self):
         if self._outcome is not None and self.program.errors():

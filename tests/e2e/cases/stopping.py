@@ -1,0 +1,124 @@
+"""Stopping in the middle of an uninstallation."""
+
+import os
+import time
+
+import homes
+from harness import tree
+from harness.case import Case
+
+# A sanitizer looks over everything before a program may end.
+_PROMPT = 10.0 if "ASAN_OPTIONS" in os.environ or "TSAN_OPTIONS" in os.environ else 1.0
+
+# Plays npm: says that it was started, and waits until somebody writes into the pipe.
+_WAITING_NPM = """#!/bin/sh
+echo started > /usr/local/bin/started
+read -r line < /usr/local/bin/pipe
+"""
+
+
+class StoppingCase(Case):
+    def furnish_big_tree(self):
+        """Data that take long to remove, in front of what the same tool has besides."""
+        homes.many_files(self.home / ".codex/sessions", folders=300, files=300)
+        homes.write(self.home / ".local/bin/codex", "#!/bin/sh\n", 0o755)
+        homes.write(self.home / "Library/Application Support/Codex/state.db", "state")
+        homes.write(self.home / "Documents/plan.md", "mine")
+
+    def furnish_waiting_npm(self):
+        tools = self.cage.sample("/usr/local/bin")
+        homes.write(tools / "npm", _WAITING_NPM, 0o755)
+        os.mkfifo(tools / "pipe")
+        homes.write(self.home / ".claude/settings.json", "{}")
+        homes.write(self.home / ".codex/config.toml", "{}")
+        return tools
+
+    def begin(self, *display_names):
+        self.start()
+        for name in display_names:
+            self.show_row(name)
+            self.select_application(name)
+        self.set_shield(False)
+        self.press("Uninstall Selected")
+        self.confirm("Uninstall")
+
+    def expect_cancelled(self):
+        self.result("Uninstallation Completed with Errors")
+        self.assertEqual(self.error_lines(), ["Operation cancelled."])
+        self.display.picture(f"result-{type(self).__name__}")
+        self.dismiss_result()
+        log = self.log()
+        self.assertEqual(log.count("Operation cancelled."), 1, log)
+        self.assertEqual(log.count("Cancellation requested by user."), 1, log)
+        self.assertLess(log.index("Cancellation requested by user."), log.index("Operation cancelled."))
+
+    def close_promptly(self):
+        begun = time.monotonic()
+        self.close()
+        self.assertLess(time.monotonic() - begun, _PROMPT, "seconds from the closing to the program's end")
+
+    def assert_whole(self, before):
+        """What is left is as it was; nothing is new."""
+        after = self.disk()
+        for path, entry in after.items():
+            self.assertEqual(entry, before.get(path), path)
+
+
+class CancelInABigTree(StoppingCase):
+    """The deletion that has begun is finished; what comes after it stays, and the log says so once."""
+
+    def test_rest_stays(self):
+        self.furnish_big_tree()
+        before = self.disk()
+        self.begin("Codex Tooling")
+        self.press("Cancel")
+        self.expect_cancelled()
+        self.close()
+        self.assert_only_gone(before, tree.below(before, ".codex"))
+
+
+class CancelBetweenTools(StoppingCase):
+    """A cancellation while the first tool's package manager works leaves both tools as they were."""
+
+    def test_nothing_goes(self):
+        tools = self.furnish_waiting_npm()
+        before = self.disk()
+        self.begin("Claude Code (CLI)", "Codex Tooling")
+        self.screen.until((tools / "started").exists, "npm at work")
+        self.display.picture("operation-running")
+        self.press("Cancel")
+        self.screen.wait("push button", "Cancel")
+        with open(tools / "pipe", "w") as pipe:
+            pipe.write("\n")
+        self.expect_cancelled()
+        self.close()
+        self.assert_only_gone(before, [])
+
+
+class CloseInABigTree(StoppingCase):
+    """A closed window ends the program at once, in the middle of a deletion too."""
+
+    def test_ends_promptly(self):
+        self.furnish_big_tree()
+        before = self.disk()
+        self.begin("Codex Tooling")
+        # The first folders have gone, the others have not.
+        self.screen.until(lambda: len(list((self.home / ".codex/sessions").iterdir())) < 295, "a deletion under way")
+        self.close_promptly()
+        self.assert_whole(before)
+        left = self.disk()
+        self.assertIn(".codex", left, "the program was closed in the middle")
+        for path in (".local/bin/codex", "Library/Application Support/Codex/state.db", "Documents/plan.md"):
+            self.assertIn(path, left)
+
+
+class CloseWhileACommandRuns(StoppingCase):
+    """A closed window ends the programs that were started as well."""
+
+    def test_no_child_is_left(self):
+        tools = self.furnish_waiting_npm()
+        before = self.disk()
+        self.begin("Claude Code (CLI)")
+        self.screen.until((tools / "started").exists, "npm at work")
+        self.close_promptly()
+        self.assertEqual(self.disk(), before)
