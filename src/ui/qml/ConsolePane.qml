@@ -5,6 +5,8 @@ Item {
     id: pane
 
     required property ContentViewState state_
+    // What takes the focus where nothing else can.
+    readonly property Item entrance: list
 
     readonly property bool empty: list.count === 0
 

@@ -9,6 +9,8 @@ FocusScope {
 
     // Keeps what a person did in a pane (where it was scrolled to) while another one is shown.
     component Pane: Loader {
+        id: pane
+
         required property string tab
         required property url page
         readonly property bool shown: view.state_.selectedPane === tab
@@ -25,8 +27,22 @@ FocusScope {
                 });
         }
 
+        // What had the focus before a modal may be disabled by what was confirmed; the list takes it then.
+        function settleFocus() {
+            if (shown && item && !view.modal && [pane, panes, underneath].includes(Window.activeFocusItem))
+                item.entrance.forceActiveFocus(Qt.OtherFocusReason);
+        }
+
         onWantedChanged: load()
         Component.onCompleted: load()
+
+        Connections {
+            target: view
+
+            function onModalChanged() {
+                Qt.callLater(pane.settleFocus);
+            }
+        }
     }
 
     readonly property bool modal: state_.modalShown
@@ -68,6 +84,8 @@ FocusScope {
         }
 
         FocusScope {
+            id: panes
+
             anchors.left: sidebar.right
             anchors.right: parent.right
             anchors.top: header.bottom

@@ -5,6 +5,8 @@ Item {
     id: pane
 
     required property ContentViewState state_
+    // What takes the focus where nothing else can.
+    readonly property Item entrance: rows
 
     RecordList {
         id: rows

@@ -57,8 +57,9 @@ Rectangle {
 
         function step(by: int) {
             const row = Math.max(0, Math.min(panes.count - 1, sidebar.state_.selectedRow + by));
-            sidebar.state_.selectRow(row);
+            // In this order: only the chosen one is a tab stop, and what has the focus has to stay one.
             panes.itemAt(row).forceActiveFocus(Qt.TabFocusReason);
+            sidebar.state_.selectRow(row);
         }
 
         Repeater {
