@@ -49,10 +49,8 @@ def app_bundle(folder: Path, name):
     return folder / f"{name}.app"
 
 
-def many_files(folder: Path, folders, files):
-    """A tree of that many folders with that many small files each."""
+def big_tree(folder: Path, folders=20, files=200):
+    """That many folders with that many small files each."""
     for number in range(folders):
-        inner = folder / f"{number:04}"
-        inner.mkdir(parents=True)
         for index in range(files):
-            os.close(os.open(inner / f"{index:04}.jsonl", os.O_WRONLY | os.O_CREAT, 0o644))
+            write(folder / f"{number:04}/{index:04}.jsonl", "{}")

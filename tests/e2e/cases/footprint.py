@@ -1,11 +1,11 @@
 """What the program does to the machine that it runs on."""
 
-import os
 import re
 
 import homes
 from harness.cage import HOME
 from harness.case import Case
+from harness.program import under_strace
 
 _WRITING = re.compile(r"O_WRONLY|O_RDWR|O_CREAT|O_TRUNC|O_APPEND|O_TMPFILE")
 _NO_FILE = re.compile(r'"/dev/(null|tty|ptmx|urandom|random)"|"/proc/self/')
@@ -24,9 +24,7 @@ class Footprint(Case):
         (self.home / "Library/Preferences").mkdir(parents=True)
         before = self.disk()
         trace = self.cage.sample("/trace")
-        # The leak check cannot work while another program traces.
-        options = {"ASAN_OPTIONS": os.environ["ASAN_OPTIONS"] + ":detect_leaks=0"} if "ASAN_OPTIONS" in os.environ else {}
-        self.start(environment=options, prefix=("strace", "-f", "-qq", "-y", "-o", "/trace/calls", "-e", f"trace={_CALLS}"))
+        self.start(**under_strace("-y", "-o", "/trace/calls", "-e", f"trace={_CALLS}"))
         self.select_application("Claude Code (CLI)")
         self.set_shield(False)
         self.press("Uninstall Selected")

@@ -51,9 +51,9 @@ class Case(unittest.TestCase):
         self.screen.until(lambda: self.screen.find("push button", "Scan System") is not None
                           and self.screen.find("push button", "Cancel") is None, "an idle program")
 
-    def close(self):
+    def close(self, window=None):
         """Closes the window and checks that the program ended well."""
-        self.display.close_window()
+        self.display.close_window(window)
         self.expect_end()
 
     def expect_end(self, status=0, seconds=60):

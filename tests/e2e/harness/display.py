@@ -27,8 +27,10 @@ class Display:
         """The server, ready for clients, or nothing."""
         reading, writing = os.pipe()
         try:
+            # A server that resets itself when its last client leaves would refuse who comes meanwhile.
             server = processes.start(
-                ["Xvfb", f":{number}", "-displayfd", str(writing), "-screen", "0", _SIZE, "-nolisten", "tcp"],
+                ["Xvfb", f":{number}", "-displayfd", str(writing), "-screen", "0", _SIZE, "-nolisten", "tcp",
+                 "-noreset"],
                 pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         finally:
             os.close(writing)
@@ -64,9 +66,10 @@ class Display:
     def move_window(self, x, y):
         self.run("xdotool", "windowmove", "--sync", str(self.window()), str(x), str(y))
 
-    def close_window(self):
-        """What a window manager sends when the window's closing button is pressed."""
-        x11.ask_to_close(self.name, self.window())
+    def close_window(self, window=None):
+        """What a window manager sends when the window's closing button is pressed. Who cannot lose time looks the
+        window up before."""
+        x11.ask_to_close(self.name, window or self.window())
 
     def picture(self, name):
         """Leaves a picture of the window among the build's pictures."""

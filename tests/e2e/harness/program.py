@@ -19,6 +19,14 @@ exit $status
 _SANITIZER_OPTIONS = ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS")
 
 
+def under_strace(*options):
+    """Options of a program that is started under strace with these options, its children too."""
+    sanitizer = os.environ.get("ASAN_OPTIONS")
+    # The leak check cannot work while another program traces.
+    return {"prefix": ("strace", "-f", "-qq", "--seccomp-bpf", "-o", "/dev/null", *options),
+            "environment": {"ASAN_OPTIONS": f"{sanitizer}:detect_leaks=0"} if sanitizer else {}}
+
+
 class Program:
     def __init__(self, session, cage, environment=None, prefix=()):
         """Starts the program. `environment` replaces single variables (None removes one); `prefix` is a command
@@ -51,8 +59,9 @@ class Program:
         processes.end(self._process)
 
     def errors(self):
-        """Everything that it wrote to standard error."""
-        return self._errors_path.read_text(errors="replace")
+        """Everything that it wrote to standard error, without what a tracer says about itself."""
+        lines = self._errors_path.read_text(errors="replace").splitlines(keepends=True)
+        return "".join(line for line in lines if not line.startswith("strace: "))
 
     def processes_left(self):
         """The processes that were there in its cage when it had ended: lines of process ID, state and command."""

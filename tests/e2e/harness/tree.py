@@ -24,9 +24,13 @@ def _entry(path):
     if stat.S_ISDIR(status.st_mode):
         return ("folder", mode)
     if stat.S_ISREG(status.st_mode):
-        with open(path, "rb") as file:
-            return ("file", mode, hashlib.file_digest(file, "sha256").hexdigest(), status.st_size)
+        return ("file", mode, _content_hash(path) if status.st_size else "", status.st_size)
     return ("other", mode)
+
+
+def _content_hash(path):
+    with open(path, "rb") as file:
+        return hashlib.file_digest(file, "sha256").hexdigest()
 
 
 def below(entries, *roots):
