@@ -8,10 +8,10 @@ from .cage import HOME
 from .waiting import DEADLINE
 
 # Tells what still runs in the cage at the moment when the program ends, and passes its status on.
-_SUPERVISOR = """
-"$@" 9>&-
+_SUPERVISOR = """# supervisor
+"$@" > /dev/null
 status=$?
-ps -eo pid=,stat=,args= >&9
+ps -eo pid=,stat=,args=
 exit $status
 """
 
@@ -40,11 +40,10 @@ class Program:
         variables.update(environment or {})
         variables = {name: value for name, value in variables.items() if value is not None}
         with self._errors_path.open("wb") as errors, self._processes_path.open("wb") as listing:
-            command, descriptors = cage.command("sh", "-c", f"exec 9>&{listing.fileno()}\n{_SUPERVISOR}", "sh",
-                                                *prefix, f"{cage.bundle}/Contents/MacOS/Zentrill")
-            self._process = processes.start(command, env=variables, stdin=subprocess.DEVNULL,
-                                            stdout=subprocess.DEVNULL, stderr=errors,
-                                            pass_fds=[*descriptors, listing.fileno()])
+            command, descriptors = cage.command("sh", "-c", _SUPERVISOR, "sh", *prefix,
+                                                f"{cage.bundle}/Contents/MacOS/Zentrill")
+            self._process = processes.start(command, env=variables, stdin=subprocess.DEVNULL, stdout=listing,
+                                            stderr=errors, pass_fds=descriptors)
             for descriptor in descriptors:
                 os.close(descriptor)
 
@@ -71,4 +70,4 @@ class Program:
 
 def _is_ours(line):
     pid, state, command = line.split(None, 2)
-    return pid == "1" or state.startswith("Z") or command.startswith(("sh -c exec 9", "ps -eo pid"))
+    return pid == "1" or state.startswith("Z") or command.startswith(("sh -c # supervisor", "ps -eo pid"))
