@@ -44,7 +44,9 @@ class Case(unittest.TestCase):
         self.addCleanup(self._say_errors)
         self.addCleanup(self.program.kill)
         self.screen = ScreenReader()
-        self.screen.wait("frame", states=["active"])
+        self.screen.until(lambda: self.screen.find("frame", states=["active"]) or not self.program.is_running(),
+                          "the window")
+        self.assertTrue(self.program.is_running(), "the program ended")
 
     def wait_idle(self):
         """Until nothing runs."""

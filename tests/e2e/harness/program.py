@@ -15,16 +15,23 @@ ps -eo pid=,stat=,args=
 exit $status
 """
 
-# Sanitizer reports and complaints of the views.
 _SANITIZER_OPTIONS = ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS")
+
+
+def _sanitizer_options(*more):
+    """The run's own options for the sanitizers, with changes to those of the address sanitizer."""
+    options = {name: os.environ[name] for name in _SANITIZER_OPTIONS if name in os.environ}
+    if "ASAN_OPTIONS" in options:
+        # The keyboard library calls strndup, as it may, on names that end with their packet.
+        options["ASAN_OPTIONS"] = ":".join([options["ASAN_OPTIONS"], "strict_string_checks=0", *more])
+    return options
 
 
 def under_strace(*options):
     """Options of a program that is started under strace with these options, its children too."""
-    sanitizer = os.environ.get("ASAN_OPTIONS")
-    # The leak check cannot work while another program traces.
     return {"prefix": ("strace", "-f", "-qq", "--seccomp-bpf", "-o", "/dev/null", *options),
-            "environment": {"ASAN_OPTIONS": f"{sanitizer}:detect_leaks=0"} if sanitizer else {}}
+            # The leak check cannot work while another program traces.
+            "environment": _sanitizer_options("detect_leaks=0")}
 
 
 class Program:
@@ -36,7 +43,7 @@ class Program:
         cage.bind(session.runtime, str(session.runtime), writable=True)
         cage.bind(session.display.socket, session.display.socket)
         variables = {"PATH": "/usr/bin:/bin", "HOME": HOME, **session.environment()}
-        variables.update({name: os.environ[name] for name in _SANITIZER_OPTIONS if name in os.environ})
+        variables.update(_sanitizer_options())
         variables.update(environment or {})
         variables = {name: value for name, value in variables.items() if value is not None}
         with self._errors_path.open("wb") as errors, self._processes_path.open("wb") as listing:
@@ -69,5 +76,7 @@ class Program:
 
 
 def _is_ours(line):
+    """The cage's own processes, and what the leak check reads its suppressions with."""
     pid, state, command = line.split(None, 2)
-    return pid == "1" or state.startswith("Z") or command.startswith(("sh -c # supervisor", "ps -eo pid"))
+    return (pid == "1" or state.startswith("Z") or "llvm-symbolizer" in command
+            or command.startswith(("sh -c # supervisor", "ps -eo pid")))
