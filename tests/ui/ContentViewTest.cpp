@@ -272,6 +272,56 @@ TEST_F(ContentViewTest, movesBetweenTheTabsWithTheArrowKeys) {
     EXPECT_TRUE(button("Applications")->property("visualFocus").toBool());
 }
 
+TEST_F(ContentViewTest, tellsWhatEveryButtonIsAndWhetherItCanBePressed) {
+    const std::pair<const char*, QAccessible::Role> roles[] = {
+        {"Local Models", QAccessible::PageTab},
+        {"Ollama", QAccessible::CheckBox},
+        {"Safety Shield, retains recognized credentials and uncertain data when on", QAccessible::CheckBox},
+        {"Scan System", QAccessible::Button},
+        {"Uninstall Zentrill", QAccessible::Button}};
+    for (const auto& [name, role] : roles) {
+        QAccessibleInterface* const element = find(name);
+        ASSERT_NE(element, nullptr) << name;
+        EXPECT_EQ(element->role(), role) << name;
+        EXPECT_FALSE(element->state().disabled) << name;
+    }
+    EXPECT_TRUE(find("Local Models")->state().selectable);
+    EXPECT_FALSE(find("Local Models")->state().selected);
+    QAccessibleInterface* const uninstall = find("Uninstall Selected");
+    ASSERT_NE(uninstall, nullptr);
+    EXPECT_TRUE(uninstall->state().disabled);
+    EXPECT_EQ(uninstall->actionInterface()->actionNames(), QStringList());
+    model_->setAppSelected("Ollama", true);
+    EXPECT_FALSE(uninstall->state().disabled);
+}
+
+TEST_F(ContentViewTest, anAssistiveToolPressesEveryKindOfButton) {
+    const auto press = [this](const std::string& name) {
+        QAccessibleInterface* const element = find(name);
+        ASSERT_NE(element, nullptr) << name;
+        element->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    };
+    press("Ollama");
+    EXPECT_EQ(state().selectionCount(), QStringLiteral("1 selected"));
+    press("Safety Shield, retains recognized credentials and uncertain data when on");
+    EXPECT_FALSE(model_->preserveCredentials());
+    press("Uninstall Selected");
+    EXPECT_TRUE(state().modalShown());
+    ASSERT_NE(find("Confirmation code"), nullptr);
+    press("Cancel");
+    EXPECT_FALSE(state().modalShown());
+    press("Local Models");
+    EXPECT_EQ(state().selectedTab(), QStringLiteral("models"));
+    EXPECT_TRUE(find("Local Models")->state().selected);
+}
+
+TEST_F(ContentViewTest, aModalTakesTheFocusBack) {
+    state().requestSelfUninstall();
+    ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
+    button("Scan System")->forceActiveFocus();
+    EXPECT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
+}
+
 TEST_F(ContentViewTest, disablesEverythingUnderneathAModal) {
     const std::vector<QQuickItem*> underneath = buttons();
     ASSERT_GE(underneath.size(), 7U);

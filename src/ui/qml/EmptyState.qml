@@ -13,7 +13,8 @@ Column {
     width: Math.min(parent.width - 80, 520)
     spacing: 8
     Accessible.role: Accessible.StaticText
-    Accessible.name: heading + (detail === "" ? "" : (heading.endsWith(".") ? " " : ". ") + detail)
+    Accessible.name: heading
+    Accessible.description: detail
 
     Icon {
         anchors.horizontalCenter: parent.horizontalCenter

@@ -37,7 +37,8 @@ class ScanOnStart(Case):
         self.display.picture("scan-models")
 
         self.show_pane("docker")
-        self.screen.wait(name="Docker CLI Not Found. Docker CLI is not installed or is not available in PATH.")
+        self.screen.wait(name="Docker CLI Not Found",
+                         description="Docker CLI is not installed or is not available in PATH.")
         self.display.picture("scan-docker")
 
         log = self.log()
