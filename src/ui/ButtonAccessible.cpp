@@ -29,7 +29,7 @@ void pressByKey(QQuickItem* item) {
     const QPointer<QQuickItem> alive(item);
     QKeyEvent press(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
     QCoreApplication::sendEvent(item, &press);
-    if (alive) {
+    if (alive != nullptr) {
         QKeyEvent release(QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
         QCoreApplication::sendEvent(item, &release);
     }
