@@ -18,6 +18,9 @@ Pressable {
     readonly property color accent: kind === "primary" ? WarmPalette.action
                                   : kind === "copper" ? WarmPalette.copper
                                   : kind === "danger" || kind === "destructive" ? WarmPalette.danger : WarmPalette.paper
+    // Dimmed, but still red, until the code is right.
+    readonly property color restingFill: kind === "destructive" ? WarmPalette.faint(WarmPalette.danger, 0.45)
+                                                               : WarmPalette.tertiary
     readonly property color ink: filled ? WarmPalette.canvas : enabled ? accent : WarmPalette.tertiary
 
     implicitWidth: Math.ceil(line.implicitWidth + 2 * sidePadding)
@@ -31,7 +34,7 @@ Pressable {
     Rectangle {
         anchors.fill: parent
         radius: 7
-        color: control.filled ? (control.enabled ? control.accent : WarmPalette.tertiary)
+        color: control.filled ? (control.enabled ? control.accent : control.restingFill)
              : WarmPalette.faint(control.accent, control.kind === "danger" ? 0.1 : 0.08)
         border.width: control.filled ? 0 : 1
         border.color: WarmPalette.faint(control.accent, 0.35)
