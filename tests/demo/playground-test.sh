@@ -39,7 +39,8 @@ inside() { "$run" "$application" sh -euc "$1" 2>"$scratch/said"; }
 nothing_is_left() { [ -z "$(ls -A "$TMPDIR")" ]; }
 
 open_window() {
-    Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$scratch/display" >/dev/null 2>&1 &
+    # Not the first free number: a server that ends takes the socket of the next one on its number with it.
+    Xvfb ":$((RANDOM + 1000))" -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$scratch/display" >/dev/null 2>&1 &
     server=$!
     eventually "Xvfb does not start" test -s "$scratch/display"
     DISPLAY=:$(cat "$scratch/display")
