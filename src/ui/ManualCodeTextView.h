@@ -14,7 +14,8 @@ namespace zentrill {
 class ManualCodeTextView : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged FINAL)
+    // Read-only: the accessibility bus writes to a property of this name without asking anybody.
+    Q_PROPERTY(QString text READ text NOTIFY textChanged FINAL)
     Q_PROPERTY(int cursorPosition READ cursorPosition NOTIFY selectionChanged FINAL)
     Q_PROPERTY(int selectionStart READ selectionStart NOTIFY selectionChanged FINAL)
     Q_PROPERTY(int selectionEnd READ selectionEnd NOTIFY selectionChanged FINAL)
@@ -26,7 +27,7 @@ public:
 
     /// Takes over a text from outside (the field is emptied when a confirmation opens), filtered like all
     /// else.
-    void setText(const QString& text);
+    Q_INVOKABLE void setText(const QString& text);
 
     [[nodiscard]] int cursorPosition() const { return cursor_; }
 

@@ -377,6 +377,18 @@ TEST_F(ContentViewTest, startsAConfirmationInTheCodeField) {
     EXPECT_EQ(state().confirmation()->confirmationInput(), QStringLiteral("42"));
 }
 
+TEST_F(ContentViewTest, letsNoAssistiveToolWriteTheCode) {
+    state().requestContainerRemoval(QStringLiteral("c2"));
+    ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
+    QAccessibleInterface* const field = find("Type the eight digit confirmation code manually");
+    ASSERT_NE(field, nullptr);
+    press(Qt::Key_1, QStringLiteral("1"));
+    ASSERT_EQ(field->text(QAccessible::Value), QStringLiteral("1"));
+    field->setText(QAccessible::Value, state().confirmation()->confirmationCode());
+    EXPECT_EQ(field->text(QAccessible::Value), QStringLiteral("1"));
+    EXPECT_EQ(state().confirmation()->confirmationInput(), QStringLiteral("1"));
+}
+
 TEST_F(ContentViewTest, confirmsWithTheTypedCodeAndReturn) {
     state().requestContainerRemoval(QStringLiteral("c2"));
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));

@@ -128,7 +128,7 @@ ModalCard {
                 target: modal.confirmation
 
                 function onConfirmationInputChanged() {
-                    field.text = modal.confirmation.confirmationInput;
+                    field.show(modal.confirmation.confirmationInput);
                 }
             }
         }

@@ -10,6 +10,11 @@ FocusScope {
     signal change
     signal accepted
 
+    // Takes over a text from outside.
+    function show(text) {
+        view.setText(text);
+    }
+
     implicitWidth: 210
     implicitHeight: 30
 
