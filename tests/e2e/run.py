@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs one end-to-end case: run.py --bundle … --source … --pictures … --cache … CASE [test]
+"""Runs one end-to-end case: run.py --bundle … --source … --pictures … --cache … --programs … CASE [test]
 
 Ends with 0 when it passed, 1 when it failed and 77 when what it needs cannot be had here.
 """
@@ -20,7 +20,7 @@ SKIPPED = 77
 def missing():
     """Why nothing can run here, or nothing."""
     for tool, package in {"Xvfb": "xvfb", "dbus-daemon": "dbus", "bwrap": "bubblewrap", "xdotool": "xdotool",
-                          "import": "imagemagick"}.items():
+                          "import": "imagemagick", "xclip": "xclip"}.items():
         if shutil.which(tool) is None:
             return f"{tool} is not installed (package {package})"
     try:
@@ -44,7 +44,7 @@ def find_case(name):
 
 def main():
     parser = argparse.ArgumentParser()
-    for option in ("bundle", "source", "pictures", "cache"):
+    for option in ("bundle", "source", "pictures", "cache", "programs"):
         parser.add_argument(f"--{option}", required=True)
     parser.add_argument("case")
     parser.add_argument("test", nargs="?")
@@ -58,7 +58,7 @@ def main():
     from harness import settings
     from harness.session import Session
     settings.configure(bundle=arguments.bundle, source=arguments.source, pictures=arguments.pictures,
-                       cache=arguments.cache)
+                       cache=arguments.cache, programs=arguments.programs)
     case = find_case(arguments.case)
     suite = (unittest.TestSuite([case(arguments.test)]) if arguments.test
              else unittest.defaultTestLoader.loadTestsFromTestCase(case))

@@ -49,6 +49,16 @@ class Element:
         return x + width // 2, y + height // 2
 
     @property
+    def text(self):
+        """What is written in a field."""
+        return self._accessible.get_text_iface().get_text(0, -1)
+
+    @property
+    def address(self):
+        """Name and path on the accessibility bus."""
+        return self._accessible.app.bus_name, self._accessible.path
+
+    @property
     def actions(self):
         actions = self._accessible.get_action_iface()
         return [actions.get_action_name(index) for index in range(actions.get_n_actions())] if actions else []

@@ -10,6 +10,7 @@ class Settings:
     source: Path  # The project's folder: sanitizer options name files in it.
     pictures: Path  # Pictures of windows go here.
     cache: Path  # What is fetched once for all cases.
+    programs: Path  # The tests' own programs.
 
 
 settings: Settings
