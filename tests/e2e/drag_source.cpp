@@ -19,8 +19,8 @@
 namespace {
 
 void say(const QString& line) {
-    std::puts(qUtf8Printable(line));
-    std::fflush(stdout);
+    static_cast<void>(std::puts(qUtf8Printable(line)));
+    static_cast<void>(std::fflush(stdout));
 }
 
 class Area : public QRasterWindow {
@@ -31,7 +31,7 @@ public:
     }
 
 protected:
-    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(QRect({}, size()), color_); }
+    void paintEvent(QPaintEvent* /*event*/) override { QPainter(this).fillRect(QRect({}, size()), color_); }
 
 private:
     QColor color_;
