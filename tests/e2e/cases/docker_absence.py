@@ -22,7 +22,7 @@ class EngineStoppedAfterScan(DockerCase):
 
     def assert_failure(self, title, message):
         self.assert_result(title, message, outcome="ERRORS")
-        self.screen.wait(name=no_daemon("DOCKER_HOST override", HOST))
+        self.screen.wait(**no_daemon("DOCKER_HOST override", HOST))
         self.assertIsNone(self.screen.find("list item", "web"))
         self.close()
 
@@ -58,7 +58,7 @@ class DockerToolMissing(DockerCase):
         tools = self.cage.sample("/usr/local/bin")
         self.start(environment={"DOCKER_HOST": HOST})
         self.show_pane("docker")
-        self.screen.wait(name=TOOL_NOT_FOUND)
+        self.screen.wait(**TOOL_NOT_FOUND)
         shutil.copy(CLIENT, tools / "docker")
         self.press("Scan System")
         self.screen.wait("list item", "service:1")
@@ -84,7 +84,7 @@ class DockerToolVanished(DockerCase):
         self.assertEqual(self.asked(), [])
         self.assertEqual(self.engine.containers(), {"web": "running"})
         self.assertEqual(self.engine.images(), {self.image, self.unused})
-        self.screen.wait(name=TOOL_NOT_FOUND)
+        self.screen.wait(**TOOL_NOT_FOUND)
         self.assertIn("Docker CLI is no longer available.", self.log())
         self.close()
 

@@ -12,8 +12,8 @@ from harness.docker_engine import HOST
 NOWHERE = "unix:///run/nowhere/docker.sock"
 # A client that knows `context show`, which Debian's does not.
 RECENT_CLIENT = "/usr/local/bin/docker"
-_UNRESOLVED = re.compile(r"^Docker Daemon Unavailable\. Docker is installed, but its daemon is unavailable: Docker CLI "
-                         r"is installed, but its active context could not be resolved\. \S")
+_UNRESOLVED = re.compile(r"^Docker is installed, but its daemon is unavailable: Docker CLI is installed, but its "
+                         r"active context could not be resolved\. \S")
 
 
 class ConnectionCase(DockerCase):
@@ -51,7 +51,7 @@ class ConnectionByHost(ConnectionCase):
 
     def test_host_that_does_not_answer(self):
         self.start_over_engine(DOCKER_HOST=NOWHERE)
-        self.screen.wait(name=no_daemon("DOCKER_HOST override", NOWHERE))
+        self.screen.wait(**no_daemon("DOCKER_HOST override", NOWHERE))
         self.assertIsNone(self.screen.find("list item", "service:1"))
         self.display.picture("docker-unavailable")
         self.close()
@@ -85,7 +85,7 @@ class ConnectionByActiveContext(ConnectionCase):
         self.activate("elsewhere")
         # The scan that follows asks anew.
         self.remove_image("workshop")
-        self.screen.wait(name=no_daemon("elsewhere", NOWHERE))
+        self.screen.wait(**no_daemon("elsewhere", NOWHERE))
         self.close()
 
     def test_tool_that_cannot_tell(self):
@@ -94,6 +94,6 @@ class ConnectionByActiveContext(ConnectionCase):
     def assert_unresolved(self):
         self.start_over_engine(DOCKER_HOST=None)
         # Then the tool's own words follow, which differ from version to version.
-        self.screen.wait(name=_UNRESOLVED)
+        self.screen.wait(name="Docker Daemon Unavailable", description=_UNRESOLVED)
         self.assertIsNone(self.screen.find("list item", "service:1"))
         self.close()

@@ -5,14 +5,17 @@ from .case import Case
 from .docker_engine import CLIENT, HOST, SOCKET_FOLDER, DockerEngine
 
 
-TOOL_NOT_FOUND = "Docker CLI Not Found. Docker CLI is not installed or is not available in PATH."
+# What the pane shows instead of its lists.
+TOOL_NOT_FOUND = {"name": "Docker CLI Not Found",
+                  "description": "Docker CLI is not installed or is not available in PATH."}
 
 
 def no_daemon(connection, host):
-    """What the pane shows of a connection that does not answer."""
-    return ("Docker Daemon Unavailable. Docker is installed, but its daemon is unavailable: Docker CLI is installed, "
-            f"but connection '{connection}' is unavailable. Start Docker Desktop (or restore that connection), then "
-            f"choose Scan System. {unreachable(host)}")
+    """The same for a connection that does not answer."""
+    return {"name": "Docker Daemon Unavailable",
+            "description": "Docker is installed, but its daemon is unavailable: Docker CLI is installed, but connection "
+                           f"'{connection}' is unavailable. Start Docker Desktop (or restore that connection), then "
+                           f"choose Scan System. {unreachable(host)}"}
 
 
 def unreachable(host):
