@@ -208,7 +208,7 @@ int DirectoryHandle::rememberIdentity() {
 
 int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t nameBytesLimit, bool& atEnd) const {
     // Not on the stack, which may be small, and not made anew for each of a million folders.
-    constexpr std::size_t blockSize = 65536;
+    constexpr std::size_t blockSize = 32768;
     static thread_local std::vector<char> block(blockSize);
     atEnd = false;
     while (listing.nameBytes() < nameBytesLimit) {
