@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <utility>
+#include <vector>
 
 namespace zentrill {
 
@@ -241,17 +242,13 @@ bool DeletionWalk::handOver(const char* name) {
     if (top().directory.duplicate(parent) != 0) {
         return false;
     }
-    auto& handedOver = top().handedOver;
-    // The oldest were taken first: few are ever on the list, however many folders there are.
-    while (!handedOver.empty() && handedOver.front()->isFinished()) {
-        absorb(*handedOver.front());
-        handedOver.erase(handedOver.begin());
-    }
+    absorbFinished();
     std::string standardizedPath = standardizedPath_;
     standardizedPath.append(stack_.pathBelowItem()).append("/").append(name);
-    handedOver.push_back(std::make_shared<DeletionSubtree>(rules_, *crew_, std::move(parent), name,
-                                                           stack_.pathOf(name), std::move(standardizedPath)));
-    crew_->offer(handedOver.back());
+    auto subtree = std::make_shared<DeletionSubtree>(rules_, *crew_, std::move(parent), name,
+                                                     stack_.pathOf(name), std::move(standardizedPath));
+    top().handedOver.push_back(subtree);
+    crew_->offer(std::move(subtree));
     return true;
 }
 
@@ -272,6 +269,17 @@ std::shared_ptr<DeletionSubtree> DeletionWalk::takeBack() {
         absorb(*subtree);
     }
     return nullptr;
+}
+
+/// Keeps the list short, however many folders there are and however long one of them takes.
+void DeletionWalk::absorbFinished() {
+    std::erase_if(top().handedOver, [this](const std::shared_ptr<DeletionSubtree>& subtree) {
+        const bool finished = subtree->isFinished();
+        if (finished) {
+            absorb(*subtree);
+        }
+        return finished;
+    });
 }
 
 void DeletionWalk::absorb(DeletionSubtree& subtree) {

@@ -78,6 +78,7 @@ private:
     [[nodiscard]] bool wantsHelp();
     [[nodiscard]] bool handOver(const char* name);
     [[nodiscard]] std::shared_ptr<DeletionSubtree> takeBack();
+    void absorbFinished();
     void absorb(DeletionSubtree& subtree);
 
     [[nodiscard]] bool mayRemove(const char* name) const;
