@@ -1,5 +1,7 @@
 #include "deletion/DeletionCrew.h"
 
+#include "platform/WorkerThread.h"
+
 #include <algorithm>
 #include <system_error>
 #include <utility>
@@ -63,6 +65,7 @@ void DeletionCrew::await(const DeletionJob& job, bool mayHelp) {
 }
 
 void DeletionCrew::work() {
+    beginWorkerThread("deletion crew");
     std::unique_lock lock(mutex_);
     while (true) {
         jobOffered_.wait(lock, [this] { return dismissed_ || !queue_.empty(); });
