@@ -1,10 +1,12 @@
 """Another program, from which a person drags something into the window."""
 
 import os
+import select
 import subprocess
 
 from . import processes
 from .settings import current
+from .waiting import DEADLINE, Overdue
 
 # Where its two windows stand, right of the program's.
 _SOURCE = (1100, 150)
@@ -19,7 +21,8 @@ class DragSource:
         self._process = processes.start(
             [str(current().programs / "zentrill_drag_source"), kind, what],
             env={**os.environ, "DISPLAY": display.name, "QT_QPA_PLATFORM": "xcb"},
-            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+            # Nothing is read ahead, so that waiting for output is waiting for what is not read yet.
+            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, bufsize=0)
         self._expect("ready")
 
     def stop(self):
@@ -57,4 +60,6 @@ class DragSource:
             raise AssertionError(f"the drag source said {said!r} instead of {line!r}")
 
     def _read(self):
-        return self._process.stdout.readline().strip()
+        if not select.select([self._process.stdout], [], [], DEADLINE)[0]:
+            raise Overdue(f"not within {DEADLINE:g} s: a word of the drag source")
+        return self._process.stdout.readline().decode().strip()
