@@ -47,6 +47,7 @@ remove_at_the_end() {
     exec {alive}> >(
         trap '' HUP INT TERM
         cat >/dev/null
+        remove_control_groups
         rm -rf "$playground"
     )
     remover=$!

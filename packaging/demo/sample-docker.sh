@@ -35,7 +35,8 @@ mkdir /run/etc-changes /run/etc-work
 mount -t overlay overlay -o lowerdir=/etc,upperdir=/run/etc-changes,workdir=/run/etc-work /etc
 exec dockerd --config-file="$1/daemon.json" --host="unix://$1/socket/docker.sock" \
     --data-root="$1/data" --exec-root="$1/exec" --pidfile="$1/docker.pid" \
-    --storage-driver=vfs --exec-opt native.cgroupdriver=cgroupfs --bridge=none --userland-proxy=false \
+    --storage-driver=vfs --exec-opt native.cgroupdriver=cgroupfs --cgroup-parent="/$2" \
+    --bridge=none --userland-proxy=false \
     --iptables=false --ip6tables=false --ip-forward=false --ip-masq=false
 SCRIPT
 }
@@ -51,7 +52,7 @@ start_sample_engine() {
     # Process ids of the engine that ran before, which mean something else in a new namespace.
     rm -rf "$playground/docker/docker.pid" "$playground/docker/exec"
     TMPDIR=$playground/docker/tmp setpriv --pdeathsig KILL unshare --mount --pid --fork --kill-child --mount-proc \
-        /bin/sh -c "$(engine_script)" sh "$playground/docker" >>"$playground/docker/log" 2>&1 &
+        /bin/sh -c "$(engine_script)" sh "$playground/docker" "${playground##*/}" >>"$playground/docker/log" 2>&1 &
     engine=$!
     for ((tries = 0; tries < 300; tries++)); do
         kill -0 "$engine" 2>/dev/null || break
@@ -65,11 +66,27 @@ start_sample_engine() {
 stop_sample_engine() {
     [ -n "$engine" ] || return 0
     local first=''
-    # The first process of the namespace is reaped when all of the others have ended.
-    { read -r first <"/proc/$engine/task/$engine/children"; } 2>/dev/null || true
-    kill -KILL "${first:-$engine}" 2>/dev/null || true
+    # The number of an engine that has ended by itself may be somebody else's by now.
+    if jobs -rp | grep -x "$engine" >/dev/null; then
+        # The first process of the namespace is reaped when all of the others have ended.
+        { read -r first <"/proc/$engine/task/$engine/children"; } 2>/dev/null || true
+        kill -KILL "${first:-$engine}" 2>/dev/null || true
+    fi
     wait "$engine" 2>/dev/null || true
     engine=''
+    remove_control_groups
+}
+
+# The containers' control groups outlive them: below one of the playground's name in each hierarchy that there is.
+remove_control_groups() {
+    local group tries
+    for group in /sys/fs/cgroup/"${playground##*/}" /sys/fs/cgroup/*/"${playground##*/}"; do
+        # Busy until the last of the processes is reaped.
+        for ((tries = 0; tries < 50; tries++)); do
+            [ -d "$group" ] || break
+            find "$group" -depth -type d -exec rmdir {} + 2>/dev/null || sleep 0.1
+        done
+    done
 }
 
 import_image() {

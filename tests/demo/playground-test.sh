@@ -65,6 +65,12 @@ processes_of_playground() { grep -lsFf "$scratch/pattern" /proc/[0-9]*/mountinfo
 
 no_process_is_left() { [ -z "$(processes_of_playground)" ]; }
 
+no_control_group_is_left() {
+    local name
+    name=$(grep -om1 'zentrill-demo\.[[:alnum:]]*' "$scratch/said")
+    [ -z "$(find /sys/fs/cgroup -maxdepth 2 -name "$name")" ]
+}
+
 has_ended() { ! kill -0 "$program" 2>/dev/null; }
 
 ends_with() {
@@ -126,6 +132,7 @@ case_docker_engine() {
     grep -q '^open-webui=running$' <<<"$said" || fail "no container runs: $said"
     grep -q '^postgres 27[0-9]MB$' <<<"$said" || fail "the sizes do not look real: $said"
     if grep -q '^ghcr.io' <<<"$said"; then fail "the image is still there: $said"; fi
+    no_control_group_is_left || fail "control groups are left behind"
 }
 
 case_docker_stand_in() {
@@ -188,6 +195,7 @@ case_killed() {
     kill -KILL "$program"
     ends_with 137
     eventually "the samples are left behind" nothing_is_left
+    no_control_group_is_left || fail "control groups are left behind"
     eventually "processes are left running" no_process_is_left
 }
 

@@ -6,11 +6,15 @@
 #include "process/SpawnChild.h"
 #include "support/Processes.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <ranges>
 #include <sstream>
 #include <stdexcept>
+#include <system_error>
+#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -34,7 +38,8 @@ mkdir /run/etc-changes /run/etc-work
 mount -t overlay overlay -o lowerdir=/etc,upperdir=/run/etc-changes,workdir=/run/etc-work /etc
 exec /usr/sbin/dockerd --config-file="$1/daemon.json" --host="unix://$1/docker.sock" \
     --data-root="$1/data" --exec-root="$1/exec" --pidfile="$1/docker.pid" \
-    --storage-driver=vfs --exec-opt native.cgroupdriver=cgroupfs --bridge=none --userland-proxy=false \
+    --storage-driver=vfs --exec-opt native.cgroupdriver=cgroupfs --cgroup-parent="/${1##*/}" \
+    --bridge=none --userland-proxy=false \
     --iptables=false --ip6tables=false --ip-forward=false --ip-masq=false
 )";
 
@@ -47,6 +52,30 @@ std::vector<pid_t> childrenOf(pid_t pid) {
         children.push_back(child);
     }
     return children;
+}
+
+/// Whether the control groups of the engine's containers, which outlive them, are gone: below one called
+/// `name` in each hierarchy that there is.
+bool removesControlGroups(const std::string& name) {
+    namespace fs = std::filesystem;
+    const fs::path hierarchies = "/sys/fs/cgroup";
+    std::error_code error;
+    std::vector<fs::path> tops{hierarchies / name};
+    for (const fs::directory_entry& hierarchy : fs::directory_iterator(hierarchies, error)) {
+        tops.push_back(hierarchy.path() / name);
+    }
+    std::erase_if(tops, [&](const fs::path& top) {
+        std::vector<fs::path> groups{top};
+        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(top, error)) {
+            if (entry.is_directory(error)) {
+                groups.push_back(entry.path());
+            }
+        }
+        std::ranges::for_each(groups | std::views::reverse,
+                              [](const fs::path& group) { ::rmdir(group.c_str()); });
+        return !fs::exists(top, error);
+    });
+    return tops.empty();
 }
 
 std::string printed(const CommandResult& result) {
@@ -91,6 +120,10 @@ DockerEngine::DockerEngine() : environment_(ShellCommandRunner::defaultEnvironme
 
 DockerEngine::~DockerEngine() {
     stop();
+    // Busy until the last of the processes is reaped.
+    static_cast<void>(
+        eventually([this] { return removesControlGroups(std::filesystem::path(folder_.path()).filename()); },
+                   std::chrono::seconds(10)));
 }
 
 std::string DockerEngine::host() const {

@@ -16,6 +16,7 @@ from .waiting import wait_for
 DAEMON = "/usr/sbin/dockerd"
 CLIENT = "/usr/bin/docker"
 SHELL = "/bin/busybox"
+_GROUPS = Path("/sys/fs/cgroup")
 # In the cage.
 SOCKET_FOLDER = "/run/engine"
 HOST = f"unix://{SOCKET_FOLDER}/docker.sock"
@@ -28,7 +29,8 @@ mkdir /run/etc-changes /run/etc-work
 mount -t overlay overlay -o lowerdir=/etc,upperdir=/run/etc-changes,workdir=/run/etc-work /etc
 exec dockerd --debug --config-file="$1/daemon.json" --host="unix://$1/socket/docker.sock" \
     --data-root="$1/data" --exec-root="$1/exec" --pidfile="$1/docker.pid" \
-    --storage-driver=vfs --exec-opt native.cgroupdriver=cgroupfs --bridge=none --userland-proxy=false \
+    --storage-driver=vfs --exec-opt native.cgroupdriver=cgroupfs --cgroup-parent="/${1##*/}" \
+    --bridge=none --userland-proxy=false \
     --iptables=false --ip6tables=false --ip-forward=false --ip-masq=false
 """
 _REQUEST = re.compile(r'msg="Calling (GET|HEAD|POST|DELETE) /v[0-9.]+(/\S*)"')
@@ -76,6 +78,7 @@ class DockerEngine:
 
     def remove(self):
         self.stop()
+        wait_for(self._removes_groups, "the end of the containers' control groups")
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def docker(self, *arguments, check=True, **options):
@@ -124,6 +127,18 @@ class DockerEngine:
         """What was asked of the engine so far that changes something, in order: "DELETE /containers/…"."""
         return [f"{method} {path}" for method, path in _REQUEST.findall(self._log.read_text(errors="replace"))
                 if method in ("POST", "DELETE")]
+
+    def _removes_groups(self):
+        """They would outlive their processes and the engine: only who made them removes them. They bear the name of
+        the folder, in each hierarchy where the system has several."""
+        try:
+            for pattern in (self.folder.name, f"*/{self.folder.name}"):
+                for top in _GROUPS.glob(pattern):
+                    for group, _, _ in os.walk(top, topdown=False):
+                        os.rmdir(group)
+            return True
+        except OSError:
+            return False
 
     def _environment(self):
         return {"PATH": "/usr/bin:/bin", "HOME": str(self.folder / "home"),
