@@ -2,6 +2,7 @@
 
 import os
 import shutil
+import socket
 import tempfile
 from pathlib import Path
 
@@ -58,12 +59,17 @@ class Session:
         self._helpers.append(processes.start(
             ["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={self.bus_address}"],
             env=environment, stdout=log, stderr=log))
-        wait_for((self.runtime / "bus").exists, "the session bus")
+        wait_for(self._bus_listens, "the session bus")
         launcher = next((path for path in _LAUNCHERS if os.path.exists(path)), None)
         if launcher is None:
             raise RuntimeError("at-spi2-core is not installed")
         self._helpers.append(processes.start([launcher, "--launch-immediately"],
                                              env=environment, stdout=log, stderr=log))
+
+    def _bus_listens(self):
+        """Its socket's file is there a moment before anybody can connect."""
+        with socket.socket(socket.AF_UNIX) as client:
+            return client.connect_ex(str(self.runtime / "bus")) == 0
 
     def _announce_screen_reader(self):
         # libatspi reads the environment of its own process.
