@@ -5,6 +5,7 @@ import select
 import subprocess
 
 from . import processes
+from .program import sanitizer_options
 from .settings import current
 from .waiting import DEADLINE, Overdue
 
@@ -20,7 +21,7 @@ class DragSource:
         self._display = display
         self._process = processes.start(
             [str(current().programs / "zentrill_drag_source"), kind, what],
-            env={**os.environ, "DISPLAY": display.name, "QT_QPA_PLATFORM": "xcb"},
+            env={**os.environ, **sanitizer_options(), "DISPLAY": display.name, "QT_QPA_PLATFORM": "xcb"},
             # Nothing is read ahead, so that waiting for output is waiting for what is not read yet.
             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, bufsize=0)
         self._expect("ready")

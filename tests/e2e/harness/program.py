@@ -18,7 +18,7 @@ exit $status
 _SANITIZER_OPTIONS = ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS")
 
 
-def _sanitizer_options(*more):
+def sanitizer_options(*more):
     """The run's own options for the sanitizers, with changes to those of the address sanitizer."""
     options = {name: os.environ[name] for name in _SANITIZER_OPTIONS if name in os.environ}
     if "ASAN_OPTIONS" in options:
@@ -31,7 +31,7 @@ def under_strace(*options):
     """Options of a program that is started under strace with these options, its children too."""
     return {"prefix": ("strace", "-f", "-qq", "--seccomp-bpf", "-o", "/dev/null", *options),
             # The leak check cannot work while another program traces.
-            "environment": _sanitizer_options("detect_leaks=0")}
+            "environment": sanitizer_options("detect_leaks=0")}
 
 
 class Program:
@@ -43,7 +43,7 @@ class Program:
         cage.bind(session.runtime, str(session.runtime), writable=True)
         cage.bind(session.display.socket, session.display.socket)
         variables = {"PATH": "/usr/bin:/bin", "HOME": HOME, **session.environment()}
-        variables.update(_sanitizer_options())
+        variables.update(sanitizer_options())
         variables.update(environment or {})
         variables = {name: value for name, value in variables.items() if value is not None}
         with self._errors_path.open("wb") as errors, self._processes_path.open("wb") as listing:
