@@ -8,8 +8,7 @@ namespace zentrill {
 /// What a destructive file operation did. Its word and the disk never differ: every path under `removed` is
 /// gone, every path under `preserved` is there.
 struct DeletionReport {
-    /// Deleted paths in the order of deletion, a folder after everything in it. What several threads deleted
-    /// at once stands one folder after the other.
+    /// Deleted paths in the order of deletion.
     std::vector<std::string> removed;
     /// Paths that the Safety Shield kept on purpose.
     std::vector<std::string> preserved;

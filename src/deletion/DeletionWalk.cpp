@@ -4,7 +4,9 @@
 #include "platform/Paths.h"
 #include "platform/SystemError.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -57,6 +59,9 @@ DeletionWalk::Outcome DeletionWalk::runUnprotected(EntryKind kind) {
         } else {
             leave();
         }
+    }
+    if (ownCrew_) {
+        putRemovalsInOrder();
     }
     outcome_.left = top().left;
     return std::move(outcome_);
@@ -232,6 +237,8 @@ bool DeletionWalk::wantsHelp() {
         handledEntries_ > rules_.concurrency.afterEntries) {
         ownCrew_ = std::make_unique<DeletionCrew>(rules_.concurrency.threads - 1);
         crew_ = ownCrew_.get();
+        std::generate_n(std::back_inserter(outcome_.removalNumbers), std::ssize(outcome_.report.removed),
+                        [this] { return crew_->nextNumber(); });
     }
     return crew_ != nullptr && crew_->wantsJobs();
 }
@@ -285,11 +292,22 @@ void DeletionWalk::absorbFinished() {
 void DeletionWalk::absorb(DeletionSubtree& subtree) {
     Outcome& outcome = subtree.outcome();
     outcome_.report.merge(std::move(outcome.report));
+    outcome_.removalNumbers.insert(outcome_.removalNumbers.end(), outcome.removalNumbers.begin(),
+                                   outcome.removalNumbers.end());
     outcome_.removedCount += outcome.removedCount;
     if (!outcome_.firstFailure) {
         outcome_.firstFailure = std::move(outcome.firstFailure);
     }
     top().left = top().left || outcome.left;
+}
+
+void DeletionWalk::putRemovalsInOrder() {
+    std::vector<std::string>& removed = outcome_.report.removed;
+    std::vector<std::string> inOrder(removed.size());
+    for (std::size_t i = 0; i < removed.size(); ++i) {
+        inOrder[outcome_.removalNumbers[i]] = std::move(removed[i]);
+    }
+    removed = std::move(inOrder);
 }
 
 bool DeletionWalk::mayRemove(const char* name) const {
@@ -300,6 +318,9 @@ void DeletionWalk::recordRemoved(const char* name) {
     ++outcome_.removedCount;
     if (rules_.shield != nullptr) {
         outcome_.report.removed.push_back(stack_.pathOf(name));
+        if (crew_ != nullptr) {
+            outcome_.removalNumbers.push_back(crew_->nextNumber());
+        }
     }
 }
 

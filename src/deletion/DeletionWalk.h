@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zentrill {
 
@@ -43,6 +44,8 @@ public:
     struct Outcome {
         /// With a shield, every removal, kept item and failure; otherwise empty.
         DeletionReport report;
+        /// Which removal of the whole deletion each of `report.removed` was, once there are several threads.
+        std::vector<std::size_t> removalNumbers;
         std::size_t removedCount = 0;
         std::optional<Failure> firstFailure;
         /// Whether the item itself is still there.
@@ -80,6 +83,7 @@ private:
     [[nodiscard]] std::shared_ptr<DeletionSubtree> takeBack();
     void absorbFinished();
     void absorb(DeletionSubtree& subtree);
+    void putRemovalsInOrder();
 
     [[nodiscard]] bool mayRemove(const char* name) const;
     void recordRemoved(const char* name);
