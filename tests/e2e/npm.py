@@ -10,7 +10,7 @@ import unittest
 from harness.cage import HOME, Cage
 from harness.settings import current
 
-_UNREACHABLE = re.compile(r"ENOTFOUND|EAI_AGAIN|ECONNREFUSED|ECONNRESET|ETIMEDOUT|ENETUNREACH|network")
+_UNREACHABLE = re.compile(r"ENOTFOUND|EAI_AGAIN|ECONNREFUSED|ECONNRESET|ETIMEDOUT|ENETUNREACH|network|CERT_|certificate")
 _PASSED_ON = re.compile(r"^(https?_proxy|no_proxy|npm_config_.*|node_extra_ca_certs|ssl_cert_(file|dir))$", re.IGNORECASE)
 
 
