@@ -40,7 +40,7 @@ class SelfUninstallCase(Case):
         self.display.picture("confirmation-self-uninstall")
         # The sidebar's entry has the same name, but lies below the modal.
         self.display.type(self.issued_code())
-        self.screen.wait("push button", "Uninstall Zentrill", states=["enabled"]).press()
+        self.screen.wait("push button", "Uninstall Zentrill", states=["enabled"]).press_to_end()
 
 
 class SelfUninstall(SelfUninstallCase):

@@ -70,6 +70,14 @@ class Element:
     def press(self):
         return self.act("Press")
 
+    def press_to_end(self):
+        """Presses what may end the program, which can be gone before its answer is on the way."""
+        try:
+            self.press()
+        except GLib.Error as error:
+            if "without replying" not in error.message:
+                raise
+
     def grab_focus(self):
         component = self._accessible.get_component_iface()
         return bool(component) and component.grab_focus()
