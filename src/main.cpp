@@ -6,6 +6,7 @@
 #include "docker/DockerExecutableLocator.h"
 #include "platform/FileSystem.h"
 #include "platform/HomeDirectory.h"
+#include "process/Environment.h"
 #include "process/ShellCommandRunner.h"
 #include "ui/ContentView.h"
 #include "ui/Typography.h"
@@ -59,6 +60,7 @@ void keepQtFromWritingFiles() {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    leaveTerminalBehind();
     // Taken first, so that programs that it starts see the person's own environment.
     const auto commandRunner = std::make_shared<ShellCommandRunner>();
     keepQtFromWritingFiles();

@@ -1,5 +1,6 @@
 #include "process/Environment.h"
 
+#include <cstdlib>
 #include <string_view>
 
 #include <unistd.h>
@@ -21,6 +22,13 @@ Environment currentEnvironment() {
         result.emplace(assignment.substr(0, equals), assignment.substr(equals + 1));
     }
     return result;
+}
+
+void leaveTerminalBehind() {
+    for (const char* name :
+         {"COLUMNS", "LINES", "PS_FORMAT", "PS_PERSONALITY", "CMD_ENV", "I_WANT_A_BROKEN_PS"}) {
+        ::unsetenv(name);
+    }
 }
 
 } // namespace zentrill

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdlib>
+#include <string_view>
 
 #include <unistd.h>
 
@@ -23,6 +25,23 @@ TEST(Environment, TakesAssignmentsAlone) {
                                      nameless.data(), empty.data(),  nullptr};
         environ = entries.data();
         return currentEnvironment() == Environment{{"A", "1"}, {"B", "c=d"}, {"E", ""}};
+    }));
+}
+
+TEST(Environment, NothingOfATerminalIsLeftToThoseStartedLater) {
+    EXPECT_TRUE(test::holdsInForkedChild([] {
+        for (const char* name : {"COLUMNS", "LINES", "PS_FORMAT", "PS_PERSONALITY", "CMD_ENV",
+                                 "I_WANT_A_BROKEN_PS", "COLUMNS_OF_A_TEMPLE", "EMPTY"}) {
+            ::setenv(name, name == std::string_view("EMPTY") ? "" : "80", 1);
+        }
+        Environment expected = currentEnvironment();
+        const std::size_t before = expected.size();
+        for (const char* name :
+             {"COLUMNS", "LINES", "PS_FORMAT", "PS_PERSONALITY", "CMD_ENV", "I_WANT_A_BROKEN_PS"}) {
+            expected.erase(name);
+        }
+        leaveTerminalBehind();
+        return before == expected.size() + 6 && currentEnvironment() == expected;
     }));
 }
 
