@@ -33,9 +33,13 @@ ApplicationUninstallService::liveProcessAliveChecker(std::shared_ptr<CommandExec
             return false;
         }
         const CommandResult listing = commands->run("/bin/ps", {"-axo", "comm,args="}, processListingTimeout);
-        return listing.succeeded() && std::ranges::any_of(processNames, [&listing](const std::string& name) {
-                   return listing.stdout.find(name) != std::string::npos;
-               });
+        if (!listing.succeeded()) {
+            return false;
+        }
+        // One that is not whole cannot rule out that a tool runs.
+        return !listing.stdoutIsWhole || std::ranges::any_of(processNames, [&](const std::string& name) {
+            return listing.stdout.find(name) != std::string::npos;
+        });
     };
 }
 

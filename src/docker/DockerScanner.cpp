@@ -81,6 +81,10 @@ public:
             warn("Image inventory failed: " + listed.diagnostic());
             return;
         }
+        if (!listed.stdoutIsWhole) {
+            warn("Image inventory failed: Docker's answer could not be read as a whole.");
+            return;
+        }
         docker_listing::Images read = docker_listing::images(listed.stdout);
         if (read.malformedCount > 0) {
             warn("Ignored " + counted(read.malformedCount, "malformed image record") + ".");
@@ -138,7 +142,8 @@ private:
             return std::nullopt;
         }
         std::optional<std::set<std::string>> used =
-            docker_listing::usedImageIDs(inspected.stdout, containers.size());
+            inspected.stdoutIsWhole ? docker_listing::usedImageIDs(inspected.stdout, containers.size())
+                                    : std::nullopt;
         if (!used) {
             warn("Docker returned incomplete container image IDs; image removal is disabled until the next "
                  "successful scan.");
@@ -186,6 +191,11 @@ DockerAvailability DockerScanner::scan() const {
                            "' responded, but its container inventory failed. " + listed.diagnostic());
     }
     docker_listing::Containers containers = docker_listing::containers(listed.stdout, client.connection());
+
+    if (!listed.stdoutIsWhole) {
+        // Any number of containers may be missing, and with them any number of images that they use.
+        containers.unreadableCount = std::max<std::size_t>(containers.unreadableCount, 1);
+    }
 
     ImageInventory images;
     images.list(client);

@@ -37,4 +37,9 @@ std::string CommandResult::diagnostic() const {
     return "Command exited with status " + std::to_string(exitCode) + ".";
 }
 
+bool CommandResult::operator==(const CommandResult& other) const noexcept {
+    return stdout == other.stdout && stderr == other.stderr && exitCode == other.exitCode &&
+           timedOut == other.timedOut && launchError == other.launchError;
+}
+
 } // namespace zentrill

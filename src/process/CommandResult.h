@@ -21,6 +21,13 @@ struct CommandResult {
     /// The system's description of a failed launch; absent when the launch succeeded.
     std::optional<std::string> launchError;
 
+    /// Whether `stdout` is everything that the command wrote there: false where that was not valid UTF-8 or
+    /// was more than the runner keeps. Who concludes something from what is *not* in a text asks this first.
+    /// Not a part of what two results are compared by.
+    bool stdoutIsWhole = true;
+    /// The same for `stderr`.
+    bool stderrIsWhole = true;
+
     [[nodiscard]] bool succeeded() const noexcept;
 
     /// The one-line text for messages and the activity log: the launch error, "Command timed out.", the
@@ -28,7 +35,8 @@ struct CommandResult {
     /// first.
     [[nodiscard]] std::string diagnostic() const;
 
-    bool operator==(const CommandResult&) const = default;
+    /// Compares the texts, the exit code, the time-out and the launch error.
+    bool operator==(const CommandResult& other) const noexcept;
 };
 
 } // namespace zentrill

@@ -12,15 +12,17 @@ void DataBox::append(std::string_view bytes) {
     bytes_.append(bytes.substr(0, room));
 }
 
-std::string DataBox::takeText() {
-    std::string text = std::exchange(bytes_, {});
+DataBox::Text DataBox::take() {
+    Text result{.text = std::exchange(bytes_, {}), .isWhole = true};
     if (std::exchange(cut_, false)) {
-        text.resize(text.size() - incompleteUtf8TailLength(text));
+        result.isWhole = false;
+        result.text.resize(result.text.size() - incompleteUtf8TailLength(result.text));
     }
-    if (!isValidUtf8(text)) {
-        text.clear();
+    if (!isValidUtf8(result.text)) {
+        result.isWhole = false;
+        result.text.clear();
     }
-    return text;
+    return result;
 }
 
 } // namespace zentrill

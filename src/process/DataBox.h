@@ -17,9 +17,16 @@ public:
 
     void append(std::string_view bytes);
 
-    /// The text, leaving the box empty: nothing at all if the bytes are not UTF-8. Where the limit cut a
-    /// character in two, its first half is dropped as well.
-    [[nodiscard]] std::string takeText();
+    struct Text {
+        /// Nothing at all if the bytes are not UTF-8. Where the limit cut a character in two, its first half
+        /// is dropped as well.
+        std::string text;
+        /// Whether that is everything that was delivered.
+        bool isWhole = true;
+    };
+
+    /// Leaves the box empty.
+    [[nodiscard]] Text take();
 
 private:
     std::size_t limit_;

@@ -31,9 +31,9 @@ public:
     /// Takes what is in the pipes at this moment, standard output first, and closes them.
     void drain();
 
-    [[nodiscard]] std::string takeOutput() { return output_.box.takeText(); }
+    [[nodiscard]] DataBox::Text takeOutput() { return output_.box.take(); }
 
-    [[nodiscard]] std::string takeErrorOutput() { return errorOutput_.box.takeText(); }
+    [[nodiscard]] DataBox::Text takeErrorOutput() { return errorOutput_.box.take(); }
 
 private:
     struct Stream {

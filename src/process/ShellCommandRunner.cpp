@@ -76,8 +76,12 @@ CommandResult runCommand(const std::string& executable, const std::vector<std::s
     pump.drain();
 
     CommandResult result;
-    result.stdout = pump.takeOutput();
-    result.stderr = pump.takeErrorOutput();
+    DataBox::Text outputText = pump.takeOutput();
+    DataBox::Text errorText = pump.takeErrorOutput();
+    result.stdout = std::move(outputText.text);
+    result.stdoutIsWhole = outputText.isWhole;
+    result.stderr = std::move(errorText.text);
+    result.stderrIsWhole = errorText.isWhole;
     result.exitCode = child.reap();
     result.timedOut = timedOut;
     return result;

@@ -126,6 +126,17 @@ TEST(ProcessAliveChecker, AListingThatFailedCountsAsEmpty) {
     EXPECT_FALSE(isAlive(listing, {"Claude"}));
 }
 
+TEST(ProcessAliveChecker, AListingThatIsNotWholeRulesNothingOut) {
+    CommandResult listing = test::ok();
+    listing.stdoutIsWhole = false;
+    EXPECT_TRUE(isAlive(listing, {"Claude"}));
+    EXPECT_FALSE(isAlive(listing, {}));
+    listing.stdout = "Finder\n";
+    EXPECT_TRUE(isAlive(listing, {"Claude"}));
+    listing.exitCode = 1;
+    EXPECT_FALSE(isAlive(listing, {"Claude"})) << "one that failed counts as empty all the same";
+}
+
 TEST(ProcessAliveChecker, SeesARealProcessAsLongAsItRuns) {
     const test::TemporaryDirectory folder;
     const std::string name = "Zentrill Test Tool " + std::string(paths::lastComponent(folder.path()));

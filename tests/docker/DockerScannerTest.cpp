@@ -2,10 +2,12 @@
 
 #include "support/FakeCommandRunner.h"
 #include "support/FixedDockerLocator.h"
+#include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,6 +24,9 @@ using test::FixedDockerLocator;
 using test::ok;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+constexpr const char* couldNotReadOneContainer =
+    "Could not read 1 container record; image removal is disabled until the next successful scan.";
 
 std::string imageID(char digit) {
     return "sha256:" + std::string(64, digit);
@@ -245,6 +250,83 @@ TEST_F(DockerScannerTest, AnIncompleteInspectionMakesEveryUsageUnknown) {
                   "until the next successful scan.");
         EXPECT_THAT(usages(result), ElementsAre(DockerImageUsage::unknown));
     }
+}
+
+TEST_F(DockerScannerTest, AContainerListingThatIsNoTextMakesEveryUsageUnknown) {
+    // As the runner gives it: nothing at all, which alone would read as "no containers".
+    containers.stdoutIsWhole = false;
+    images = ok(imageLine('a', "one"));
+    const DockerAvailability::Available result = available();
+    EXPECT_EQ(result.imageWarning, couldNotReadOneContainer);
+    EXPECT_THAT(usages(result), ElementsAre(DockerImageUsage::unknown));
+}
+
+TEST_F(DockerScannerTest, AContainerListingThatWasCutMakesEveryUsageUnknown) {
+    containers = ok(containerLine("c1"));
+    containers.stdoutIsWhole = false;
+    images = ok(imageLine('a', "one") + imageLine('b', "two"));
+    usage = ok(imageID('a') + "\n");
+    DockerAvailability::Available result = available();
+    EXPECT_EQ(result.containers.size(), 1U);
+    EXPECT_EQ(result.imageWarning, couldNotReadOneContainer);
+    EXPECT_THAT(usages(result), ElementsAre(DockerImageUsage::unknown, DockerImageUsage::unknown));
+
+    // A line that the cut left half is the one that could not be read.
+    containers.stdout += R"({"ID":"c)";
+    result = available();
+    EXPECT_EQ(result.imageWarning, couldNotReadOneContainer);
+    EXPECT_THAT(usages(result), ElementsAre(DockerImageUsage::unknown, DockerImageUsage::unknown));
+}
+
+TEST_F(DockerScannerTest, AnImageListingThatIsNotWholeOffersNothingForRemoval) {
+    containers = ok(containerLine("c1"));
+    usage = ok(imageID('b') + "\n");
+    for (const std::string& output : {std::string(), imageLine('a', "one")}) {
+        images = ok(output);
+        images.stdoutIsWhole = false;
+        const DockerAvailability::Available result = available();
+        EXPECT_EQ(result.containers.size(), 1U);
+        EXPECT_THAT(result.images, IsEmpty());
+        EXPECT_EQ(result.imageWarning,
+                  "Image inventory failed: Docker's answer could not be read as a whole.");
+    }
+}
+
+TEST_F(DockerScannerTest, AnInspectionThatIsNotWholeMakesEveryUsageUnknown) {
+    containers = ok(containerLine("c1"));
+    images = ok(imageLine('a', "one"));
+    for (const std::string& output : {std::string(), imageID('b') + "\n"}) {
+        usage = ok(output);
+        usage.stdoutIsWhole = false;
+        const DockerAvailability::Available result = available();
+        EXPECT_EQ(result.imageWarning,
+                  "Docker returned incomplete container image IDs; image removal is disabled "
+                  "until the next successful scan.");
+        EXPECT_THAT(usages(result), ElementsAre(DockerImageUsage::unknown));
+    }
+}
+
+/// A real program in the place of the tool, run by the real runner.
+TEST(DockerScannerWithARealTool, OneByteThatIsNoTextMakesEveryUsageUnknown) {
+    const test::TemporaryDirectory folder;
+    const std::string tool =
+        folder.makeFile("docker", "#!/bin/sh\ncase \"$*\" in\n"
+                                  "*version*) echo 20.10.24 ;;\n"
+                                  "*'container ls'*) printf '{\"ID\":\"c1\",\"Names\":\"caf\\351\"}\\n' ;;\n"
+                                  "*'image ls'*) echo '" +
+                                      imageLine('a', "one") +
+                                      "' ;;\n"
+                                      "*) exit 1 ;;\nesac\n");
+    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+    const DockerAvailability result =
+        DockerScanner(std::make_shared<ShellCommandRunner>(), std::make_shared<FixedDockerLocator>(tool),
+                      {{"DOCKER_CONTEXT", "here"}})
+            .scan();
+    const auto* state = std::get_if<DockerAvailability::Available>(&result.state);
+    ASSERT_NE(state, nullptr);
+    ASSERT_EQ(state->images.size(), 1U);
+    EXPECT_EQ(state->images.front().usage, DockerImageUsage::unknown);
+    EXPECT_EQ(state->imageWarning, couldNotReadOneContainer);
 }
 
 TEST_F(DockerScannerTest, WarningsStandInOneLineInTheirOrder) {

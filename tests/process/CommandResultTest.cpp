@@ -39,7 +39,7 @@ TEST(CommandResult, DiagnosticOfASilentCommandIsItsStatus) {
     EXPECT_EQ(test::ok().diagnostic(), "Command exited with status 0.");
 }
 
-TEST(CommandResult, EqualityComparesEveryField) {
+TEST(CommandResult, EqualityComparesWhatTheCommandSaidAndHowItEnded) {
     const CommandResult result = test::failed(2, "e");
     CommandResult other = result;
     EXPECT_EQ(result, other);
@@ -48,6 +48,23 @@ TEST(CommandResult, EqualityComparesEveryField) {
     other = result;
     other.timedOut = true;
     EXPECT_NE(result, other);
+    other = result;
+    other.exitCode = 3;
+    EXPECT_NE(result, other);
+    other = result;
+    other.stdout.push_back('o');
+    EXPECT_NE(result, other);
+    other = result;
+    other.stderr.push_back('f');
+    EXPECT_NE(result, other);
+}
+
+TEST(CommandResult, WhatGotLostOnTheWayTakesNoPartInEquality) {
+    const CommandResult result = test::ok("text");
+    CommandResult other = result;
+    other.stdoutIsWhole = false;
+    other.stderrIsWhole = false;
+    EXPECT_EQ(result, other);
 }
 
 } // namespace

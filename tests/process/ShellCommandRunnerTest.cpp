@@ -107,6 +107,7 @@ TEST_F(ShellCommandRunnerTest, OutputBeyondThePipesCapacityArrivesWhole) {
     const CommandResult result =
         shell("head -c 3000000 /dev/zero | tr '\\0' a; head -c 2000000 /dev/zero | tr '\\0' b >&2");
     EXPECT_EQ(result.stdout, std::string(3000000, 'a'));
+    EXPECT_TRUE(result.stdoutIsWhole);
     EXPECT_EQ(result.stderr, std::string(2000000, 'b'));
 }
 
@@ -116,14 +117,21 @@ TEST_F(ShellCommandRunnerTest, OutputBeyondTheLimitIsDroppedNotTheText) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.stdout.size(), std::size_t{64} * 1024 * 1024 - 1);
     EXPECT_TRUE(result.stdout.ends_with("€"));
+    EXPECT_FALSE(result.stdoutIsWhole);
     EXPECT_EQ(result.stderr, "end\n");
+    EXPECT_TRUE(result.stderrIsWhole);
 }
 
 TEST_F(ShellCommandRunnerTest, InvalidUtf8EmptiesThatStreamAlone) {
     const CommandResult result = shell("printf 'good\\377'; echo fine >&2");
     EXPECT_EQ(result.stdout, "");
+    EXPECT_FALSE(result.stdoutIsWhole);
     EXPECT_EQ(result.stderr, "fine\n");
-    EXPECT_EQ(shell("printf 'zo\\303\\253'; printf '\\355\\240\\200' >&2").stdout, "zoë");
+    EXPECT_TRUE(result.stderrIsWhole);
+    const CommandResult other = shell("printf 'zo\\303\\253'; printf '\\355\\240\\200' >&2");
+    EXPECT_EQ(other.stdout, "zoë");
+    EXPECT_TRUE(other.stdoutIsWhole);
+    EXPECT_FALSE(other.stderrIsWhole);
 }
 
 TEST_F(ShellCommandRunnerTest, GivesTheChildExactlyItsEnvironment) {
