@@ -47,6 +47,19 @@ std::string valueOf(const Environment& environment, const std::string& name) {
     return found == environment.end() ? std::string() : found->second;
 }
 
+/// The name of the context that the tool is set to, as it printed it, or the result of a failure.
+CommandResult activeContext(const Client& client) {
+    CommandResult shown = client.run({"context", "show"}, contextTimeout);
+    if (shown.succeeded()) {
+        return shown;
+    }
+    // Tools before version 23, such as Debian 12's, cannot show it; to inspect a context that is not named is
+    // to inspect the active one.
+    CommandResult inspected = client.run({"context", "inspect", "--format", "{{.Name}}"}, contextTimeout);
+    const bool isNamed = inspected.succeeded() && !docker_listing::trimmed(inspected.stdout).empty();
+    return isNamed ? inspected : shown;
+}
+
 /// Either the endpoint or the text that says why there is none.
 std::variant<DockerConnection, std::string> resolveConnection(const Client& client,
                                                               const Environment& environment) {
@@ -56,7 +69,7 @@ std::variant<DockerConnection, std::string> resolveConnection(const Client& clie
     if (const std::string host = valueOf(environment, "DOCKER_HOST"); !host.empty()) {
         return DockerConnection{.arguments = {"--host", host}, .displayName = "DOCKER_HOST override"};
     }
-    const CommandResult shown = client.run({"context", "show"}, contextTimeout);
+    const CommandResult shown = activeContext(client);
     if (!shown.succeeded()) {
         return "Docker CLI is installed, but its active context could not be resolved. " + shown.diagnostic();
     }

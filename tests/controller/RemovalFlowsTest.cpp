@@ -19,7 +19,7 @@ protected:
     RemovalFlowsTest() {
         answer_ = [this](const FakeCommandRunner::Call& call) {
             // The rescan that follows: an endpoint that does not answer leaves the lists empty.
-            if (::testing::Value(call.arguments, Contains("show"))) {
+            if (::testing::Value(call.arguments, Contains("context"))) {
                 return test::failed(1, "no context\n");
             }
             return result_(call);
@@ -39,7 +39,7 @@ protected:
     [[nodiscard]] std::vector<FakeCommandRunner::Call> operationCalls() const {
         std::vector<FakeCommandRunner::Call> calls = commands_->calls();
         std::erase_if(calls,
-                      [](const auto& call) { return ::testing::Value(call.arguments, Contains("show")); });
+                      [](const auto& call) { return ::testing::Value(call.arguments, Contains("context")); });
         return calls;
     }
 

@@ -46,6 +46,7 @@ std::string imageLine(char digit, const std::string& tag) {
 class DockerScannerTest : public testing::Test {
 protected:
     CommandResult context = ok("default\n");
+    CommandResult inspectedContext = failed(1, "no configuration");
     CommandResult version = ok("28.2.2\n");
     CommandResult containers = ok();
     CommandResult images = ok();
@@ -83,6 +84,9 @@ protected:
 
 private:
     CommandResult answer(const FakeCommandRunner::Call& call) const {
+        if (call.arguments.front() == "context" && call.arguments.at(1) == "inspect") {
+            return inspectedContext;
+        }
         for (const auto& [word, result] :
              {std::pair{"show", &context}, std::pair{"version", &version},
               std::pair{"container", &containers}, std::pair{"image", &images}}) {
@@ -145,7 +149,39 @@ TEST_F(DockerScannerTest, AnUnknownActiveContextIsAFailure) {
               "Docker CLI is installed, but its active context could not be resolved. no configuration");
     context = ok(" \n");
     EXPECT_EQ(unavailable(), "Docker CLI is installed, but it returned an empty active context.");
-    EXPECT_EQ(commands->calls().size(), 2U);
+    EXPECT_EQ(commands->calls().size(), 3U) << "both ways to ask the first time, one the second time";
+}
+
+TEST_F(DockerScannerTest, AToolThatCannotShowItsContextIsAskedToInspectIt) {
+    context = failed(1, "\nUsage:  docker context COMMAND\n");
+    inspectedContext = ok("workshop\n");
+    EXPECT_EQ(available().connection,
+              (DockerConnection{.arguments = {"--context", "workshop"}, .displayName = "workshop"}));
+    using Call = FakeCommandRunner::Call;
+    const std::vector<Call> calls = commands->calls();
+    ASSERT_GE(calls.size(), 3U);
+    EXPECT_EQ(calls[0], (Call{"/opt/docker", {"context", "show"}, 5}));
+    EXPECT_EQ(calls[1], (Call{"/opt/docker", {"context", "inspect", "--format", "{{.Name}}"}, 5}));
+    EXPECT_EQ(calls[2].arguments.front(), "--context");
+}
+
+TEST_F(DockerScannerTest, AContextThatIsShownIsNotInspected) {
+    inspectedContext = ok("another\n");
+    EXPECT_EQ(available().connection.displayName, "default");
+    context = ok("\n");
+    EXPECT_EQ(unavailable(), "Docker CLI is installed, but it returned an empty active context.");
+    for (const FakeCommandRunner::Call& call : commands->calls()) {
+        EXPECT_NE(call.arguments.at(1), "inspect");
+    }
+}
+
+TEST_F(DockerScannerTest, WhereNeitherWayGivesAContextTheFirstAnswerIsTold) {
+    context = failed(1, "no configuration");
+    for (const CommandResult& inspected : {failed(1, "another reason"), ok(" \n")}) {
+        inspectedContext = inspected;
+        EXPECT_EQ(unavailable(),
+                  "Docker CLI is installed, but its active context could not be resolved. no configuration");
+    }
 }
 
 TEST_F(DockerScannerTest, ADaemonThatDoesNotAnswerIsAFailure) {

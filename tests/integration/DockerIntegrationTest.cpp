@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -162,13 +163,6 @@ TEST_P(DockerIntegrationTest, TheActiveContextNamesTheEndpoint) {
     createContext();
     ASSERT_TRUE(docker({"context", "use", "mine"}).succeeded());
     engine->makeImage("tool:one");
-    if (const CommandResult shown = docker({"context", "show"}); !shown.succeeded()) {
-        // Tools before version 23 cannot tell their active context.
-        EXPECT_EQ(scan(), (DockerAvailability{DockerAvailability::DaemonUnavailable{
-                              "Docker CLI is installed, but its active context could not be resolved. " +
-                              shown.diagnostic()}}));
-        return;
-    }
     const DockerAvailability::Available inventory = available();
     EXPECT_EQ(inventory.connection,
               (DockerConnection{.arguments = {"--context", "mine"}, .displayName = "mine"}));
@@ -256,6 +250,16 @@ TEST_P(DockerIntegrationTest, AStoppedEngineIsUnavailable) {
         StartsWith("Docker CLI is installed, but connection 'mine' is unavailable. Start Docker Desktop (or "
                    "restore that connection), then choose Scan System. "));
     EXPECT_THAT(state->message, HasSubstr("Cannot connect to the Docker daemon at " + engine->host()));
+}
+
+TEST_P(DockerIntegrationTest, AnActiveContextThatIsGoneIsUnavailable) {
+    createContext();
+    ASSERT_TRUE(docker({"context", "use", "mine"}).succeeded());
+    std::filesystem::remove_all(home.path(".docker/contexts"));
+    const DockerAvailability result = scan();
+    const auto* state = std::get_if<DockerAvailability::DaemonUnavailable>(&result.state);
+    ASSERT_NE(state, nullptr);
+    EXPECT_THAT(state->message, HasSubstr("mine"));
 }
 
 TEST_P(DockerIntegrationTest, AnUnknownContextIsUnavailable) {

@@ -3,17 +3,19 @@
 import json
 import os
 import re
+import shutil
+import subprocess
 from hashlib import sha256
 
 import homes
 from harness.docker_case import DockerCase, no_daemon
-from harness.docker_engine import HOST
+from harness.docker_engine import CLIENT, HOST
 
 NOWHERE = "unix:///run/nowhere/docker.sock"
 # A client that knows `context show`, which Debian's does not.
 RECENT_CLIENT = "/usr/local/bin/docker"
 _UNRESOLVED = re.compile(r"^Docker is installed, but its daemon is unavailable: Docker CLI is installed, but its "
-                         r"active context could not be resolved\. \S")
+                         r"active context could not be resolved\. \S.*\"workshop\" is not found")
 
 
 class ConnectionCase(DockerCase):
@@ -69,31 +71,67 @@ class ConnectionByContext(ConnectionCase):
         self.close()
 
 
-class ConnectionByActiveContext(ConnectionCase):
-    """Without either variable it is the context that the tool is set to, and a removal stays with the one that listed
-    the image. A tool that cannot tell its context leaves the connection unresolved."""
+class ActiveContextCase(ConnectionCase):
+    """Contexts that Debian's own tool made, and neither variable."""
 
-    def test_removal_stays_with_it(self):
-        if not os.access(RECENT_CLIENT, os.X_OK):
-            self.assert_unresolved()
-            return
-        self.cage.bind(RECENT_CLIENT, RECENT_CLIENT)
-        self.make_context("workshop", HOST)
-        self.make_context("elsewhere", NOWHERE)
-        self.activate("workshop")
-        self.start_over_engine(DOCKER_HOST=None)
-        self.activate("elsewhere")
+    def setUp(self):
+        super().setUp()
+        self.tell_tool("create", "workshop", "--docker", f"host={HOST}")
+        self.tell_tool("create", "elsewhere", "--docker", f"host={NOWHERE}")
+        self.tell_tool("use", "workshop")
+
+    def tell_tool(self, *arguments):
+        """`docker context …` by the person."""
+        subprocess.run([CLIENT, "context", *arguments], check=True, timeout=60, capture_output=True,
+                       env={"PATH": "/usr/bin:/bin", "HOME": str(self.home)})
+
+    def start_without_variables(self):
+        self.start_over_engine(DOCKER_HOST=None, DOCKER_CONTEXT=None)
+
+    def assert_removal_stays(self):
+        self.start_without_variables()
+        self.tell_tool("use", "elsewhere")
         # The scan that follows asks anew.
         self.remove_image("workshop")
         self.screen.wait(**no_daemon("elsewhere", NOWHERE))
         self.close()
 
-    def test_tool_that_cannot_tell(self):
-        self.assert_unresolved()
 
-    def assert_unresolved(self):
-        self.start_over_engine(DOCKER_HOST=None)
-        # Then the tool's own words follow, which differ from version to version.
+class ConnectionByActiveContext(ActiveContextCase):
+    """Without either variable it is the context that the tool is set to, and a removal stays with the one that listed
+    the image. Debian's tool has to be asked in another way than a recent one."""
+
+    def test_removal_stays_with_it(self):
+        self.assert_removal_stays()
+
+    def test_context_that_is_gone(self):
+        shutil.rmtree(self.home / ".docker/contexts")
+        self.start_without_variables()
+        # The tool's own words follow.
         self.screen.wait(name="Docker Daemon Unavailable", description=_UNRESOLVED)
         self.assertIsNone(self.screen.find("list item", "service:1"))
+        self.close()
+
+
+class ConnectionByActiveContextOfARecentTool(ActiveContextCase):
+    """The same with a tool that shows its context."""
+
+    def test_removal_stays_with_it(self):
+        if not os.access(RECENT_CLIENT, os.X_OK):
+            self.skipTest(f"there is no second client at {RECENT_CLIENT}")
+        self.cage.bind(RECENT_CLIENT, RECENT_CLIENT)
+        self.assert_removal_stays()
+
+
+class ConnectionByDefault(DockerCase):
+    """A person who never made a context: the tool's own default, at the system's place for the engine's socket."""
+
+    def test_everything_as_installed(self):
+        image = self.engine.make_image("service:1")
+        self.cage.bind(self.engine.socket_folder / "docker.sock", "/run/docker.sock")
+        self.start_over_engine(DOCKER_HOST=None, DOCKER_CONTEXT=None)
+        self.assertIn("MB) from Docker connection 'default'? Docker will", self.request_image_removal("service:1"))
+        self.confirm("Remove Image")
+        self.assert_result("Docker Image Removed", f"Removed Docker image {image}.", outcome="COMPLETE")
+        self.assertEqual(self.engine.images(), set())
         self.close()
