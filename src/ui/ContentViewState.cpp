@@ -144,6 +144,15 @@ QString ContentViewState::dockerNoticeHeading() const {
     return controller_.dockerDaemonRunning() ? QString() : QStringLiteral("Docker Daemon Unavailable");
 }
 
+int ContentViewState::dockerStop(int row, int step) const {
+    const DockerRow* found = dockerRows_->record(row);
+    while (found != nullptr && !found->isStop()) {
+        row += step < 0 ? -1 : 1;
+        found = dockerRows_->record(row);
+    }
+    return found == nullptr ? -1 : row;
+}
+
 void ContentViewState::toggleApplication(int row) {
     const AppInfo* application = applications_->record(row);
     if (application != nullptr && application->isDetected) {

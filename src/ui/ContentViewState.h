@@ -111,6 +111,10 @@ public:
     [[nodiscard]] QString dockerNoticeIcon() const;
     [[nodiscard]] QString dockerNoticeHeading() const;
 
+    /// The nearest row of the Docker list from `row` on, in steps of 1 or -1, at which the keyboard stops; -1
+    /// where there is none.
+    Q_INVOKABLE [[nodiscard]] int dockerStop(int row, int step) const;
+
     /// Selects or deselects the application of that row.
     Q_INVOKABLE void toggleApplication(int row);
 

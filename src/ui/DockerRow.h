@@ -29,6 +29,9 @@ struct DockerRow {
     /// Unique within the list and the same for the same object in every scan.
     [[nodiscard]] std::string id() const;
 
+    /// Whether there is something to do with the line, so that the keyboard stops at it.
+    [[nodiscard]] bool isStop() const noexcept { return kind == Kind::container || kind == Kind::image; }
+
     bool operator==(const DockerRow&) const = default;
 };
 

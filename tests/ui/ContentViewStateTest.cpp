@@ -5,6 +5,8 @@
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace zentrill {
 namespace {
 
@@ -145,6 +147,12 @@ TEST_F(ContentViewStateTest, saysWhyDockerCannotBeShown) {
     }
     EXPECT_EQ(kinds.join(QLatin1Char(' ')),
               QStringLiteral("heading container container heading notice image image"));
+    // The keyboard stops at containers and images.
+    for (const auto& [from, step, stop] :
+         {std::tuple(0, 1, 1), std::tuple(1, 1, 1), std::tuple(1, -1, 1), std::tuple(0, -1, -1),
+          std::tuple(3, 1, 5), std::tuple(4, -1, 2), std::tuple(7, 1, -1), std::tuple(-1, 1, -1)}) {
+        EXPECT_EQ(state_.dockerStop(from, step), stop) << from << " by " << step;
+    }
 }
 
 TEST_F(ContentViewStateTest, countsTheLinesOfTheLog) {

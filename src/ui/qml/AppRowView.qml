@@ -36,6 +36,8 @@ T.CheckBox {
     // A press asks for the selection; the row shows what came of it.
     nextCheckState: () => checkState
 
+    onActiveFocusChanged: if (activeFocus)
+        list.currentIndex = index
     onClicked: {
         list.takeFocus(index);
         toggleSelection();

@@ -25,6 +25,10 @@ FocusScope {
     Accessible.focusable: true
     Accessible.focused: activeFocus
 
+    // The arrow keys come to the row itself.
+    onCurrentChanged: if (!current)
+        stop.focus = remove.focus = false
+
     HoverHandler {
         id: hover
     }

@@ -25,6 +25,7 @@ Item {
         focus: true
         marksFocus: pane.state_.keyboardUsed
         model: pane.state_.dockerRows
+        stopFrom: (row, step) => pane.state_.dockerStop(row, step)
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Docker containers and images")
 

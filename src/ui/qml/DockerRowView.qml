@@ -23,6 +23,9 @@ Loader {
     }
 
     focus: current
+    // Wherever in the row the focus is, the arrow keys go on from this row.
+    onActiveFocusChanged: if (activeFocus)
+        list.currentIndex = index
     sourceComponent: kind === "container" ? containerRow : kind === "image" ? imageRow
                    : kind === "heading" ? heading : kind === "warning" ? warning
                    : kind === "empty" ? empty : notice

@@ -24,6 +24,12 @@ FocusScope {
     Accessible.focusable: true
     Accessible.focused: activeFocus
 
+    // Wherever in the row the focus is, the arrow keys go on from this row; they come to the row itself.
+    onActiveFocusChanged: if (activeFocus)
+        list.currentIndex = index
+    onCurrentChanged: if (!current)
+        remove.focus = false
+
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false
     ListView.onReused: visible = true

@@ -3,7 +3,8 @@ import QtQuick.Templates as T
 import Zentrill
 
 // A list with one tab stop: the arrow keys, Page Up and Down, Home and End move through the rows, and only
-// the rows in sight exist.
+// the rows in sight exist. It scrolls for the wheel, the scroll bar, a finger and these keys; that a row is
+// pressed or takes the focus moves nothing, so that the next press finds what the last one saw.
 ListView {
     id: list
 
@@ -19,53 +20,122 @@ ListView {
     spacing: 6
     clip: true
     activeFocusOnTab: true
-    keyNavigationEnabled: true
+    // Its own keys would move to where they lead, and its own wheel would roll on and take the next press for
+    // one that stops it.
+    keyNavigationEnabled: false
+    highlightFollowsCurrentItem: false
+    interactive: false
     boundsBehavior: Flickable.StopAtBounds
     flickDeceleration: 4000
     maximumFlickVelocity: 6000
     pixelAligned: true
     reuseItems: true
     cacheBuffer: 240
-    highlightMoveDuration: 0
     currentIndex: -1
 
     readonly property real rowWidth: width - leftMargin - rightMargin
+
+    // The nearest row from `row` on, in steps of 1 or -1, at which the keyboard stops; -1 where there is none.
+    property var stopFrom: (row, step) => row >= 0 && row < count ? row : -1
 
     function takeFocus(row: int) {
         currentIndex = row;
         forceActiveFocus(Qt.MouseFocusReason);
     }
 
-    function moveTo(row: int) {
-        if (count === 0)
+    // Moves to `row`, or to the next stop in that direction, and brings it into sight.
+    function moveTo(row: int, step: int) {
+        const within = Math.max(0, Math.min(count - 1, row));
+        let stop = stopFrom(within, step);
+        if (stop < 0)
+            stop = stopFrom(within, -step);
+        if (stop < 0)
             return;
-        currentIndex = Math.max(0, Math.min(count - 1, row));
-        positionViewAtIndex(currentIndex, ListView.Contain);
+        currentIndex = stop;
+        // What stands before the first stop and after the last is not reached in another way.
+        if (stopFrom(stop - 1, -1) < 0)
+            positionViewAtBeginning();
+        else if (stopFrom(stop + 1, 1) < 0)
+            positionViewAtEnd();
+        else
+            positionViewAtIndex(stop, ListView.Contain);
     }
 
-    // Entered for the first time, the list stands at the first row in sight.
-    onActiveFocusChanged: if (activeFocus && currentIndex < 0 && count > 0)
-        currentIndex = Math.max(0, indexAt(1, contentY + topMargin))
+    // Stands at the first row that is wholly in sight.
+    function enter() {
+        // One of two places that are a gap apart lies in a row.
+        const row = Math.max(0, indexAt(1, contentY), indexAt(1, contentY + spacing));
+        const item = itemAtIndex(row);
+        currentIndex = stopFrom(item && item.y < contentY && row < count - 1 ? row + 1 : row, 1);
+    }
+
+    // What is current after the rows have changed need not be a stop.
+    function keepToStops() {
+        if (currentIndex < 0 || stopFrom(currentIndex, 1) === currentIndex)
+            return;
+        const before = stopFrom(currentIndex, -1);
+        currentIndex = before < 0 ? stopFrom(currentIndex, 1) : before;
+    }
+
+    onCurrentIndexChanged: Qt.callLater(keepToStops)
+
+    function scroll(by: real) {
+        const highest = originY - topMargin;
+        const lowest = Math.max(highest, originY + contentHeight + bottomMargin - height);
+        contentY = Math.max(highest, Math.min(lowest, contentY + by));
+    }
+
+    // Entered for the first time and not by way of one of its rows, it stands at the first in sight.
+    onActiveFocusChanged: if (activeFocus && currentIndex < 0 && Window.activeFocusItem === list)
+        enter()
 
     Keys.onPressed: event => {
         const page = Math.max(1, Math.floor(height / (currentItem ? currentItem.height + spacing : 60)) - 1);
         switch (event.key) {
+        case Qt.Key_Up:
+            moveTo(currentIndex - 1, -1);
+            break;
+        case Qt.Key_Down:
+            moveTo(currentIndex + 1, 1);
+            break;
         case Qt.Key_PageDown:
-            moveTo(currentIndex + page);
+            moveTo(currentIndex + page, 1);
             break;
         case Qt.Key_PageUp:
-            moveTo(currentIndex - page);
+            moveTo(currentIndex - page, -1);
             break;
         case Qt.Key_Home:
-            moveTo(0);
+            moveTo(0, 1);
             break;
         case Qt.Key_End:
-            moveTo(count - 1);
+            moveTo(count - 1, -1);
             break;
         default:
             return;
         }
         event.accepted = true;
+    }
+
+    WheelHandler {
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        onWheel: event => list.scroll(event.pixelDelta.y !== 0 ? -event.pixelDelta.y : -event.angleDelta.y / 120 * 72)
+    }
+
+    DragHandler {
+        property real last: 0
+
+        target: null
+        acceptedDevices: PointerDevice.TouchScreen
+        xAxis.enabled: false
+        onActiveChanged: {
+            last = 0;
+            if (!active)
+                list.flick(0, centroid.velocity.y);
+        }
+        onTranslationChanged: {
+            list.scroll(last - translation.y);
+            last = translation.y;
+        }
     }
 
     T.ScrollBar.vertical: ThinScrollBar {}

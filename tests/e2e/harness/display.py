@@ -57,6 +57,11 @@ class Display:
     def click(self, x, y, button=1):
         self.run("xdotool", "mousemove", str(x), str(y), "click", str(button))
 
+    def wheel(self, x, y, notches):
+        """Turns the wheel over a point, away from the person where `notches` is negative."""
+        self.run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", str(abs(notches)), "--delay", "15",
+                 "5" if notches > 0 else "4")
+
     def window(self):
         """The number of the program's window, or nothing."""
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{WINDOW_TITLE}$"],
