@@ -65,11 +65,6 @@ public:
     /// without that right, so that no thread is ever inside of more than two.
     void await(const DeletionJob& job, bool mayHelp);
 
-    /// 0, 1, 2 and so on, for all threads together: tells in which order they did what they did.
-    [[nodiscard]] std::size_t nextNumber() noexcept {
-        return nextNumber_.fetch_add(1, std::memory_order_relaxed);
-    }
-
 private:
     void work();
     [[nodiscard]] std::shared_ptr<DeletionJob> takeOldest();
@@ -83,7 +78,6 @@ private:
     /// The queue's size, readable without the lock.
     std::atomic<std::size_t> queued_{0};
     std::size_t capacity_ = 0;
-    std::atomic<std::size_t> nextNumber_{0};
     bool dismissed_ = false;
     std::vector<std::thread> helpers_;
 };

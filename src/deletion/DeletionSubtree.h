@@ -1,7 +1,8 @@
 #pragma once
 
 #include "deletion/DeletionCrew.h"
-#include "deletion/DeletionWalk.h"
+#include "deletion/DeletionOutcome.h"
+#include "deletion/DeletionRules.h"
 #include "platform/DirectoryHandle.h"
 
 #include <string>
@@ -11,26 +12,23 @@ namespace zentrill {
 /// A folder that a walk leaves to another thread.
 class DeletionSubtree : public DeletionJob {
 public:
-    /// `parent` is a handle of its own on the folder that holds `name`; the paths are those of the folder as
-    /// for `DeletionWalk`. `rules` and `crew` outlive the job.
-    DeletionSubtree(const DeletionWalk::Rules& rules, DeletionCrew& crew, DirectoryHandle parent,
-                    std::string name, std::string path, std::string standardizedPath);
-
-    [[nodiscard]] const std::string& name() const noexcept { return name_; }
+    /// `parent` is a handle of its own on the folder that holds the one at `path`; the paths are those of the
+    /// folder as for `DeletionWalk`. `rules` and `crew` outlive the job.
+    DeletionSubtree(const DeletionRules& rules, DeletionCrew& crew, DirectoryHandle parent, std::string path,
+                    std::string standardizedPath);
 
     /// What became of it; once it is finished.
-    [[nodiscard]] DeletionWalk::Outcome& outcome() noexcept { return outcome_; }
+    [[nodiscard]] DeletionOutcome& outcome() noexcept { return outcome_; }
 
 private:
     void run(bool mayHelp) override;
 
-    const DeletionWalk::Rules& rules_;
+    const DeletionRules& rules_;
     DeletionCrew& crew_;
     DirectoryHandle parent_;
-    std::string name_;
     std::string path_;
     std::string standardizedPath_;
-    DeletionWalk::Outcome outcome_;
+    DeletionOutcome outcome_;
 };
 
 } // namespace zentrill

@@ -1,14 +1,10 @@
 #include "deletion/DeletionWalk.h"
 
-#include "deletion/DeletionSubtree.h"
 #include "platform/Paths.h"
 #include "platform/SystemError.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <iterator>
 #include <utility>
-#include <vector>
 
 namespace zentrill {
 
@@ -34,37 +30,40 @@ bool isNoDirectory(int error) {
 
 } // namespace
 
-DeletionWalk::DeletionWalk(const Rules& rules, std::string path, std::string standardizedPath,
+DeletionWalk::DeletionWalk(const DeletionRules& rules, std::string path, std::string standardizedPath,
                            DirectoryHandle parent)
     : rules_(rules),
       standardizedPath_(std::move(standardizedPath)),
-      stack_(std::move(path), std::string(paths::lastComponent(standardizedPath_)), std::move(parent)) {}
+      stack_(std::move(path), std::string(paths::lastComponent(standardizedPath_)), std::move(parent)),
+      handedOver_(rules, stack_, record_) {}
 
-DeletionWalk::Outcome DeletionWalk::run() {
+DeletionWalk::DeletionWalk(const DeletionRules& rules, std::string path, std::string standardizedPath,
+                           DirectoryHandle parent, DeletionCrew& crew, bool mayHelp)
+    : rules_(rules),
+      standardizedPath_(std::move(standardizedPath)),
+      stack_(std::move(path), std::string(paths::lastComponent(standardizedPath_)), std::move(parent)),
+      handedOver_(rules, stack_, record_, crew, mayHelp) {}
+
+DeletionOutcome DeletionWalk::run() {
     if (rules_.shield != nullptr && rules_.shield->isProtected(standardizedPath_)) {
         recordPreserved("");
-        outcome_.left = true;
-        return std::move(outcome_);
+        return {.record = record_.take(), .left = true};
     }
     return runUnprotected(EntryKind::unknown);
 }
 
-DeletionWalk::Outcome DeletionWalk::runUnprotected(EntryKind kind) {
+DeletionOutcome DeletionWalk::runUnprotected(EntryKind kind) {
     remove(std::string(paths::lastComponent(standardizedPath_)).c_str(), kind);
     while (stack_.depth() > 1) {
         if (const std::optional<std::size_t> index = nextEntry()) {
             handle(top().listing.name(*index), top().listing.kind(*index));
-        } else if (const std::shared_ptr<DeletionSubtree> subtree = takeBack()) {
-            remove(subtree->name().c_str(), EntryKind::directory);
+        } else if (const std::optional<std::string> name = handedOver_.takeBack()) {
+            remove(name->c_str(), EntryKind::directory);
         } else {
             leave();
         }
     }
-    if (ownCrew_) {
-        putRemovalsInOrder();
-    }
-    outcome_.left = top().left;
-    return std::move(outcome_);
+    return {.record = record_.take(), .left = top().left};
 }
 
 std::optional<std::size_t> DeletionWalk::nextEntry() {
@@ -91,7 +90,7 @@ void DeletionWalk::handle(const char* name, EntryKind kind) {
     ++handledEntries_;
     if (rules_.shield != nullptr && rules_.shield->isProtectedName(name, top().explicitNames)) {
         recordPreserved(name);
-    } else if (kind != EntryKind::directory || !wantsHelp() || !handOver(name)) {
+    } else if (kind != EntryKind::directory || !handOver(name)) {
         remove(name, kind);
     }
 }
@@ -232,82 +231,14 @@ void DeletionWalk::leave() {
     }
 }
 
-bool DeletionWalk::wantsHelp() {
-    if (crew_ == nullptr && rules_.concurrency.threads > 1 && !rules_.mayRemove &&
-        handledEntries_ > rules_.concurrency.afterEntries) {
-        ownCrew_ = std::make_unique<DeletionCrew>(rules_.concurrency.threads - 1);
-        crew_ = ownCrew_.get();
-        std::generate_n(std::back_inserter(outcome_.removalNumbers), std::ssize(outcome_.report.removed),
-                        [this] { return crew_->nextNumber(); });
-    }
-    return crew_ != nullptr && crew_->wantsJobs();
-}
-
-/// Leaves the folder `name` of the top directory to whichever thread takes it.
+/// Leaves the folder `name` of the top directory to another thread, if one has nothing to do.
 bool DeletionWalk::handOver(const char* name) {
-    DirectoryHandle parent;
-    if (top().directory.duplicate(parent) != 0) {
+    if (!handedOver_.areWanted(handledEntries_)) {
         return false;
     }
-    absorbFinished();
     std::string standardizedPath = standardizedPath_;
     standardizedPath.append(stack_.pathBelowItem()).append("/").append(name);
-    auto subtree = std::make_shared<DeletionSubtree>(rules_, *crew_, std::move(parent), name,
-                                                     stack_.pathOf(name), std::move(standardizedPath));
-    top().handedOver.push_back(subtree);
-    crew_->offer(std::move(subtree));
-    return true;
-}
-
-/// Sees all that was handed over in the top directory to its end. What nobody has begun comes back, one
-/// folder at a time, for this thread to do.
-std::shared_ptr<DeletionSubtree> DeletionWalk::takeBack() {
-    auto& handedOver = top().handedOver;
-    while (!handedOver.empty()) {
-        std::shared_ptr<DeletionSubtree> subtree = std::move(handedOver.back());
-        handedOver.pop_back();
-        if (crew_->withdraw(*subtree)) {
-            if (!top().directory) {
-                continue; // Out of reach, and reported so.
-            }
-            return subtree;
-        }
-        crew_->await(*subtree, mayHelp_);
-        absorb(*subtree);
-    }
-    return nullptr;
-}
-
-/// Keeps the list short, however many folders there are and however long one of them takes.
-void DeletionWalk::absorbFinished() {
-    std::erase_if(top().handedOver, [this](const std::shared_ptr<DeletionSubtree>& subtree) {
-        const bool finished = subtree->isFinished();
-        if (finished) {
-            absorb(*subtree);
-        }
-        return finished;
-    });
-}
-
-void DeletionWalk::absorb(DeletionSubtree& subtree) {
-    Outcome& outcome = subtree.outcome();
-    outcome_.report.merge(std::move(outcome.report));
-    outcome_.removalNumbers.insert(outcome_.removalNumbers.end(), outcome.removalNumbers.begin(),
-                                   outcome.removalNumbers.end());
-    outcome_.removedCount += outcome.removedCount;
-    if (!outcome_.firstFailure) {
-        outcome_.firstFailure = std::move(outcome.firstFailure);
-    }
-    top().left = top().left || outcome.left;
-}
-
-void DeletionWalk::putRemovalsInOrder() {
-    std::vector<std::string>& removed = outcome_.report.removed;
-    std::vector<std::string> inOrder(removed.size());
-    for (std::size_t i = 0; i < removed.size(); ++i) {
-        inOrder[outcome_.removalNumbers[i]] = std::move(removed[i]);
-    }
-    removed = std::move(inOrder);
+    return handedOver_.handOver(name, std::move(standardizedPath));
 }
 
 bool DeletionWalk::mayRemove(const char* name) const {
@@ -315,17 +246,15 @@ bool DeletionWalk::mayRemove(const char* name) const {
 }
 
 void DeletionWalk::recordRemoved(const char* name) {
-    ++outcome_.removedCount;
+    DeletionRecord& record = record_.current();
+    ++record.removedCount;
     if (rules_.shield != nullptr) {
-        outcome_.report.removed.push_back(stack_.pathOf(name));
-        if (crew_ != nullptr) {
-            outcome_.removalNumbers.push_back(crew_->nextNumber());
-        }
+        record.report.removed.push_back(stack_.pathOf(name));
     }
 }
 
 void DeletionWalk::recordPreserved(const char* name) {
-    outcome_.report.preserved.push_back(stack_.pathOf(name));
+    record_.current().report.preserved.push_back(stack_.pathOf(name));
     top().left = true;
 }
 
@@ -335,11 +264,12 @@ void DeletionWalk::fail(const char* name, int error) {
 }
 
 void DeletionWalk::recordFailure(std::string path, int error) {
+    DeletionRecord& record = record_.current();
     if (rules_.shield != nullptr) {
-        outcome_.report.failures.push_back(path + ": " + systemDescription(error));
+        record.report.failures.push_back(path + ": " + systemDescription(error));
     }
-    if (!outcome_.firstFailure) {
-        outcome_.firstFailure = Failure{.path = std::move(path), .error = error};
+    if (!record.firstFailure) {
+        record.firstFailure = DeletionRecord::Failure{.path = std::move(path), .error = error};
     }
 }
 

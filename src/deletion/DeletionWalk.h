@@ -1,19 +1,17 @@
 #pragma once
 
-#include "deletion/CredentialShield.h"
-#include "deletion/DeletionConcurrency.h"
 #include "deletion/DeletionCrew.h"
-#include "deletion/DeletionReport.h"
+#include "deletion/DeletionOutcome.h"
+#include "deletion/DeletionRules.h"
 #include "deletion/DirectoryStack.h"
+#include "deletion/HandedOverFolders.h"
+#include "deletion/OrderedRecord.h"
 #include "platform/DirectoryHandle.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace zentrill {
 
@@ -22,50 +20,30 @@ namespace zentrill {
 /// memory in proportion to its size beyond what is reported.
 ///
 /// In a large tree folders are left to other threads as soon as these have nothing to do. Each of them is
-/// walked in the same way from its own open parent, and is done before the folder around it is removed.
+/// walked in the same way from its own open parent, is done before the folder around it is removed, and is
+/// recorded where one thread alone would have recorded it.
 class DeletionWalk {
 public:
-    struct Rules {
-        /// Keeps what it protects, and makes the walk list every removal; null removes everything.
-        const CredentialShield* shield = nullptr;
-        /// With a shield: keeps everything that is no directory.
-        bool preserveUnrecognized = false;
-        /// When set, an item that it refuses stays unmentioned, with its contents and the folders above it.
-        /// Called from the thread of `run` alone: with it the walk takes no others.
-        std::function<bool(const std::string& path)> mayRemove;
-        DeletionConcurrency concurrency;
-    };
-
-    struct Failure {
-        std::string path;
-        int error = 0;
-    };
-
-    struct Outcome {
-        /// With a shield, every removal, kept item and failure; otherwise empty.
-        DeletionReport report;
-        /// Which removal of the whole deletion each of `report.removed` was, once there are several threads.
-        std::vector<std::size_t> removalNumbers;
-        std::size_t removedCount = 0;
-        std::optional<Failure> firstFailure;
-        /// Whether the item itself is still there.
-        bool left = false;
-    };
-
     /// `path` is the item as reports are to call it, `standardizedPath` the same standardized; `parent` is
     /// the open folder that holds it. `rules` outlive the walk.
-    DeletionWalk(const Rules& rules, std::string path, std::string standardizedPath, DirectoryHandle parent);
+    DeletionWalk(const DeletionRules& rules, std::string path, std::string standardizedPath,
+                 DirectoryHandle parent);
 
-    /// Removes the item; once for each object.
-    [[nodiscard]] Outcome run();
+    /// For a folder that another walk of the same deletion left to this thread; `crew` outlives the walk,
+    /// `mayHelp` is as for `DeletionCrew::await`.
+    DeletionWalk(const DeletionRules& rules, std::string path, std::string standardizedPath,
+                 DirectoryHandle parent, DeletionCrew& crew, bool mayHelp);
+
+    /// Removes the item; `run` or `runFolder`, once for each object.
+    [[nodiscard]] DeletionOutcome run();
+
+    /// The same for what is known to be a folder of which nothing but its contents may be protected.
+    [[nodiscard]] DeletionOutcome runFolder() { return runUnprotected(EntryKind::directory); }
 
 private:
-    friend class DeletionSubtree;
-
     enum class Step : std::uint8_t { done, kindChanged };
 
-    /// Removes the item, of which nothing but its contents may be protected.
-    [[nodiscard]] Outcome runUnprotected(EntryKind kind);
+    [[nodiscard]] DeletionOutcome runUnprotected(EntryKind kind);
 
     [[nodiscard]] DirectoryFrame& top() { return stack_.top(); }
 
@@ -78,30 +56,20 @@ private:
     void push(const char* name, DirectoryHandle directory);
     void leave();
 
-    [[nodiscard]] bool wantsHelp();
     [[nodiscard]] bool handOver(const char* name);
-    [[nodiscard]] std::shared_ptr<DeletionSubtree> takeBack();
-    void absorbFinished();
-    void absorb(DeletionSubtree& subtree);
-    void putRemovalsInOrder();
-
     [[nodiscard]] bool mayRemove(const char* name) const;
     void recordRemoved(const char* name);
     void recordPreserved(const char* name);
     void fail(const char* name, int error);
     void recordFailure(std::string path, int error);
 
-    const Rules& rules_;
+    const DeletionRules& rules_;
     /// The item's path in the form that the shield compares.
     std::string standardizedPath_;
     DirectoryStack stack_;
-    Outcome outcome_;
+    OrderedRecord record_;
+    HandedOverFolders handedOver_;
     std::size_t handledEntries_ = 0;
-    /// Set in the walk that began it all.
-    std::unique_ptr<DeletionCrew> ownCrew_;
-    DeletionCrew* crew_ = nullptr;
-    /// Whether this thread may take over other work while it waits.
-    bool mayHelp_ = true;
 };
 
 } // namespace zentrill

@@ -3,14 +3,11 @@
 #include "platform/DirectoryHandle.h"
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace zentrill {
-
-class DeletionSubtree;
 
 /// A directory that a walk is inside of, and what it has still to do there.
 struct DirectoryFrame {
@@ -29,8 +26,6 @@ struct DirectoryFrame {
     std::size_t pathLength = 0;
     int rescans = 0;
     std::vector<std::string_view> explicitNames;
-    /// Folders in here that are left to other threads.
-    std::vector<std::shared_ptr<DeletionSubtree>> handedOver;
 };
 
 /// The directories from an item's parent down to where a walk is, of any depth, with a bounded number of them

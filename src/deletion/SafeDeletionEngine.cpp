@@ -99,18 +99,18 @@ std::optional<std::string> SafeDeletionEngine::unsafeSymlinkAncestor(const std::
 
 DeletionReport SafeDeletionEngine::deleteWhole(const std::string& atPath, const std::string& standardized,
                                                DirectoryHandle parent) const {
-    const DeletionWalk::Rules rules{.mayRemove = mayRemove_, .concurrency = concurrency_};
+    const DeletionRules rules{.mayRemove = mayRemove_, .concurrency = concurrency_};
     DeletionWalk walk(rules, atPath, standardized, std::move(parent));
-    const DeletionWalk::Outcome outcome = walk.run();
-    if (outcome.firstFailure) {
-        std::string line = atPath + ": " + systemDescription(outcome.firstFailure->error);
-        if (outcome.firstFailure->path != atPath) {
-            line += " (at " + outcome.firstFailure->path + ")";
+    const DeletionOutcome outcome = walk.run();
+    if (const auto& failure = outcome.record.firstFailure) {
+        std::string line = atPath + ": " + systemDescription(failure->error);
+        if (failure->path != atPath) {
+            line += " (at " + failure->path + ")";
         }
         return failureReport(std::move(line));
     }
     DeletionReport report;
-    if (!outcome.left && outcome.removedCount > 0) {
+    if (!outcome.left && outcome.record.removedCount > 0) {
         report.removed.push_back(atPath);
     }
     return report;
@@ -121,12 +121,12 @@ DeletionReport SafeDeletionEngine::deletePreservingCredentials(const std::string
                                                                DirectoryHandle parent,
                                                                const DeletionOptions& options) const {
     const CredentialShield shield(matcher_, options.explicitCredentialPaths);
-    const DeletionWalk::Rules rules{.shield = &shield,
-                                    .preserveUnrecognized = options.preserveUnrecognized,
-                                    .mayRemove = mayRemove_,
-                                    .concurrency = concurrency_};
+    const DeletionRules rules{.shield = &shield,
+                              .preserveUnrecognized = options.preserveUnrecognized,
+                              .mayRemove = mayRemove_,
+                              .concurrency = concurrency_};
     DeletionWalk walk(rules, atPath, standardized, std::move(parent));
-    return walk.run().report;
+    return walk.run().record.report;
 }
 
 } // namespace zentrill

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "deletion/DeletionReport.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace zentrill {
+
+/// What happened during a deletion, or during a stretch of it.
+struct DeletionRecord {
+    struct Failure {
+        std::string path;
+        int error = 0;
+    };
+
+    /// With a shield, every removal, kept item and failure; otherwise empty.
+    DeletionReport report{};
+    std::size_t removedCount = 0;
+    std::optional<Failure> firstFailure{};
+    /// Folders that were left to another thread, and done by it.
+    std::size_t foldersOfOthers = 0;
+
+    /// Adds what happened after this.
+    void append(DeletionRecord later);
+};
+
+} // namespace zentrill
