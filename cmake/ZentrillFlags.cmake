@@ -17,7 +17,6 @@ target_compile_options(
             -Wformat=2
             -Wimplicit-fallthrough
             -Wno-missing-field-initializers
-            -Werror
             -fstack-protector-strong
 )
 # Every file API is 64 bits wide, on 32-bit systems as well.
