@@ -1,0 +1,122 @@
+#!/usr/bin/env bash
+# dev-test.sh CASE DEV: runs a copy of the script over made-up packages, with stand-ins for what it calls.
+set -euo pipefail
+
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+project=$folder/project
+calls=$folder/calls
+
+fail() {
+    printf 'dev-test: %s\n' "$*" >&2
+    cat "$folder/output" "$calls" >&2
+    exit 1
+}
+
+# stand_in NAME < script
+stand_in() {
+    { echo '#!/bin/sh' && cat; } >"$folder/bin/$1"
+    chmod +x "$folder/bin/$1"
+}
+
+prepare() {
+    local tool
+    mkdir -p "$project/packaging/packages" "$project/build" "$folder/bin"
+    cp "$1" "$project/dev"
+    printf 'made-up-compiler\n' >"$project/packaging/packages/build.txt"
+    printf 'made-up-display\n' >"$project/packaging/packages/display.txt"
+    printf 'docker.io\nmade-up-framework\n' >"$project/packaging/packages/test.txt"
+    : >"$calls"
+    printf 'made-up-compiler\nmade-up-display\nmade-up-framework\ndocker.io\n' >"$folder/installed"
+    for tool in bash cat comm dirname env mkdir nproc sed sh sort uname xargs; do
+        ln -s "$(command -v "$tool")" "$folder/bin/$tool"
+    done
+    stand_in id <<<'echo 1000'
+    stand_in dpkg-query <<<"sed 's/^/ii  /' '$folder/installed'"
+    stand_in apt-get <<<"echo apt-get \"\$@\" >>'$calls'"
+    stand_in ctest <<<"echo ctest \"\$@\" >>'$calls'"
+    # Leaves behind what the real one does, as far as the script looks at it.
+    stand_in cmake <<STAND_IN
+echo cmake "\$@" >>'$calls'
+for argument; do
+    case \$argument in
+    -DZENTRILL_BUILD_TESTS=*)
+        mkdir -p build/release
+        : >build/release/build.ninja
+        echo "ZENTRILL_BUILD_TESTS:BOOL=\${argument#*=}" >build/release/CMakeCache.txt
+        ;;
+    esac
+done
+STAND_IN
+    mkdir -p "$project/build/release/Zentrill.app/Contents/MacOS"
+    printf '#!/bin/sh\n' >"$project/build/release/Zentrill.app/Contents/MacOS/Zentrill"
+    chmod +x "$project/build/release/Zentrill.app/Contents/MacOS/Zentrill"
+}
+
+dev() { env -i PATH="$folder/bin" HOME="$folder" DISPLAY=:0 "$project/dev" "$@" >"$folder/output" 2>&1; }
+
+expect_output() { grep -qF -- "$1" "$folder/output" || fail "the output does not tell: $1"; }
+expect_call() { grep -qxF -- "$1" "$calls" || fail "not called: $1"; }
+expect_no_call() { ! grep -q -- "$1" "$calls" || fail "called: $1"; }
+has_only() { printf '%s\n' "$@" >"$folder/installed"; }
+
+# Whoever may not install is told what to install.
+case_hint() {
+    has_only made-up-compiler docker.io
+    if dev test; then fail "went on without its packages"; fi
+    expect_output 'apt-get install --no-install-recommends made-up-framework'
+    expect_no_call apt-get
+}
+
+# With its packages present, it asks for nobody's rights and says nothing about packages.
+case_quiet() {
+    dev test || fail "failed"
+    expect_no_call apt-get
+    if grep -qiE 'root|install' "$folder/output"; then fail "speaks of packages"; fi
+}
+
+# The Docker Engine as its makers package it: Debian's would replace it.
+case_brought_otherwise() {
+    if [ ! -x /usr/bin/docker ] || { [ ! -x /usr/bin/dockerd ] && [ ! -x /usr/sbin/dockerd ]; }; then exit 77; fi
+    has_only made-up-compiler made-up-framework
+    dev test || fail "wants a second engine"
+}
+
+case_sudo() {
+    stand_in sudo <<<"echo sudo >>'$calls'; exec \"\$@\""
+    has_only made-up-compiler docker.io
+    dev test || fail "failed"
+    expect_call 'apt-get install -y -qq --no-install-recommends --no-remove made-up-framework'
+}
+
+case_first_run() {
+    has_only made-up-compiler
+    dev run || fail "the program wants the tests' packages"
+    expect_call 'cmake --preset release -DZENTRILL_BUILD_TESTS=OFF'
+    expect_call 'cmake --build --preset release --target Zentrill'
+}
+
+case_test_after_run() {
+    dev run
+    dev test
+    expect_call 'cmake --preset release -DZENTRILL_BUILD_TESTS=ON'
+    expect_call 'cmake --build --preset release'
+}
+
+# Taking the tests out of the folder would have them built again the next time.
+case_run_after_test() {
+    dev test
+    dev run
+    expect_no_call BUILD_TESTS=OFF
+}
+
+# What the folder was configured with a week ago may be gone, or want more by now.
+case_run_without_test_packages() {
+    dev test
+    has_only made-up-compiler
+    dev run || fail "the program wants the tests' packages"
+    expect_call 'cmake --preset release -DZENTRILL_BUILD_TESTS=OFF'
+}
+
+prepare "$2"
+"case_$1"
