@@ -1,0 +1,23 @@
+#include "ForcedRung.h"
+
+#include "support/confinement/Confinement.h"
+#include "support/confinement/Trial.h"
+
+#include <cstdlib>
+
+namespace zentrill::test {
+
+void takeRung(confinement::Rung rung) {
+    ::unsetenv("ZENTRILL_CONFINED");
+    ::setenv("ZENTRILL_CONFINEMENT", std::string(nameOf(rung)).c_str(), 1);
+    static_cast<void>(confinement::confineThisProcess());
+}
+
+std::optional<std::string> rungObstacle(confinement::Rung rung) {
+    if (const auto failure = confinement::failureInChild([rung] { takeRung(rung); })) {
+        return "needs the rung: " + *failure;
+    }
+    return std::nullopt;
+}
+
+} // namespace zentrill::test
