@@ -1,3 +1,4 @@
+#include "StartMessages.h"
 #include "controller/AppDelegate.h"
 #include "controller/ApplicationHooks.h"
 #include "controller/UninstallerViewModel.h"
@@ -64,7 +65,9 @@ int main(int argc, char* argv[]) {
     // Taken first, so that programs that it starts see the person's own environment.
     const auto commandRunner = std::make_shared<ShellCommandRunner>();
     keepQtFromWritingFiles();
+    StartMessages messages;
     const QGuiApplication application(argc, argv);
+    messages.displayFound();
     QGuiApplication::setFont(Typography().body());
     QGuiApplication::setApplicationName(QStringLiteral("Zentrill"));
     QGuiApplication::setApplicationVersion(QStringLiteral(ZENTRILL_VERSION));
