@@ -6,6 +6,7 @@ folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 project=$folder/project
 calls=$folder/calls
+display=:0
 
 fail() {
     printf 'dev-test: %s\n' "$*" >&2
@@ -28,7 +29,7 @@ prepare() {
     printf 'docker.io\nmade-up-framework\n' >"$project/packaging/packages/test.txt"
     : >"$calls"
     printf 'made-up-compiler\nmade-up-display\nmade-up-framework\ndocker.io\n' >"$folder/installed"
-    for tool in bash cat comm dirname env mkdir nproc sed sh sort uname xargs; do
+    for tool in bash cat comm dirname env mkdir nproc sed sh sort uname; do
         ln -s "$(command -v "$tool")" "$folder/bin/$tool"
     done
     stand_in id <<<'echo 1000'
@@ -53,7 +54,7 @@ STAND_IN
     chmod +x "$project/build/release/Zentrill.app/Contents/MacOS/Zentrill"
 }
 
-dev() { env -i PATH="$folder/bin" HOME="$folder" DISPLAY=:0 "$project/dev" "$@" >"$folder/output" 2>&1; }
+dev() { env -i PATH="$folder/bin" HOME="$folder" DISPLAY="$display" "$project/dev" "$@" >"$folder/output" 2>&1; }
 
 expect_output() { grep -qF -- "$1" "$folder/output" || fail "the output does not tell: $1"; }
 expect_call() { grep -qxF -- "$1" "$calls" || fail "not called: $1"; }
@@ -80,6 +81,22 @@ case_brought_otherwise() {
     if [ ! -x /usr/bin/docker ] || { [ ! -x /usr/bin/dockerd ] && [ ! -x /usr/sbin/dockerd ]; }; then exit 77; fi
     has_only made-up-compiler made-up-framework
     dev test || fail "wants a second engine"
+}
+
+case_no_display() {
+    has_only made-up-compiler
+    display=''
+    if dev run; then fail "went on without a display"; fi
+    expect_output 'there is no display for the window, and a virtual one needs packages that root has to install: made-up-display'
+    expect_no_call apt-get
+}
+
+case_no_virtual_display() {
+    display=''
+    for tool in mktemp rm sleep; do ln -s "$(command -v "$tool")" "$folder/bin/$tool"; done
+    stand_in Xvfb <<<'exit 1'
+    if dev run; then fail "went on without a display"; fi
+    expect_output 'there is no display for the window, and no virtual one can be had'
 }
 
 case_sudo() {
