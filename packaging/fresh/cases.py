@@ -78,7 +78,9 @@ def attempt(case, engine, images, checkout, results):
                             timeout=_HOUR)
     seconds = time.monotonic() - begin
     try:
-        return _judge(case, engine, results, status, seconds)
+        verdict = _judge(case, engine, results, status, seconds)
+        engine.write_log(case.name, results / "log")
+        return verdict
     finally:
         engine.docker("rm", "--force", case.name)
 

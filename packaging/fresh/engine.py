@@ -99,6 +99,12 @@ class PrivateEngine:
             finally:
                 client.kill()
 
+    def write_log(self, container, path):
+        """What the container has printed, each line with its time."""
+        with path.open("wb") as log:
+            subprocess.run(["docker", "logs", "--timestamps", container], env=self._environment(), stdout=log, stderr=log,
+                           check=False)
+
     def _start_with_own_network(self):
         """Containers get what a default engine gives them: addresses of their own behind a bridge. Nothing of it is
         seen on the machine, for the bridge's network reaches the world through one process."""
