@@ -11,6 +11,22 @@ namespace {
 
 constexpr std::array<std::string_view, 3> sensitiveSuffixes{".key", ".token", ".lic"};
 
+/// U+212A KELVIN SIGN, the one letter beyond ASCII that is an ASCII letter in lower case.
+constexpr std::string_view kelvinSign = "\xE2\x84\xAA";
+
+bool holdsKelvinSign(std::string_view text) {
+    return text.find(kelvinSign) != std::string_view::npos;
+}
+
+std::string withoutKelvinSigns(std::string_view text) {
+    std::string result(text);
+    for (std::size_t at = result.find(kelvinSign); at != std::string::npos;
+         at = result.find(kelvinSign, at)) {
+        result.replace(at, kelvinSign.size(), 1, 'k');
+    }
+    return result;
+}
+
 constexpr char lowered(char byte) {
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
@@ -39,6 +55,9 @@ CredentialMatcher::CredentialMatcher()
       sensitiveDirectoryNames_{".ssh", ".gnupg"} {}
 
 bool CredentialMatcher::isCredential(std::string_view path) const {
+    if (holdsKelvinSign(path)) {
+        return isCredential(withoutKelvinSigns(path));
+    }
     if (isCredentialName(paths::lastComponent(path))) {
         return true;
     }
@@ -48,6 +67,9 @@ bool CredentialMatcher::isCredential(std::string_view path) const {
 }
 
 bool CredentialMatcher::isCredentialName(std::string_view name) const {
+    if (holdsKelvinSign(name)) {
+        return isCredentialName(withoutKelvinSigns(name));
+    }
     return containsLowered(exactNames_, name) ||
            std::ranges::any_of(sensitiveSuffixes,
                                [name](std::string_view suffix) { return endsWithLowered(name, suffix); }) ||

@@ -23,6 +23,18 @@ TEST(CredentialMatcher, IgnoresLetterCase) {
     EXPECT_TRUE(matcher.isCredential("/Users/u/.GnuPG"));
 }
 
+TEST(CredentialMatcher, TheKelvinSignIsAnUpperCaseK) {
+    const CredentialMatcher matcher;
+    for (const char* name : {"\u212Aeys.txt", "api_\u212AEY", "TO\u212Aen", "id.\u212Aey", "a.TO\u212AEN"}) {
+        EXPECT_TRUE(matcher.isCredential(std::string("/Users/u/") + name)) << name;
+        EXPECT_TRUE(matcher.isCredentialName(name)) << name;
+    }
+    // Of this other letter the lower case is an i with a dot of its own.
+    EXPECT_FALSE(matcher.isCredential("/Users/u/server.l\u0130c"));
+    EXPECT_FALSE(matcher.isCredential("/Users/u/\u212Aeys"));
+    EXPECT_FALSE(matcher.isCredential("/Users/u/api_\xE2\x84"));
+}
+
 TEST(CredentialMatcher, KnowsTheSuffixes) {
     const CredentialMatcher matcher;
     EXPECT_TRUE(matcher.isCredential("/opt/server.lic"));
