@@ -53,6 +53,9 @@ SelfUninstallService::SelfUninstallService(
       deletion_(deletion ? std::move(deletion) : std::make_shared<const SafeDeletionEngine>(fileManager)) {}
 
 std::vector<std::string> SelfUninstallService::ownedDataURLs(const std::string& homeDirectory) const {
+    if (homeDirectory.empty()) {
+        return {}; // What is called the same at the root belongs to the whole system.
+    }
     const std::string& id = expectedBundleIdentifier_;
     std::vector<std::string> paths{
         "Library/Preferences/" + id + ".plist",
@@ -124,6 +127,9 @@ std::vector<std::string> SelfUninstallService::validate(const std::string& bundl
     validateBundle(bundleURL, messages);
     if (!fileManager_->isWritable(parent)) {
         messages.emplace_back("The Applications directory is not writable.");
+    }
+    if (std::optional<std::string> refusal = deletion_->deletionRefusal(bundleURL)) {
+        messages.push_back(std::move(*refusal));
     }
     for (const std::string& dataURL : dataURLs) {
         validateData(dataURL, messages);

@@ -27,7 +27,7 @@ public:
         std::shared_ptr<const SafeDeletionEngine> deletion = nullptr);
 
     /// Where the program keeps data in that home folder: preferences, caches, application support, logs,
-    /// saved window state.
+    /// saved window state. Nothing for an empty path, which stands for a home folder that is not known.
     [[nodiscard]] std::vector<std::string> ownedDataURLs(const std::string& homeDirectory) const;
 
     /// Removes nothing unless everything can go. When data cannot be removed after all, the bundle stays, so

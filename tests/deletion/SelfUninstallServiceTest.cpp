@@ -108,6 +108,14 @@ TEST_F(SelfUninstallServiceTest, OwnsFivePlacesInTheHomeFolder) {
               "/b/Library/Preferences/x.y.plist");
 }
 
+TEST_F(SelfUninstallServiceTest, WithoutAHomeFolderItOwnsItsBundleAlone) {
+    EXPECT_THAT(SelfUninstallService().ownedDataURLs(""), IsEmpty());
+    const std::string bundle = makeBundle();
+    const SelfUninstallResult result = service().uninstall(bundle, "");
+    EXPECT_THAT(result.removedPaths, ElementsAre(bundle));
+    EXPECT_TRUE(result.succeeded());
+}
+
 TEST_F(SelfUninstallServiceTest, RemovesTheDataInOrderAndThenTheBundle) {
     std::vector<std::string> expected = makeData();
     const std::string foreign = folder.makeFile("home/Library/Caches/com.user.Zentrill.other");
@@ -297,6 +305,21 @@ TEST_F(SelfUninstallServiceTest, DataBehindALinkedFolderAreRefused) {
     EXPECT_THAT(result.removedPaths, IsEmpty());
     EXPECT_TRUE(exists(precious));
     EXPECT_TRUE(exists(bundle));
+}
+
+TEST_F(SelfUninstallServiceTest, ABundleInALinkedApplicationsFolderIsRefusedBeforeAnythingGoes) {
+    const std::string bundle = makeBundle();
+    const std::vector<std::string> data = makeData();
+    const std::string link = folder.makeLink("Linked", folder.path("Applications"));
+    const SelfUninstallService linked(identifier, std::vector{link});
+    const SelfUninstallResult result = linked.uninstall(link + "/Zentrill.app", folder.path("home"));
+    EXPECT_THAT(result.failures, ElementsAre("Refusing to traverse symlink ancestor: " + link));
+    EXPECT_THAT(result.removedPaths, IsEmpty());
+    EXPECT_EQ(result.remainingPaths.size(), 1 + data.size());
+    EXPECT_TRUE(exists(bundle));
+    for (const std::string& path : data) {
+        EXPECT_TRUE(exists(path)) << path;
+    }
 }
 
 TEST_F(SelfUninstallServiceTest, AllProblemsAreCollectedInOrder) {
