@@ -119,7 +119,11 @@ void DeletionWalk::remove(const char* name, EntryKind kind) {
 
 DeletionWalk::Step DeletionWalk::removeLeaf(const char* name) {
     if (rules_.preserveUnrecognized) {
-        recordPreserved(name);
+        if (top().lookUpError == 0) {
+            recordPreserved(name);
+        } else {
+            fail(name, top().lookUpError);
+        }
         return Step::done;
     }
     if (!mayRemove(name)) {
@@ -152,7 +156,7 @@ DeletionWalk::Step DeletionWalk::enter(const char* name) {
         return Step::done;
     }
     DirectoryHandle directory;
-    int error = stack_.openChild(name, directory);
+    const int error = stack_.openChild(name, directory);
     if (error == 0) {
         push(name, std::move(directory));
         return Step::done;
@@ -163,26 +167,24 @@ DeletionWalk::Step DeletionWalk::enter(const char* name) {
     if (isNoDirectory(error)) {
         return Step::kindChanged;
     }
-    if (error == EXDEV) {
-        error = EBUSY; // What the system says of removing a mount point.
-    } else {
-        // One that must not be read may still be empty.
-        const int removal = top().directory.removeDirectory(name);
-        if (removal == 0) {
-            recordRemoved(name);
-            return Step::done;
-        }
-        if (removal == ENOENT) {
-            return Step::done;
-        }
-        if (removal == ENOTDIR) {
-            return Step::kindChanged;
-        }
-        if (!isNotEmpty(removal)) {
-            error = removal;
-        }
+    if (error != EXDEV && rules_.shield == nullptr) {
+        return removeUnread(name, error);
     }
-    fail(name, error);
+    fail(name, error == EXDEV ? EBUSY : error); // EBUSY is what the system says of removing a mount point.
+    return Step::done;
+}
+
+/// A folder that must not be read may still be empty.
+DeletionWalk::Step DeletionWalk::removeUnread(const char* name, int openingError) {
+    const int error = top().directory.removeDirectory(name);
+    if (error == ENOTDIR) {
+        return Step::kindChanged;
+    }
+    if (error == 0) {
+        recordRemoved(name);
+    } else if (error != ENOENT) {
+        fail(name, isNotEmpty(error) ? openingError : error);
+    }
     return Step::done;
 }
 
@@ -191,6 +193,12 @@ void DeletionWalk::push(const char* name, DirectoryHandle directory) {
     if (rules_.shield != nullptr && rules_.shield->hasExplicitCredentials()) {
         top().explicitNames =
             rules_.shield->explicitNames(standardizedPath_ + std::string(stack_.pathBelowItem()));
+    }
+    if (rules_.preserveUnrecognized) {
+        // Once for all entries, which are then kept as what the directory says they are.
+        EntryKind ignoredKind{};
+        FileIdentity ignoredIdentity;
+        top().lookUpError = top().directory.lookUp(".", ignoredKind, ignoredIdentity);
     }
 }
 

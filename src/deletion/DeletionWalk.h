@@ -53,6 +53,7 @@ private:
     void remove(const char* name, EntryKind kind);
     [[nodiscard]] Step removeLeaf(const char* name);
     [[nodiscard]] Step enter(const char* name);
+    [[nodiscard]] Step removeUnread(const char* name, int openingError);
     void push(const char* name, DirectoryHandle directory);
     void leave();
 

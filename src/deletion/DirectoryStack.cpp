@@ -54,6 +54,7 @@ void DirectoryStack::push(const char* name, DirectoryHandle directory) {
     frame.listingComplete = false;
     frame.listingError = 0;
     frame.left = false;
+    frame.lookUpError = 0;
     frame.nameOffset = nameOffset;
     frame.pathLength = path_.size();
     frame.rescans = 0;

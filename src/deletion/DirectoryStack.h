@@ -21,6 +21,8 @@ struct DirectoryFrame {
     int listingError = 0;
     /// Something inside stays, so the directory does too.
     bool left = false;
+    /// Why no entry in here can be looked up; 0 if they can.
+    int lookUpError = 0;
     /// Where this directory's name begins and ends in the stack's path.
     std::size_t nameOffset = 0;
     std::size_t pathLength = 0;

@@ -8,7 +8,6 @@
 #include "platform/Paths.h"
 #include "platform/SystemError.h"
 
-#include <cerrno>
 #include <string_view>
 #include <utility>
 
@@ -18,11 +17,6 @@ namespace {
 
 std::string symlinkRefusal(const std::string& ancestor) {
     return "Refusing to traverse symlink ancestor: " + ancestor;
-}
-
-/// Whether no item can exist at a path whose ancestors could not be opened.
-bool meansMissing(int error) {
-    return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
 }
 
 DeletionReport failureReport(std::string message) {
@@ -57,10 +51,11 @@ DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
     FileIdentity identity;
     const int error =
         parent.error != 0 ? parent.error : parent.handle.lookUp(parent.name.c_str(), kind, identity);
-    if (meansMissing(error)) {
-        return {};
-    }
     if (error != 0) {
+        // A path that cannot be looked up counts as missing; one that only could not be opened does not.
+        if (!fileManager_->itemExistsWithoutFollowingSymlink(standardized)) {
+            return {};
+        }
         return failureReport(atPath + ": " + systemDescription(error));
     }
     if (UndeletableFolders().contains(identity)) {

@@ -42,11 +42,13 @@ public:
                                 CredentialMatcher matcher = {}, DeletionPredicate mayRemove = {},
                                 DeletionConcurrency concurrency = DeletionConcurrency::ofThisMachine());
 
-    /// Deletes the item at the absolute path `atPath`. A missing item gives an empty report.
+    /// Deletes the item at the absolute path `atPath`. A missing item gives an empty report, and so does one
+    /// in a folder where nothing may be looked up.
     ///
     /// With the shield the report lists each item, contents before their folder; without it, `atPath` alone
     /// as removed, or as one failure that names the first item that could not go. Either way everything that
-    /// can go does: a failure stops nothing but the removal of the folders above it.
+    /// can go does: a failure stops nothing but the removal of the folders above it. What cannot be read is a
+    /// failure with the shield, since nobody can tell what it holds.
     [[nodiscard]] DeletionReport deleteItem(const std::string& atPath, const DeletionOptions& options) const;
 
     /// Why the item at `path` must not be deleted, or nothing when it may be.

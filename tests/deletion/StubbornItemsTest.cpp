@@ -63,22 +63,6 @@ protected:
     TemporaryDirectory folder_;
 };
 
-TEST_F(StubbornItems, AnUnreadableEmptyFolderIsRemoved) {
-    const std::string sealed = folder_.makeDirectory("tree/sealed");
-    folder_.makeDirectory("tree2/sealed");
-    giveAllTo(test::ordinaryUser);
-    fs::permissions(sealed, fs::perms::none);
-    fs::permissions(folder_.path("tree2/sealed"), fs::perms::none);
-    EXPECT_TRUE(passesAsOrdinaryUser([&] {
-        EXPECT_THAT(SafeDeletionEngine().deleteItem(folder_.path("tree"), shielded).removed,
-                    ElementsAre(sealed, folder_.path("tree")));
-        EXPECT_THAT(SafeDeletionEngine().deleteItem(folder_.path("tree2"), unshielded).removed,
-                    ElementsAre(folder_.path("tree2")));
-    }));
-    EXPECT_FALSE(exists(folder_.path("tree")));
-    EXPECT_FALSE(exists(folder_.path("tree2")));
-}
-
 TEST_F(StubbornItems, AnUnreadableFullFolderIsOneFailureAndSiblingsGo) {
     const std::string inside = folder_.makeFile("tree/sealed/inside");
     const std::string sibling = folder_.makeFile("tree/sibling");
@@ -110,17 +94,6 @@ TEST_F(StubbornItems, AFolderThatMayBeSearchedButNotReadLeadsToItsItem) {
     EXPECT_TRUE(passesAsOrdinaryUser(
         [&] { EXPECT_THAT(SafeDeletionEngine().deleteItem(file, unshielded).removed, ElementsAre(file)); }));
     EXPECT_FALSE(exists(file));
-}
-
-TEST_F(StubbornItems, AnItemBehindASealedFolderIsAFailureNotMissing) {
-    const std::string file = folder_.makeFile("upper/file");
-    giveAllTo(test::ordinaryUser);
-    fs::permissions(folder_.path("upper"), fs::perms::none);
-    EXPECT_TRUE(passesAsOrdinaryUser([&] {
-        EXPECT_THAT(SafeDeletionEngine().deleteItem(file, unshielded).failures,
-                    ElementsAre(file + ": Permission denied"));
-    }));
-    EXPECT_TRUE(exists(file));
 }
 
 TEST_F(StubbornItems, AReadOnlyFolderKeepsItsEntriesAndEachIsAFailure) {

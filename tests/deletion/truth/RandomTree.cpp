@@ -14,11 +14,12 @@ constexpr std::size_t itemLimit = 40;
 
 const std::vector<std::string>& credentialNames() {
     static const std::vector<std::string> names{
-        ".env",        "auth.json",    "oauth_creds.json", "credentials.json",
-        "credentials", "keys.txt",     "api_key",          "api-key",
-        "token",       "access_token", "refresh_token",    ".ssh",
-        ".gnupg",      "id.key",       "a.token",          "server.lic",
-        "AUTH.JSON",   ".SSH",         "Token.KEY",        "x.Lic"};
+        ".env",         "auth.json",    "oauth_creds.json", "credentials.json",
+        "credentials",  "keys.txt",     "api_key",          "api-key",
+        "token",        "access_token", "refresh_token",    ".ssh",
+        ".gnupg",       "id.key",       "a.token",          "server.lic",
+        "AUTH.JSON",    ".SSH",         "Token.KEY",        "x.Lic",
+        "API_\u212AEY", "id.\u212Aey"};
     return names;
 }
 

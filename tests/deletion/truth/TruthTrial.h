@@ -8,9 +8,10 @@
 namespace zentrill::test {
 
 /// Builds a random tree below `folder`, deletes a random item of it in a random way, and compares the report
-/// with what really changed on the disk. The same seed makes the same trial.
+/// with what really changed on the disk, with what was to be expected, and with what one thread alone reports
+/// of the same tree. The same seed makes the same trial.
 ///
-/// A complaint, or nothing when report and disk agree. Runs as an ordinary user, so that permissions bind.
+/// A complaint, or nothing when all agree. Runs as an ordinary user, so that permissions bind.
 [[nodiscard]] std::optional<std::string> runTruthTrial(std::uint64_t seed, const std::string& folder);
 
 /// Runs the trials from `firstSeed` on; as root in a child of an ordinary user. The first complaint with its
