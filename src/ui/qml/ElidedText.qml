@@ -5,6 +5,9 @@ import Zentrill
 Text {
     id: line
 
+    // Whether the keyboard has led to what this line stands for.
+    property bool reached: false
+
     textFormat: Text.PlainText
     elide: Text.ElideRight
     maximumLineCount: 1
@@ -16,8 +19,16 @@ Text {
         enabled: line.truncated
     }
 
+    PointHandler {
+        id: press
+
+        enabled: line.truncated
+        acceptedButtons: Qt.AllButtons
+    }
+
     TipLoader {
         text: line.text
-        wanted: hover.hovered && line.truncated
+        wanted: line.truncated && !press.active && (hover.hovered || line.reached)
+        completes: true
     }
 }

@@ -6,12 +6,16 @@ Loader {
 
     required property string text
     required property bool wanted
+    property bool completes: false
+
+    // It goes with what it belongs to, and what a modal covers says nothing.
+    readonly property bool due: wanted && visible && enabled
 
     anchors.fill: parent
-    onWantedChanged: if (wanted)
+    onDueChanged: if (due)
         setSource("HoverTip.qml", {
             text: Qt.binding(() => loader.text),
-            visible: true
+            completes: loader.completes
         });
     else
         source = ""
