@@ -77,6 +77,8 @@ QString ButtonAccessible::text(QAccessible::Text kind) const {
     }
     case QAccessible::Description:
         return attachedText("description");
+    case QAccessible::Value:
+        return item()->property("accessibleValue").toString();
     default:
         return {};
     }

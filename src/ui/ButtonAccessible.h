@@ -12,7 +12,8 @@ namespace zentrill {
 ///
 ///     QAccessible::installFactory(&ButtonAccessible::make);
 ///
-/// Name, description and selected are those of the item's Accessible properties. A disabled item takes
+/// Name, description and selected are those of the item's Accessible properties; the value is the item's own
+/// `accessibleValue`, for which QML has no such property. A disabled item takes
 /// neither a press nor the focus.
 class ButtonAccessible final : public QAccessibleObject, public QAccessibleActionInterface {
 public:

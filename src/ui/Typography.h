@@ -21,6 +21,7 @@ class Typography : public QObject {
     Q_PROPERTY(QFont section READ section CONSTANT FINAL)
     Q_PROPERTY(QFont name READ name CONSTANT FINAL)
     Q_PROPERTY(QFont control READ control CONSTANT FINAL)
+    Q_PROPERTY(QFont rowControl READ rowControl CONSTANT FINAL)
     Q_PROPERTY(QFont body READ body CONSTANT FINAL)
     Q_PROPERTY(QFont detail READ detail CONSTANT FINAL)
     Q_PROPERTY(QFont caption READ caption CONSTANT FINAL)
@@ -48,6 +49,9 @@ public:
     [[nodiscard]] QFont name() const { return text(14, QFont::Medium); }
 
     [[nodiscard]] QFont control() const { return text(13, QFont::Medium); }
+
+    /// The buttons of a row.
+    [[nodiscard]] QFont rowControl() const { return text(12, QFont::Medium); }
 
     [[nodiscard]] QFont body() const { return text(13, QFont::Normal); }
 

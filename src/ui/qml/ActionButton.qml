@@ -18,9 +18,8 @@ Pressable {
     readonly property color accent: kind === "primary" ? WarmPalette.action
                                   : kind === "copper" ? WarmPalette.copper
                                   : kind === "danger" || kind === "destructive" ? WarmPalette.danger : WarmPalette.paper
-    // Dimmed, but still red, until the code is right.
-    readonly property color restingFill: kind === "destructive" ? WarmPalette.faint(WarmPalette.danger, 0.45)
-                                                               : WarmPalette.tertiary
+    // What cannot be pressed is dimmed: the primary one to grey, the others within their colour.
+    readonly property color restingFill: kind === "primary" ? WarmPalette.tertiary : WarmPalette.faint(accent, 0.45)
     readonly property color ink: filled ? WarmPalette.canvas : enabled ? accent : WarmPalette.tertiary
 
     implicitWidth: Math.ceil(line.implicitWidth + 2 * sidePadding)
@@ -35,7 +34,7 @@ Pressable {
         anchors.fill: parent
         radius: 7
         color: control.filled ? (control.enabled ? control.accent : control.restingFill)
-             : WarmPalette.faint(control.accent, control.kind === "danger" ? 0.1 : 0.08)
+             : WarmPalette.faint(control.accent, control.kind === "danger" ? 0.25 : 0.08)
         border.width: control.filled ? 0 : 1
         border.color: WarmPalette.faint(control.accent, 0.35)
     }
@@ -84,6 +83,6 @@ Pressable {
 
     TipLoader {
         text: control.tip
-        wanted: control.hovered && control.tip !== ""
+        wanted: control.tip !== "" && !control.down && (control.hovered || control.visualFocus)
     }
 }

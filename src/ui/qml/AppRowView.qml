@@ -19,6 +19,7 @@ T.CheckBox {
     required property bool isSelected
 
     readonly property bool current: ListView.isCurrentItem
+    readonly property string accessibleValue: isSelected ? qsTr("Selected") : qsTr("Not selected")
     readonly property real dimming: isDetected ? 1 : 0.85
 
     signal toggleSelection
@@ -46,13 +47,15 @@ T.CheckBox {
     Keys.onReturnPressed: if (isDetected) toggleSelection()
 
     Accessible.name: displayName
-    Accessible.description: description + ". " + origin + ". " + statusText + ". " + (isSelected ? qsTr("Selected") : qsTr("Not selected"))
+    Accessible.description: description + ". " + origin + ". " + statusText + ". " + accessibleValue
 
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false
     ListView.onReused: visible = true
 
     background: RowPlate {
+        id: plate
+
         hovered: row.hovered && row.isDetected
         chosen: row.isSelected
         focused: row.activeFocus && row.list.marksFocus
@@ -105,6 +108,7 @@ T.CheckBox {
 
             ElidedText {
                 width: parent.width
+                reached: plate.focused
                 text: row.description
                 font: Typography.caption
                 color: row.isSelected ? WarmPalette.secondary : WarmPalette.tertiary

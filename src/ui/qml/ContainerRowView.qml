@@ -14,6 +14,9 @@ FocusScope {
     // Whether the focus is shown on this row.
     required property bool marked
 
+    // Where the states begin: in one column in all rows, whatever buttons they have.
+    readonly property real stateColumn: Math.round(Math.max(160, Math.min(320, (width - words.x) * 0.38)))
+
     signal selected
     signal stopRequested
     signal deleteRequested
@@ -38,7 +41,10 @@ FocusScope {
     }
 
     RowPlate {
+        id: plate
+
         anchors.fill: parent
+        outlined: true
         hovered: hover.hovered
         focused: row.marked && row.activeFocus && !stop.activeFocus && !remove.activeFocus
     }
@@ -54,6 +60,8 @@ FocusScope {
     }
 
     Column {
+        id: words
+
         anchors.left: tile.right
         anchors.leftMargin: 14
         anchors.right: buttons.left
@@ -62,7 +70,10 @@ FocusScope {
         spacing: 5
 
         ElidedText {
+            id: title
+
             width: parent.width
+            reached: plate.focused
             text: row.name
             font: Typography.name
             color: WarmPalette.paper
@@ -76,7 +87,9 @@ FocusScope {
                 id: imageName
 
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.max(150, Math.min(implicitWidth, parent.width - state.implicitWidth - parent.spacing))
+                width: row.stateColumn - parent.spacing
+                // One tooltip at a time: the name's is the first.
+                reached: plate.focused && !title.truncated
                 text: row.image
                 font: Typography.caption
                 color: WarmPalette.tertiary
@@ -84,10 +97,8 @@ FocusScope {
             }
 
             Tag {
-                id: state
-
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.max(40, Math.min(implicitWidth, parent.width - imageName.width - parent.spacing))
+                width: Math.max(40, Math.min(implicitWidth, parent.width - row.stateColumn))
                 text: row.status
                 textColor: row.running ? WarmPalette.copper : WarmPalette.secondary
             }
@@ -107,9 +118,9 @@ FocusScope {
 
             visible: row.running
             kind: "copper"
-            font: Typography.detail
+            font: Typography.rowControl
             iconName: "stop.fill"
-            iconSize: 11
+            iconSize: 12
             text: qsTr("Stop")
             enabled: row.actionsEnabled
             activeFocusOnTab: row.current || activeFocus
@@ -121,6 +132,7 @@ FocusScope {
             id: remove
 
             kind: "danger"
+            font: Typography.rowControl
             iconName: "trash.fill"
             iconSize: 12
             text: qsTr("Delete")

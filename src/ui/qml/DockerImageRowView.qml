@@ -38,7 +38,10 @@ FocusScope {
     }
 
     RowPlate {
+        id: plate
+
         anchors.fill: parent
+        outlined: true
         hovered: hover.hovered
         focused: row.marked && row.activeFocus && !remove.activeFocus
     }
@@ -62,6 +65,7 @@ FocusScope {
 
         ElidedText {
             width: parent.width
+            reached: plate.focused
             text: row.title
             font: Typography.name
             color: WarmPalette.paper
@@ -103,6 +107,7 @@ FocusScope {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         kind: "danger"
+        font: Typography.rowControl
         iconName: "trash.fill"
         iconSize: 12
         text: qsTr("Remove")

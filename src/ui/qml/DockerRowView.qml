@@ -77,7 +77,7 @@ Loader {
 
                 y: 1
                 name: "exclamationmark.triangle.fill"
-                size: 14
+                size: 12
                 tint: WarmPalette.copper
             }
 

@@ -43,7 +43,10 @@ FocusScope {
     }
 
     RowPlate {
+        id: plate
+
         anchors.fill: parent
+        outlined: true
         hovered: hover.hovered
         focused: row.activeFocus && !remove.activeFocus && row.list.marksFocus
     }
@@ -67,6 +70,7 @@ FocusScope {
 
         ElidedText {
             width: parent.width
+            reached: plate.focused
             text: row.name
             font: Typography.name
             color: WarmPalette.paper
@@ -110,6 +114,7 @@ FocusScope {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         kind: "danger"
+        font: Typography.rowControl
         iconName: "trash.fill"
         iconSize: 12
         text: qsTr("Delete")

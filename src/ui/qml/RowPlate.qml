@@ -1,14 +1,17 @@
 import QtQuick
 import Zentrill
 
-// The ground of a list row.
+// The ground of a list row. An outlined one leaves the ground to the tile and the tags that lie on it.
 Rectangle {
+    property bool outlined: false
     property bool hovered: false
     property bool chosen: false
     property bool focused: false
 
     radius: 9
-    color: chosen ? WarmPalette.selected : WarmPalette.row
+    color: chosen ? WarmPalette.selected : outlined ? WarmPalette.canvas : WarmPalette.row
+    border.width: outlined ? 1 : 0
+    border.color: WarmPalette.faint(WarmPalette.tertiary, 0.16)
 
     Rectangle {
         anchors.fill: parent

@@ -8,12 +8,11 @@ Rectangle {
     required property string text
     property color textColor: WarmPalette.secondary
     property font font: Typography.tag
-    property color fill: WarmPalette.selected
 
     implicitWidth: label.implicitWidth + 12
     implicitHeight: label.implicitHeight + 4
     radius: 4
-    color: fill
+    color: WarmPalette.row
 
     ElidedText {
         id: label
