@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,3 +19,8 @@ struct DockerConnection {
 };
 
 } // namespace zentrill
+
+template <>
+struct std::hash<zentrill::DockerConnection> {
+    [[nodiscard]] std::size_t operator()(const zentrill::DockerConnection& connection) const;
+};

@@ -1,5 +1,7 @@
 #include "docker/DockerContainer.h"
 
+#include "platform/HashCombiner.h"
+
 namespace zentrill {
 
 bool DockerContainer::isRunning() const noexcept {
@@ -7,3 +9,14 @@ bool DockerContainer::isRunning() const noexcept {
 }
 
 } // namespace zentrill
+
+std::size_t
+std::hash<zentrill::DockerContainer>::operator()(const zentrill::DockerContainer& container) const {
+    return zentrill::HashCombiner()
+        .add(container.id)
+        .add(container.name)
+        .add(container.image)
+        .add(container.status)
+        .add(container.connection)
+        .value();
+}

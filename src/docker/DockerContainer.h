@@ -2,6 +2,8 @@
 
 #include "docker/DockerConnection.h"
 
+#include <cstddef>
+#include <functional>
 #include <string>
 
 namespace zentrill {
@@ -24,3 +26,8 @@ struct DockerContainer {
 using DockerRecord = DockerContainer;
 
 } // namespace zentrill
+
+template <>
+struct std::hash<zentrill::DockerContainer> {
+    [[nodiscard]] std::size_t operator()(const zentrill::DockerContainer& container) const;
+};

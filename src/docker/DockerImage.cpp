@@ -1,5 +1,7 @@
 #include "docker/DockerImage.h"
 
+#include "platform/HashCombiner.h"
+
 #include <algorithm>
 
 namespace zentrill {
@@ -52,3 +54,13 @@ bool isFullImageID(std::string_view imageID) noexcept {
 }
 
 } // namespace zentrill
+
+std::size_t std::hash<zentrill::DockerImage>::operator()(const zentrill::DockerImage& image) const {
+    return zentrill::HashCombiner()
+        .add(image.imageID)
+        .add(image.tags)
+        .add(image.size)
+        .add(image.usage)
+        .add(image.connection)
+        .value();
+}

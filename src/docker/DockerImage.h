@@ -2,7 +2,9 @@
 
 #include "docker/DockerConnection.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,3 +41,8 @@ struct DockerImage {
 [[nodiscard]] bool isFullImageID(std::string_view imageID) noexcept;
 
 } // namespace zentrill
+
+template <>
+struct std::hash<zentrill::DockerImage> {
+    [[nodiscard]] std::size_t operator()(const zentrill::DockerImage& image) const;
+};

@@ -1,6 +1,7 @@
 #include "models/LocalModel.h"
 
 #include "platform/ByteCountFormatter.h"
+#include "platform/HashCombiner.h"
 
 namespace zentrill {
 
@@ -13,3 +14,13 @@ std::string LocalModel::sizeFormatted() const {
 }
 
 } // namespace zentrill
+
+std::size_t std::hash<zentrill::LocalModel>::operator()(const zentrill::LocalModel& model) const {
+    return zentrill::HashCombiner()
+        .add(model.name)
+        .add(model.source)
+        .add(model.sizeBytes)
+        .add(model.path)
+        .add(model.isSelected)
+        .value();
+}

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -31,3 +33,8 @@ struct LocalModel {
 };
 
 } // namespace zentrill
+
+template <>
+struct std::hash<zentrill::LocalModel> {
+    [[nodiscard]] std::size_t operator()(const zentrill::LocalModel& model) const;
+};

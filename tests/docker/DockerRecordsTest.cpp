@@ -5,7 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <functional>
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 namespace zentrill {
 namespace {
@@ -21,6 +25,62 @@ TEST(DockerConnection, BothFieldsMakeItWhatItIs) {
     other = one;
     other.displayName = "another";
     EXPECT_NE(one, other);
+}
+
+/// Applies each change to a copy of `sample` and expects it to differ from all others, by value and by hash.
+template <typename Record>
+void expectEveryFieldToCount(const Record& sample, const std::vector<std::function<void(Record&)>>& changes) {
+    ASSERT_FALSE(changes.empty());
+    std::unordered_set<Record> distinct{sample, Record(sample)};
+    EXPECT_EQ(distinct.size(), 1U);
+    std::unordered_set<std::size_t> hashes{std::hash<Record>()(sample)};
+    for (std::size_t field = 0; field < changes.size(); ++field) {
+        Record other = sample;
+        changes[field](other);
+        EXPECT_NE(other, sample) << "field " << field;
+        EXPECT_TRUE(hashes.insert(std::hash<Record>()(other)).second) << "field " << field;
+        distinct.insert(other);
+        changes[field](other = sample);
+        EXPECT_TRUE(distinct.contains(other)) << "field " << field;
+    }
+    EXPECT_EQ(distinct.size(), changes.size() + 1);
+}
+
+TEST(DockerConnection, EveryFieldTakesPartInEqualityAndHash) {
+    expectEveryFieldToCount<DockerConnection>(
+        {.arguments = {"--context", "a"}, .displayName = "name"},
+        {[](DockerConnection& connection) { connection.arguments.emplace_back("x"); },
+         [](DockerConnection& connection) { connection.arguments.front() += "x"; },
+         [](DockerConnection& connection) { connection.displayName += "x"; }});
+}
+
+TEST(DockerContainer, EveryFieldTakesPartInEqualityAndHash) {
+    expectEveryFieldToCount<DockerContainer>(
+        {.id = "31e22a",
+         .name = "name",
+         .image = "tool:one",
+         .status = "Up",
+         .connection = {.arguments = {"--context", "a"}, .displayName = "a"}},
+        {[](DockerContainer& container) { container.id += "x"; },
+         [](DockerContainer& container) { container.name += "x"; },
+         [](DockerContainer& container) { container.image += "x"; },
+         [](DockerContainer& container) { container.status += "x"; },
+         [](DockerContainer& container) { container.connection.arguments.back() += "x"; }});
+}
+
+TEST(DockerImage, EveryFieldTakesPartInEqualityAndHash) {
+    expectEveryFieldToCount<DockerImage>(
+        {.imageID = "sha256:0",
+         .tags = {"tool:one"},
+         .size = "1.24GB",
+         .usage = DockerImageUsage::unknown,
+         .connection = {.arguments = {"--context", "a"}, .displayName = "a"}},
+        {[](DockerImage& image) { image.imageID += "x"; },
+         [](DockerImage& image) { image.tags.emplace_back("x"); },
+         [](DockerImage& image) { image.size += "x"; },
+         [](DockerImage& image) { image.usage = DockerImageUsage::unused; },
+         [](DockerImage& image) { image.usage = DockerImageUsage::inUse; },
+         [](DockerImage& image) { image.connection.displayName += "x"; }});
 }
 
 TEST(DockerContainer, RunsWhenItsStatusSaysSo) {

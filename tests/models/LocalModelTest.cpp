@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <functional>
 #include <limits>
+#include <string>
+#include <unordered_set>
+#include <vector>
 
 namespace zentrill {
 namespace {
@@ -31,12 +36,23 @@ TEST(LocalModelTest, SizesAreShownInMegabytesAndGigabytesOnly) {
     EXPECT_EQ(modelOfSize(4'660'000'000).sizeFormatted(), "4.66 GB");
 }
 
-TEST(LocalModelTest, ModelsAreEqualFieldByField) {
-    const LocalModel model = modelOfSize(1);
-    LocalModel other = model;
-    EXPECT_EQ(model, other);
-    other.isSelected = true;
-    EXPECT_NE(model, other);
+TEST(LocalModelTest, EveryFieldTakesPartInEqualityAndHash) {
+    const std::vector<std::function<void(LocalModel&)>> changes{
+        [](LocalModel& model) { model.name += "x"; },       [](LocalModel& model) { model.source += "x"; },
+        [](LocalModel& model) { ++model.sizeBytes; },       [](LocalModel& model) { model.path += "x"; },
+        [](LocalModel& model) { model.isSelected = true; },
+    };
+    std::unordered_set<LocalModel> distinct{modelOfSize(1), modelOfSize(1)};
+    EXPECT_EQ(distinct.size(), 1U);
+    std::unordered_set<std::size_t> hashes{std::hash<LocalModel>()(modelOfSize(1))};
+    for (std::size_t field = 0; field < changes.size(); ++field) {
+        LocalModel other = modelOfSize(1);
+        changes[field](other);
+        EXPECT_NE(other, modelOfSize(1)) << "field " << field;
+        EXPECT_TRUE(hashes.insert(std::hash<LocalModel>()(other)).second) << "field " << field;
+        distinct.insert(other);
+    }
+    EXPECT_EQ(distinct.size(), changes.size() + 1);
 }
 
 } // namespace
