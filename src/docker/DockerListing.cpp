@@ -4,6 +4,7 @@
 #include "docker/DockerJsonLine.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <utility>
 
@@ -53,13 +54,10 @@ std::optional<DockerImageRecord> image(std::string_view line) {
     return record;
 }
 
-void addTags(DockerImageRecord& record, const std::vector<std::string>& tags) {
-    for (const std::string& tag : tags) {
-        const auto place = std::ranges::lower_bound(record.tags, tag);
-        if (place == record.tags.end() || *place != tag) {
-            record.tags.insert(place, tag);
-        }
-    }
+void makeSortedSet(std::vector<std::string>& texts) {
+    std::ranges::sort(texts);
+    const auto repeated = std::ranges::unique(texts);
+    texts.erase(repeated.begin(), repeated.end());
 }
 
 } // namespace
@@ -109,8 +107,11 @@ Images images(std::string_view output) {
         if (isNew) {
             result.records.push_back(std::move(*record));
         } else {
-            addTags(result.records[place->second], record->tags);
+            std::ranges::move(record->tags, std::back_inserter(result.records[place->second].tags));
         }
+    }
+    for (DockerImageRecord& record : result.records) {
+        makeSortedSet(record.tags);
     }
     return result;
 }
