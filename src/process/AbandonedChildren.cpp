@@ -1,5 +1,6 @@
 #include "process/AbandonedChildren.h"
 
+#include <cerrno>
 #include <mutex>
 #include <vector>
 
@@ -31,7 +32,10 @@ void add(pid_t pid) {
 void reapEnded() {
     Register& abandoned = shared();
     const std::lock_guard lock(abandoned.mutex);
-    std::erase_if(abandoned.children, [](pid_t pid) { return ::waitpid(pid, nullptr, WNOHANG) != 0; });
+    std::erase_if(abandoned.children, [](pid_t pid) {
+        const pid_t ended = ::waitpid(pid, nullptr, WNOHANG);
+        return ended > 0 || (ended < 0 && errno == ECHILD);
+    });
 }
 
 } // namespace zentrill::abandoned_children

@@ -53,21 +53,24 @@ std::int32_t ChildProcess::reap() {
         return -1;
     }
     siginfo_t status{};
-    if (::waitid(P_PID, static_cast<id_t>(pid_), &status, WEXITED | WNOHANG) != 0) {
+    if (::waitid(P_PID, static_cast<id_t>(pid_), &status, WEXITED | WNOHANG) == 0) {
+        if (status.si_pid == pid_) {
+            return status.si_status;
+        }
+    } else if (errno == ECHILD) {
         return -1;
-    }
-    if (status.si_pid == pid_) {
-        return status.si_status;
     }
     ::kill(pid_, SIGKILL);
     abandoned_children::add(pid_);
     return -1;
 }
 
-/// A process that ignores SIGCHLD has its children reaped by the system, after which the number is free.
+/// A process that ignores SIGCHLD has its children reaped by the system, after which the number is free. No
+/// other error says that.
 bool ChildProcess::isStillOurs() noexcept {
     siginfo_t status{};
-    if (held_ && ::waitid(P_PID, static_cast<id_t>(pid_), &status, WEXITED | WNOHANG | WNOWAIT) != 0) {
+    if (held_ && ::waitid(P_PID, static_cast<id_t>(pid_), &status, WEXITED | WNOHANG | WNOWAIT) != 0 &&
+        errno == ECHILD) {
         held_ = false;
     }
     return held_;

@@ -10,14 +10,24 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <string>
 #include <system_error>
 #include <utility>
 
 #include <sys/wait.h>
 #include <unistd.h>
+#ifdef __linux__
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#endif
 
 namespace zentrill {
 namespace {
@@ -82,6 +92,56 @@ TEST(ChildProcess, OneThatStillRunsIsReapedLater) {
         return hasNoChildren();
     }));
 }
+
+#ifdef __linux__
+/// From here on the kernel answers this process's `waitid` with an error that says nothing about its
+/// children.
+bool makeWaitidFail() {
+    std::array<sock_filter, 4> instructions{
+        sock_filter{BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},
+        sock_filter{BPF_JMP | BPF_JEQ | BPF_K, 0, 1, SYS_waitid},
+        sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ERRNO | ENOMEM},
+        sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ALLOW},
+    };
+    const sock_fprog program{.len = instructions.size(), .filter = instructions.data()};
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+           ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+}
+
+TEST(ChildProcess, IsNotGivenUpForAnErrorThatDoesNotSayThatItIsGone) {
+    EXPECT_TRUE(test::holdsInForkedChild([] {
+        ChildProcess child = spawnSleeper();
+        const pid_t pid = child.id();
+        if (!makeWaitidFail()) {
+            return false;
+        }
+        child.signal(SIGTERM);
+        const bool isEnded = eventually([pid] { return test::isGone(pid); });
+        ::kill(pid, SIGKILL);
+        int status = 0;
+        return ::waitpid(pid, &status, 0) == pid && isEnded && WIFSIGNALED(status) &&
+               WTERMSIG(status) == SIGTERM;
+    }));
+}
+
+TEST(ChildProcess, OneOfUnknownStateIsKilledAndReapedLater) {
+    EXPECT_TRUE(test::holdsInForkedChild([] {
+        ChildProcess child = spawnSleeper();
+        const pid_t pid = child.id();
+        if (!makeWaitidFail() || child.reap() != -1) {
+            return false;
+        }
+        const bool isReaped = eventually([] {
+            abandoned_children::reapEnded();
+            return ::waitpid(-1, nullptr, WNOHANG) < 0 && errno == ECHILD;
+        });
+        if (!isReaped) {
+            ::kill(pid, SIGKILL);
+        }
+        return isReaped;
+    }));
+}
+#endif
 
 TEST(AbandonedChildren, ARunningOneStaysRemembered) {
     ChildProcess child = spawnSleeper();
