@@ -1,21 +1,10 @@
 #include "process/CommandResult.h"
 
+#include "platform/WhiteSpace.h"
+
 #include <string_view>
 
 namespace zentrill {
-
-namespace {
-
-std::string trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\n\v\f\r";
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos) {
-        return {};
-    }
-    return std::string(text.substr(begin, text.find_last_not_of(blanks) + 1 - begin));
-}
-
-} // namespace
 
 bool CommandResult::succeeded() const noexcept {
     return !launchError.has_value() && !timedOut && exitCode == 0;
@@ -28,11 +17,10 @@ std::string CommandResult::diagnostic() const {
     if (timedOut) {
         return "Command timed out.";
     }
-    if (std::string text = trimmed(stderr); !text.empty()) {
-        return text;
-    }
-    if (std::string text = trimmed(stdout); !text.empty()) {
-        return text;
+    for (const std::string* stream : {&stderr, &stdout}) {
+        if (const std::string_view text = trimmingWhiteSpace(*stream); !text.empty()) {
+            return std::string(text);
+        }
     }
     return "Command exited with status " + std::to_string(exitCode) + ".";
 }

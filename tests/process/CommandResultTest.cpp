@@ -34,6 +34,12 @@ TEST(CommandResult, DiagnosticIsTheTrimmedTextThatIsNotBlank) {
     EXPECT_EQ(result.diagnostic(), "broken pipe");
 }
 
+TEST(CommandResult, DiagnosticIsTrimmedOfEveryWhiteSpace) {
+    CommandResult result = test::failed(1, "\u00A0\u2028 \u3000\n");
+    result.stdout = "\u2003\xC2\x85 r\u00E9sum\u00E9 \u202F\u1680\u200A\r\n";
+    EXPECT_EQ(result.diagnostic(), "r\u00E9sum\u00E9");
+}
+
 TEST(CommandResult, DiagnosticOfASilentCommandIsItsStatus) {
     EXPECT_EQ(test::failed(3).diagnostic(), "Command exited with status 3.");
     EXPECT_EQ(test::ok().diagnostic(), "Command exited with status 0.");
