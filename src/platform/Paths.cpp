@@ -102,7 +102,10 @@ std::string expandingTilde(std::string_view path, std::string_view home) {
     if (home.empty() || (path != "~" && !path.starts_with("~/"))) {
         return std::string(path);
     }
-    return std::string(home).append(path.substr(1));
+    const std::string_view rest = path.substr(1);
+    // The root is the one folder whose name ends in a slash of its own.
+    return home.ends_with('/') && !rest.empty() ? std::string(home.substr(0, home.size() - 1)).append(rest)
+                                                : std::string(home).append(rest);
 }
 
 } // namespace zentrill::paths

@@ -1,6 +1,7 @@
 #include "process/ShellCommandRunner.h"
 
 #include "platform/HomeDirectory.h"
+#include "platform/Paths.h"
 #include "process/AbandonedChildren.h"
 #include "process/ChildEndNotice.h"
 #include "process/ChildEnding.h"
@@ -94,8 +95,8 @@ ShellCommandRunner::ShellCommandRunner(Environment environment) : environment_(s
 Environment ShellCommandRunner::defaultEnvironment() {
     Environment environment = currentEnvironment();
     const std::string home = homeDirectory();
-    environment["PATH"] = "/usr/local/bin:/opt/homebrew/bin:" + home + "/.local/bin:" + home +
-                          "/.npm-global/bin:/usr/bin:/bin:/usr/sbin:/sbin";
+    environment["PATH"] = "/usr/local/bin:/opt/homebrew/bin:" + paths::appending(home, ".local/bin") + ":" +
+                          paths::appending(home, ".npm-global/bin") + ":/usr/bin:/bin:/usr/sbin:/sbin";
     return environment;
 }
 

@@ -74,6 +74,9 @@ TEST(Paths, ExpandsOnlyTheOwnHome) {
     EXPECT_EQ(expandingTilde("", "/home/u"), "");
     EXPECT_EQ(expandingTilde("~/x", ""), "~/x");
     EXPECT_EQ(expandingTilde("~", ""), "~");
+    EXPECT_EQ(expandingTilde("~/x", "/"), "/x");
+    EXPECT_EQ(expandingTilde("~/", "/"), "/");
+    EXPECT_EQ(expandingTilde("~", "/"), "/");
 }
 
 } // namespace

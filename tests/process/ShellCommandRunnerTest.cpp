@@ -151,6 +151,13 @@ TEST_F(ShellCommandRunnerTest, TheDefaultPathReplacesTheInheritedOne) {
     EXPECT_EQ(environment.at("HOME"), home.path());
 }
 
+TEST_F(ShellCommandRunnerTest, TheDefaultPathBelowARootThatIsTheHome) {
+    const test::TemporaryHome home;
+    ::setenv("HOME", "/", 1);
+    EXPECT_EQ(ShellCommandRunner::defaultEnvironment().at("PATH"),
+              "/usr/local/bin:/opt/homebrew/bin:/.local/bin:/.npm-global/bin:/usr/bin:/bin:/usr/sbin:/sbin");
+}
+
 TEST_F(ShellCommandRunnerTest, SettlesForAFixedTime) {
     const auto start = Clock::now();
     EXPECT_TRUE(runner.run("/bin/true", {}).succeeded());
