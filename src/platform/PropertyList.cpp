@@ -2,6 +2,7 @@
 
 #include "platform/PropertyListLimits.h"
 #include "platform/RegularFile.h"
+#include "platform/UnicodeText.h"
 
 #include <plist/plist.h>
 
@@ -35,6 +36,16 @@ bool hasNul(const std::string& text) {
     return text.find('\0') != std::string::npos;
 }
 
+/// The parser takes UTF-8 without a mark alone, while the format allows every form that a mark can tell.
+FileReading readList(const std::string& path, FinalLink finalLink) {
+    FileReading reading = readRegularFile(path, maximumFileSize, finalLink);
+    if (reading.content) {
+        // What is no text holds no dictionary, as little as an empty file does.
+        reading.content = withoutByteOrderMark(std::move(*reading.content)).value_or("");
+    }
+    return reading;
+}
+
 /// The dictionary that `data` describe within the limits, or null.
 Node parsedDictionary(const std::string& data) {
     plist_t root = nullptr;
@@ -54,7 +65,7 @@ Node parsedDictionary(const std::string& data) {
 /// The dictionary to change: that of the file, a new one where there is none, null where what is there must
 /// be left alone.
 Node dictionaryToChange(const std::string& path) {
-    const FileReading reading = readRegularFile(path, maximumFileSize, FinalLink::refuse);
+    const FileReading reading = readList(path, FinalLink::refuse);
     if (!reading.content && !reading.missing) {
         return nullptr;
     }
@@ -74,7 +85,7 @@ std::optional<std::string> propertyListString(const std::string& path, const std
     if (hasNul(key)) {
         return std::nullopt;
     }
-    const FileReading reading = readRegularFile(path, maximumFileSize, FinalLink::follow);
+    const FileReading reading = readList(path, FinalLink::follow);
     if (!reading.content || !isWithinPropertyListLimits(*reading.content)) {
         return std::nullopt;
     }

@@ -7,9 +7,10 @@
 /// keep their settings. Keys and values are UTF-8 texts.
 namespace zentrill {
 
-/// The string under `key` in the dictionary of the file at `path`, which may be in XML or binary form.
-/// Nothing when the file is missing, unreadable, no regular file, larger than 16 MiB, nested or cross-linked
-/// beyond reason or no dictionary, or when the key is missing or holds something else. Never blocks.
+/// The string under `key` in the dictionary of the file at `path`, which may be in XML or binary form; XML
+/// may be UTF-8, or UTF-16 or UTF-32 with a byte order mark. Nothing when the file is missing, unreadable, no
+/// regular file, larger than 16 MiB, nested or cross-linked beyond reason or no dictionary, or when the key
+/// is missing or holds something else. Never blocks.
 [[nodiscard]] std::optional<std::string> propertyListString(const std::string& path, const std::string& key);
 
 /// Puts `value` under `key`, keeps all other keys, and writes the file as XML in one step, readable by its
