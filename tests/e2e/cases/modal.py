@@ -98,7 +98,7 @@ class ModalFocus(ModalCase):
         self.assert_only_gone(self.before, [".lmstudio/models/foo.gguf"])
 
 
-class NothingBelowAModal(ModalCase):
+class BelowAModalCase(ModalCase):
     """While a modal is open nothing else of the window takes a click, a key, the focus or an assistive action."""
 
     def setUp(self):
@@ -131,6 +131,10 @@ class NothingBelowAModal(ModalCase):
         self.close()
         self.assert_only_gone(self.before, [])
 
+
+class NoAssistiveActionBelowAModal(BelowAModalCase):
+    """Neither an action nor the focus reaches what lies below a modal."""
+
     def test_assistive_actions(self):
         tried = 0
         for element in self.outside():
@@ -148,6 +152,10 @@ class NothingBelowAModal(ModalCase):
         self.assertGreater(tried, 0)
         self.leave()
 
+
+class NoClickBelowAModal(BelowAModalCase):
+    """No button of the mouse reaches what lies below a modal."""
+
     def test_clicks(self):
         left, top, width, height = self.dialog("Uninstall 1 Application?").extents
         targets = [element for element in self.outside()
@@ -161,6 +169,10 @@ class NothingBelowAModal(ModalCase):
         self.settle()
         self.expect_untouched()
         self.leave()
+
+
+class NoKeyBelowAModal(BelowAModalCase):
+    """The keyboard stays in the modal."""
 
     def test_keys(self):
         names = set()
