@@ -7,7 +7,7 @@ import shutil
 import subprocess
 import unittest
 
-from harness.cage import HOME, Cage
+from harness.cages import make_cage
 from harness.settings import current
 
 _UNREACHABLE = re.compile(r"ENOTFOUND|EAI_AGAIN|ECONNREFUSED|ECONNRESET|ETIMEDOUT|ENETUNREACH|network|CERT_|certificate")
@@ -32,11 +32,11 @@ def _fetched(package):
 def _fetch(package, kept):
     if shutil.which("npm") is None:
         raise unittest.SkipTest("npm is not installed (packages nodejs and npm)")
-    cage = Cage()
+    cage = make_cage()
     try:
         cage.shares_network = True
-        command, descriptors = cage.command("npm", "install", "-g", "--prefix", f"{HOME}/.local", package)
-        environment = {"PATH": "/usr/bin:/bin", "HOME": HOME,
+        command, descriptors = cage.command("npm", "install", "-g", "--prefix", f"{cage.home_inside}/.local", package)
+        environment = {**cage.environment(),
                        **{name: value for name, value in os.environ.items() if _PASSED_ON.match(name)}}
         outcome = subprocess.run(command, pass_fds=descriptors, env=environment, capture_output=True, text=True)
         for descriptor in descriptors:

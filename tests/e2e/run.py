@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
-"""Runs one end-to-end case: run.py --bundle … --source … --pictures … --cache … --programs … CASE [test]
+"""Runs one end-to-end case: run.py --bundle … --source … --pictures … --cache … --programs … --confine … CASE [test]
 
 Ends with 0 when it passed, 1 when it failed and 77 when what it needs cannot be had here.
 """
 
 import argparse
 import importlib
+import os
 import pkgutil
+import pwd
 import shutil
-import subprocess
 import sys
 import unittest
 
@@ -19,7 +20,7 @@ SKIPPED = 77
 
 def missing():
     """Why nothing can run here, or nothing."""
-    for tool, package in {"Xvfb": "xvfb", "dbus-daemon": "dbus", "bwrap": "bubblewrap", "xdotool": "xdotool",
+    for tool, package in {"Xvfb": "xvfb", "dbus-daemon": "dbus", "xdotool": "xdotool",
                           "import": "imagemagick", "xclip": "xclip"}.items():
         if shutil.which(tool) is None:
             return f"{tool} is not installed (package {package})"
@@ -28,9 +29,15 @@ def missing():
         gi.require_version("Atspi", "2.0")
     except (ImportError, ValueError):
         return "the accessibility library is not installed (package python3-pyatspi)"
-    cage = subprocess.run(["bwrap", "--ro-bind", "/", "/", "--dev", "/dev", "--proc", "/proc", "--unshare-pid",
-                           "--unshare-net", "true"], capture_output=True, text=True)
-    return f"no cage for the program can be made here: {cage.stderr.strip()}" if cage.returncode else None
+    try:
+        pwd.getpwuid(os.getuid())
+    except KeyError:
+        return f"user {os.getuid()} has no name, without which no message bus starts"
+    sockets = "/tmp/.X11-unix"
+    if os.path.exists(sockets) and not os.access(sockets, os.W_OK):
+        return f"no display can be made here: {sockets} is not writable"
+    from harness import cages
+    return cages.obstacle()
 
 
 def find_case(name):
@@ -46,19 +53,20 @@ def main():
     parser = argparse.ArgumentParser()
     for option in ("bundle", "source", "pictures", "cache", "programs"):
         parser.add_argument(f"--{option}", required=True)
+    parser.add_argument("--confine", default="zentrill-confine")
     parser.add_argument("case")
     parser.add_argument("test", nargs="?")
     arguments = parser.parse_args()
 
+    from harness import settings
+    settings.configure(bundle=arguments.bundle, source=arguments.source, pictures=arguments.pictures,
+                       cache=arguments.cache, programs=arguments.programs, confine=arguments.confine)
     reason = missing()
     if reason:
         print(f"SKIPPED: {reason}")
         return SKIPPED
 
-    from harness import settings
     from harness.session import Session
-    settings.configure(bundle=arguments.bundle, source=arguments.source, pictures=arguments.pictures,
-                       cache=arguments.cache, programs=arguments.programs)
     case = find_case(arguments.case)
     suite = (unittest.TestSuite([case(arguments.test)]) if arguments.test
              else unittest.defaultTestLoader.loadTestsFromTestCase(case))

@@ -3,10 +3,28 @@
 import os
 import shutil
 
+from harness.case import Case
 from harness.docker_case import TOOL_NOT_FOUND, DockerCase, no_daemon, unreachable
 from harness.docker_engine import CLIENT, HOST
 
 _UNREACHABLE = unreachable(HOST)
+
+
+class EngineThatDoesNotAnswer(Case):
+    """The tool alone is not enough: the pane says which connection does not answer, in the tool's own words."""
+
+    def test_notice(self):
+        if not os.access(CLIENT, os.X_OK):
+            self.skipTest(f"{CLIENT} is missing (package docker.io)")
+        self.cage.require_absent("docker", "Docker.app")
+        (self.home / ".local/bin").mkdir(parents=True)
+        shutil.copy(CLIENT, self.home / ".local/bin/docker")
+        nowhere = "unix:///run/nowhere/docker.sock"
+        self.start(environment={"DOCKER_HOST": nowhere})
+        self.show_pane("docker")
+        self.screen.wait(**no_daemon("DOCKER_HOST override", nowhere))
+        self.display.picture("docker-unavailable")
+        self.close()
 
 
 class EngineStoppedAfterScan(DockerCase):

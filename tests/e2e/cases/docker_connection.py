@@ -51,13 +51,6 @@ class ConnectionByHost(ConnectionCase):
         self.remove_image("DOCKER_HOST override")
         self.close()
 
-    def test_host_that_does_not_answer(self):
-        self.start_over_engine(DOCKER_HOST=NOWHERE)
-        self.screen.wait(**no_daemon("DOCKER_HOST override", NOWHERE))
-        self.assertIsNone(self.screen.find("list item", "service:1"))
-        self.display.picture("docker-unavailable")
-        self.close()
-
 
 class ConnectionByContext(ConnectionCase):
     """DOCKER_CONTEXT goes before DOCKER_HOST and before the active context."""

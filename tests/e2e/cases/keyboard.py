@@ -9,6 +9,7 @@ class KeyboardAlone(Case):
     """Choosing a tool, confirming its removal and dismissing the result take no mouse."""
 
     def test_whole_way(self):
+        self.cage.require_absent("codex")
         homes.write(self.home / ".codex/config.toml", "model = 1")
         homes.write(self.home / ".claude/settings.json", "{}")
         before = self.disk()

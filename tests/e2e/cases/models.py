@@ -4,11 +4,6 @@ import homes
 from harness import tree
 from harness.case import Case
 
-_RECORDER = """#!/bin/sh
-printf '%s\\n' "$@" > /usr/local/bin/arguments
-"""
-
-
 class ModelCase(Case):
     def delete(self, name, size):
         self.start()
@@ -59,45 +54,54 @@ class HubModelDeletion(ModelCase):
         self.assert_only_gone(before, tree.below(before, ".cache/huggingface/hub/models--org--one"))
 
 
-class OllamaModelDeletion(ModelCase):
+class OllamaCase(ModelCase):
+    """A stand-in for `ollama`, which writes down what it is called with."""
+
+    def setUp(self):
+        super().setUp()
+        self.notes = self.cage.spare("notes")
+
+    def install_ollama(self, then=""):
+        self.install_tool("ollama", f"""printf '%s\\n' "$@" > {self.notes.inside}/arguments\n{then}""")
+
+    def arguments(self):
+        return (self.notes.outside / "arguments").read_text().split("\n")
+
+
+class OllamaModelDeletion(OllamaCase):
     """`ollama` removes its model; the program only clears a manifest away that it left."""
 
     def setUp(self):
         super().setUp()
-        self.tools = self.cage.sample("/usr/local/bin")
         self.manifest = homes.ollama_model(self.home, "llama3", "8b", config=0, layers=(4_660_000_000,))
         homes.ollama_model(self.home, "llama3", "latest", config=0, layers=(4_660_000_000,))
         homes.write(self.home / ".ollama/models/blobs/sha256-1", b"b" * 1000)
-        self.before = self.disk()
         self.gone = [str(self.manifest.relative_to(self.home))]
 
-    def arguments(self):
-        return (self.tools / "arguments").read_text().split("\n")
-
     def test_tool_removes_the_manifest(self):
-        inside = f"$HOME/{homes.OLLAMA_LIBRARY}/llama3/8b"
-        homes.write(self.tools / "ollama", f'{_RECORDER}rm "{inside}"\n', 0o755)
+        self.install_ollama(f'rm "$HOME/{homes.OLLAMA_LIBRARY}/llama3/8b"\n')
+        before = self.disk()
         self.delete("llama3:8b", "4.66 GB")
         self.expect_result("Model Deleted", "Removed llama3:8b from Ollama.")
         self.close()
         self.assertEqual(self.arguments(), ["rm", "llama3:8b", ""])
-        self.assert_only_gone(self.before, self.gone)
+        self.assert_only_gone(before, self.gone)
 
     def test_tool_leaves_the_manifest(self):
-        homes.write(self.tools / "ollama", _RECORDER, 0o755)
+        self.install_ollama()
+        before = self.disk()
         self.delete("llama3:8b", "4.66 GB")
         self.expect_result("Model Deleted", "Removed llama3:8b from Ollama.")
         self.close()
         self.assertEqual(self.arguments(), ["rm", "llama3:8b", ""])
-        self.assert_only_gone(self.before, self.gone)
+        self.assert_only_gone(before, self.gone)
 
 
-class OllamaRefusal(ModelCase):
+class OllamaRefusal(OllamaCase):
     """What `ollama` refuses to remove stays, and the result says what it said."""
 
     def test_nothing_goes(self):
-        homes.write(self.cage.sample("/usr/local/bin") / "ollama",
-                    f"{_RECORDER}echo 'Error: model not found' >&2\nexit 1\n", 0o755)
+        self.install_ollama("echo 'Error: model not found' >&2\nexit 1\n")
         homes.ollama_model(self.home, "llama3", "8b")
         before = self.disk()
         self.delete("llama3:8b", "0 MB")

@@ -1,7 +1,15 @@
 """What a person meets who opens the program."""
 
+import os
+import re
+
 import homes
 from harness.case import Case
+from harness.docker_case import TOOL_NOT_FOUND
+
+# Where the program looks for it besides in the home.
+_DOCKER_TOOLS = ("/usr/local/bin/docker", "/opt/homebrew/bin/docker",
+                 "/Applications/Docker.app/Contents/Resources/bin/docker", "/usr/bin/docker")
 
 
 class ScanOnStart(Case):
@@ -9,7 +17,9 @@ class ScanOnStart(Case):
 
     def setUp(self):
         super().setUp()
-        homes.app_bundle(self.cage.sample("/Applications"), "VendorApp")
+        self.cage.require_absent("ollama", "Ollama.app", "VendorApp.app", "Claude.app", "claude", "ChatGPT.app",
+                                 "codex", "Gemini.app", "gemini", "LM Studio.app")
+        self.install_tool("llm", "")
         homes.write(self.home / ".claude/settings.json", "{}")
         homes.ollama_model(self.home, "llama3", "latest", config=0, layers=(4_660_000_000,))
         homes.hub_model(self.home, "meta-llama", "Llama-3-8B", b"w" * 3_000_000)
@@ -20,8 +30,8 @@ class ScanOnStart(Case):
         before = self.disk()
         self.start()
 
-        self.assert_applications({"Ollama": "Data remains", "VendorApp": "Installed", "Claude (desktop)": "Not found",
-                                  "Claude Code (CLI)": "Data remains", "ChatGPT": "Not found"})
+        self.assert_applications({"Ollama": "Data remains", "VendorApp": "Not found", "Claude (desktop)": "Not found",
+                                  "Claude Code (CLI)": "Data remains", "LLM CLI": "Installed"})
         # Only the rows near those in sight exist; the keyboard brings the others.
         self.display.key("End")
         self.assert_applications({"Gemini": "Not found", "Codex Tooling": "Not found", "LM Studio": "Data remains"})
@@ -37,13 +47,12 @@ class ScanOnStart(Case):
         self.display.picture("scan-models")
 
         self.show_pane("docker")
-        self.screen.wait(name="Docker CLI Not Found",
-                         description="Docker CLI is not installed or is not available in PATH.")
+        self.expect_no_docker()
         self.display.picture("scan-docker")
 
         log = self.log()
         self.assertEqual(log[0], "Starting system scan for applications, models, and containers...")
-        self.assertIn("Found software: VendorApp (Desktop Application)", log)
+        self.assertIn("Found software: LLM CLI (Terminal / CLI Tool)", log)
         self.assertIn("Found remaining configuration/data for Claude Code (CLI); no installation executable was "
                       "detected.", log)
         self.assertEqual(log[-1], "Scan completed: 4 applications, 3 models, 0 Docker containers, and 0 Docker "
@@ -52,9 +61,29 @@ class ScanOnStart(Case):
         self.close()
         self.assert_only_gone(before, [])
 
+    def expect_no_docker(self):
+        tool = next(filter(os.path.exists, _DOCKER_TOOLS), None)
+        if self.cage.hides_machine or tool is None:
+            self.screen.wait(**TOOL_NOT_FOUND)
+        else:
+            # Then the tool's own words follow, which differ from version to version.
+            self.screen.wait(name="Docker Daemon Unavailable",
+                             description=re.compile("^Docker is installed, but its daemon is unavailable: "))
+
     def assert_applications(self, expected):
         for name, status in expected.items():
             row = self.application_row(name)
             self.assertIn(f". {status}. Not selected", row.description, name)
             self.assertNotIn("checked", row.states, name)
             self.assertEqual("enabled" in row.states, status != "Not found", name)
+
+
+class ApplicationsScan(Case):
+    """An application of the machine's is found where applications are."""
+
+    def test_bundle_is_found(self):
+        homes.app_bundle(self.cage.sample("/Applications"), "VendorApp")
+        self.start()
+        self.assertIn(". Installed. Not selected", self.application_row("VendorApp").description)
+        self.assertIn("Found software: VendorApp (Desktop Application)", self.log())
+        self.close()

@@ -4,7 +4,6 @@ import shutil
 
 import homes
 from harness import tree
-from harness.cage import HOME
 from harness.case import Case
 from harness.settings import current
 
@@ -26,9 +25,19 @@ class SelfUninstallCase(Case):
     def leave_own_data(self):
         homes.write(self.home / f"Library/Caches/{_OWN}/a/b", "cache")
         homes.write(self.home / f"Library/Application Support/{_OWN}/state", "state")
-        homes.link(self.home / f"Library/Application Support/{_OWN}/documents", f"{HOME}/Documents")
+        homes.link(self.home / f"Library/Application Support/{_OWN}/documents", f"{self.cage.home_inside}/Documents")
         homes.write(self.home / f"Library/Logs/{_OWN}/today.log", "log")
         homes.write(self.home / f"Library/Saved Application State/{_OWN}.savedState/w", "window")
+
+    def install_in(self, folder):
+        shutil.copytree(current().bundle, self.home / folder / "Zentrill.app", symlinks=True)
+        self.cage.bundle = f"{self.cage.home_inside}/{folder}/Zentrill.app"
+
+    def assert_nothing_gone(self, before):
+        """Nothing but the window's frame is new."""
+        after = self.disk()
+        self.assertEqual({path: after.get(path) for path in before}, before)
+        self.assertEqual(set(after) - set(before), tree.below(after, f"Library/Preferences/{_OWN}.plist"))
 
     def request(self):
         self.press("Uninstall Zentrill")
@@ -48,8 +57,7 @@ class SelfUninstall(SelfUninstallCase):
 
     def test_nothing_of_the_program_is_left(self):
         before = self.disk()
-        shutil.copytree(current().bundle, self.home / "Applications/Zentrill.app", symlinks=True)
-        self.cage.bundle = f"{HOME}/Applications/Zentrill.app"
+        self.install_in("Applications")
         self.leave_own_data()
         self.start()
         self.move_window_until_kept()
@@ -83,6 +91,23 @@ class SelfUninstallRefused(SelfUninstallCase):
         self.dismiss_result()
         self.show_pane("models")
         self.close()
-        after = self.disk()
-        self.assertEqual({path: after[path] for path in before}, before)
-        self.assertEqual(set(after) - set(before), tree.below(after, f"Library/Preferences/{_OWN}.plist"))
+        self.assert_nothing_gone(before)
+
+
+class SelfUninstallElsewhere(SelfUninstallCase):
+    """A bundle that stands where no applications are installed stays, with all its data."""
+
+    def test_failure_leaves_everything(self):
+        self.install_in("Downloads")
+        self.leave_own_data()
+        before = self.disk()
+        self.start()
+        self.request()
+        self.result("Self-Uninstall Failed")
+        message = "\n".join(self.result_lines())
+        self.assertIn("Self-uninstall is limited to a direct child of an approved Applications directory.", message)
+        self.assertIn(f"Still present: {self.cage.bundle}", message)
+        self.assertNotIn("Removed before failure", message)
+        self.dismiss_result()
+        self.close()
+        self.assert_nothing_gone(before)

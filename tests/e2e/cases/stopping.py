@@ -12,28 +12,14 @@ from harness.waiting import wait_for
 # A sanitizer looks over everything before a program may end.
 _PROMPT = 10.0 if "ASAN_OPTIONS" in os.environ or "TSAN_OPTIONS" in os.environ else 1.0
 
-# Plays npm: says that it was started, and waits until somebody writes into the pipe.
-_WAITING_NPM = """#!/bin/sh
-echo started > /usr/local/bin/started
-read -r line < /usr/local/bin/pipe
-"""
-
-
 class StoppingCase(Case):
     def furnish_big_tree(self):
         """Many files, in front of what the same tool has besides."""
+        self.cage.require_absent("codex")
         homes.big_tree(self.home / ".codex/sessions")
         homes.write(self.home / ".local/bin/codex", "#!/bin/sh\n", 0o755)
         homes.write(self.home / "Library/Application Support/Codex/state.db", "state")
         homes.write(self.home / "Documents/plan.md", "mine")
-
-    def furnish_waiting_npm(self):
-        tools = self.cage.sample("/usr/local/bin")
-        homes.write(tools / "npm", _WAITING_NPM, 0o755)
-        os.mkfifo(tools / "pipe")
-        homes.write(self.home / ".claude/settings.json", "{}")
-        homes.write(self.home / ".codex/config.toml", "{}")
-        return tools
 
     def begin(self, *display_names, **options):
         self.start(**options)
@@ -89,18 +75,31 @@ class CancelInABigTree(StoppingCase):
         self.assert_only_gone(before, tree.below(before, ".codex"))
 
 
-class CancelBetweenTools(StoppingCase):
+class ClaudeCodeStoppingCase(StoppingCase):
+    """An npm that says that it was started, and waits until somebody writes into a pipe."""
+
+    def setUp(self):
+        super().setUp()
+        self.cage.require_absent("claude", "codex")
+        notes = self.cage.spare("notes")
+        self.install_tool("npm", f"echo started > {notes.inside}/started\nread -r line < {notes.inside}/pipe\n")
+        self.started, self.pipe = notes.outside / "started", notes.outside / "pipe"
+        os.mkfifo(self.pipe)
+        homes.write(self.home / ".claude/settings.json", "{}")
+        homes.write(self.home / ".codex/config.toml", "{}")
+
+
+class CancelBetweenTools(ClaudeCodeStoppingCase):
     """A cancellation while the first tool's package manager works leaves both tools as they were."""
 
     def test_nothing_goes(self):
-        tools = self.furnish_waiting_npm()
         before = self.disk()
         self.begin("Claude Code (CLI)", "Codex Tooling")
-        self.screen.until((tools / "started").exists, "npm at work")
+        self.screen.until(self.started.exists, "npm at work")
         self.display.picture("operation-running")
         self.press("Cancel")
         self.screen.wait("push button", "Cancel")
-        with open(tools / "pipe", "w") as pipe:
+        with open(self.pipe, "w") as pipe:
             pipe.write("\n")
         self.expect_cancelled()
         self.close()
@@ -122,13 +121,12 @@ class CloseInABigTree(StoppingCase):
             self.assertIn(path, left)
 
 
-class CloseWhileACommandRuns(StoppingCase):
+class CloseWhileACommandRuns(ClaudeCodeStoppingCase):
     """A closed window ends the programs that were started as well."""
 
     def test_no_child_is_left(self):
-        tools = self.furnish_waiting_npm()
         before = self.disk()
         self.begin("Claude Code (CLI)")
-        self.screen.until((tools / "started").exists, "npm at work")
+        self.screen.until(self.started.exists, "npm at work")
         self.close_promptly()
         self.assertEqual(self.disk(), before)

@@ -9,7 +9,7 @@ _PROPERTY_LIST = "Library/Preferences/com.user.Zentrill.plist"
 _KEY = "NSWindow Frame MainWindow"
 
 
-class OddHomes(Case):
+class OddHomeCase(Case):
     def expect_working_window(self, **options):
         self.start(**options)
         self.screen.wait("check box", "Ollama")
@@ -21,6 +21,27 @@ class OddHomes(Case):
     def move_window(self):
         self.display.move_window(70, 80)
 
+
+class HomeOfTheAccount(OddHomeCase):
+    """Where the environment names no home, the account's own is looked at; it must not be a real person's here."""
+
+    def setUp(self):
+        super().setUp()
+        if not self.cage.hides_machine:
+            self.skipTest("looks into the account's own home, which only namespaces can hide")
+
+    def test_home_unset(self):
+        self.expect_working_window(environment={"HOME": None})
+        self.assertEqual(self.disk(), {})
+
+    def test_home_that_is_no_path(self):
+        self.expect_working_window(environment={"HOME": "person"})
+        self.assertEqual(self.disk(), {})
+
+
+class OddHomes(OddHomeCase):
+    """A home that cannot be written to, that does not exist, or in which things are not what they should be."""
+
     def test_read_only_home(self):
         homes.write(self.home / ".claude/settings.json", "{}")
         before = self.disk()
@@ -29,30 +50,23 @@ class OddHomes(Case):
         self.assert_only_gone(before, [])
 
     def test_uninstall_in_a_read_only_home(self):
-        homes.write(self.home / ".claude/settings.json", "{}")
+        self.cage.require_absent("ollama", "Ollama.app")
+        homes.write(self.home / ".ollama/history", "hello")
         before = self.disk()
         self.cage.home_is_read_only = True
         self.start()
-        self.select_application("Claude Code (CLI)")
+        self.select_application("Ollama")
         self.set_shield(False)
         self.press("Uninstall Selected")
         self.confirm("Uninstall")
         self.result("Uninstallation Completed with Errors")
-        self.assertTrue(any("Read-only file system" in line for line in self.error_lines()), self.error_lines())
+        self.assertTrue(any(self.cage.read_only_refusal in line for line in self.error_lines()), self.error_lines())
         self.dismiss_result()
         self.close()
         self.assert_only_gone(before, [])
 
-    def test_home_unset(self):
-        self.expect_working_window(environment={"HOME": None})
-        self.assertEqual(self.disk(), {})
-
     def test_home_that_does_not_exist(self):
         self.expect_working_window(environment={"HOME": "/nowhere/at/all"})
-        self.assertEqual(self.disk(), {})
-
-    def test_home_that_is_no_path(self):
-        self.expect_working_window(environment={"HOME": "person"})
         self.assertEqual(self.disk(), {})
 
     def test_corrupt_property_list(self):

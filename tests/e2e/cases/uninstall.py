@@ -5,7 +5,6 @@ import os
 import homes
 import npm
 from harness import tree
-from harness.cage import HOME
 from harness.case import Case
 
 
@@ -33,6 +32,7 @@ class UninstallCase(Case):
 class ClaudeCodeCase(UninstallCase):
     def setUp(self):
         super().setUp()
+        self.cage.require_absent("claude")
         npm.install("@anthropic-ai/claude-code", self.home)
         data = self.home / ".claude"
         homes.write(data / ".credentials.json", '{"token": "secret"}', 0o600)
@@ -43,7 +43,7 @@ class ClaudeCodeCase(UninstallCase):
         homes.write(self.home / "Documents/plan.md", "mine")
         homes.write(self.home / "Documents/notes/n.txt", "mine")
         homes.link(data / "projects/plan.md", "../../Documents/plan.md")
-        homes.link(data / "notes", f"{HOME}/Documents/notes")
+        homes.link(data / "notes", f"{self.cage.home_inside}/Documents/notes")
         homes.link(data / "lost", "/nowhere/at/all")
         homes.write(self.home / ".claude.json", "{}")
         self.before = self.disk()
@@ -65,16 +65,16 @@ class ShieldedUninstall(ClaudeCodeCase):
         self.assertEqual(self.result_lines(), [
             f"Removed {len(gone)} filesystem items for 1 application(s).",
             "Remaining selected-app data (not deleted; review before removing manually):",
-            f"Claude Code: {HOME}/.claude"])
+            f"Claude Code: {self.cage.home_inside}/.claude"])
         self.assertEqual(self.error_lines(), [])
         self.dismiss_result()
         self.assertIn("Data remains. Selected", self.application_row("Claude Code (CLI)").description)
         log = self.log()
         preserved = {line.removeprefix("[Safety Shield] Preserved: ") for line in log if "Preserved" in line}
-        self.assertIn(f"{HOME}/.claude/.credentials.json", preserved)
-        self.assertIn(f"{HOME}/.claude/lost", preserved)
+        self.assertIn(f"{self.cage.home_inside}/.claude/.credentials.json", preserved)
+        self.assertIn(f"{self.cage.home_inside}/.claude/lost", preserved)
         for path in preserved:
-            self.assertIn(path.removeprefix(f"{HOME}/"), self.before)
+            self.assertIn(path.removeprefix(f"{self.cage.home_inside}/"), self.before)
         self.close()
         npm_logs = tree.below(self.disk(), ".npm")
         self.assert_only_gone(self.before, gone, ignoring=npm_logs)
@@ -98,7 +98,7 @@ class UnshieldedUninstall(ClaudeCodeCase):
         self.assert_only_gone(self.before, gone, ignoring=tree.below(self.disk(), ".npm"))
 
     def test_npm_removes_its_own_package(self):
-        homes.write(self.home / ".npmrc", f"prefix={HOME}/.local\n")
+        homes.write(self.home / ".npmrc", f"prefix={self.cage.home_inside}/.local\n")
         self.before = self.disk()
         self.start()
         self.request_uninstall("Claude Code (CLI)", shield=False)
@@ -117,6 +117,7 @@ class CodexUninstall(UninstallCase):
     """The same for a tool whose data come first; other tools' data stay."""
 
     def test_codex_goes(self):
+        self.cage.require_absent("codex")
         npm.install("@openai/codex", self.home)
         homes.write(self.home / ".codex/auth.json", "{}", 0o600)
         homes.write(self.home / ".codex/config.toml", "model = 1")
@@ -138,15 +139,58 @@ class CodexUninstall(UninstallCase):
         self.assert_kept(".claude", ".local/lib", "Library/Application Support/Codex2")
 
 
-class RunningToolIsRefused(UninstallCase):
-    """A tool that runs is left alone, and the result says why."""
+class UninstallOfACopiedTool(UninstallCase):
+    """A tool that was copied into the home goes; of its data the shield keeps credentials and what it cannot tell
+    apart."""
 
-    def test_nothing_goes(self):
+    def setUp(self):
+        super().setUp()
+        self.install_tool("openrouter", "")
+        data = self.home / ".openrouter"
+        homes.write(data / "api_key", "secret", 0o600)
+        homes.write(data / "cache/models.json", "[]")
+        homes.link(data / "latest", "cache/models.json")
+        homes.write(self.home / ".openrouter2/api_key", "mine", 0o600)
+        self.before = self.disk()
+
+    def uninstall(self, shield):
+        self.start()
+        self.show_row("OpenRouter CLI")
+        self.request_uninstall("OpenRouter CLI", shield=shield)
+        self.confirm("Uninstall")
+
+    def test_shield_on(self):
+        self.uninstall(shield=True)
+        self.result("Uninstallation Completed with Data Remaining")
+        self.assertEqual(self.error_lines(), [])
+        self.dismiss_result()
+        self.close()
+        self.assert_only_gone(self.before, [".local/bin/openrouter"])
+
+    def test_shield_off(self):
+        self.uninstall(shield=False)
+        self.result("Uninstallation Completed")
+        self.assertEqual(self.result_lines(), ["Removed 2 filesystem items for 1 application(s)."])
+        self.dismiss_result()
+        self.close()
+        self.assert_only_gone(self.before, tree.below(self.before, ".openrouter", ".local/bin/openrouter"))
+
+
+class RunningClaudeCodeCase(UninstallCase):
+    def setUp(self):
+        super().setUp()
+        self.cage.require_absent("claude")
         homes.write(self.home / ".claude/settings.json", "{}")
         # It waits for somebody to open the pipe, and is ended with the program beside which it runs.
         os.mkfifo(self.home / "pipe")
         homes.write(self.home / ".local/bin/claude", '#!/bin/sh\nread -r line < "$HOME/pipe"\n', 0o755)
         self.before = self.disk()
+
+
+class RunningToolIsRefused(RunningClaudeCodeCase):
+    """A tool that runs is left alone, and the result says why."""
+
+    def test_nothing_goes(self):
         self.start(prefix=("sh", "-c", '"$HOME"/.local/bin/* & tool=$!; "$@"; status=$?; '
                                        '{ kill $tool; wait $tool; } 2>/dev/null; exit $status', "sh"))
         self.request_uninstall("Claude Code (CLI)", shield=False)

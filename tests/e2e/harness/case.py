@@ -4,7 +4,7 @@ import re
 import unittest
 
 from . import tree
-from .cage import Cage
+from .cages import make_cage
 from .program import Program
 from .screen_reader import ScreenReader
 from .session import Session
@@ -25,7 +25,7 @@ class Case(unittest.TestCase):
     def setUp(self):
         self.session = Session.shared()
         self.display = self.session.display
-        self.cage = Cage()
+        self.cage = make_cage()
         self.addCleanup(self.cage.remove)
         self.home = self.cage.home
         self.program = None
@@ -78,6 +78,16 @@ class Case(unittest.TestCase):
     def _say_errors(self):
         if self._outcome is not None and self.program.errors():
             print("The program wrote to standard error:", self.program.errors(), sep="\n")
+
+    # What the program finds
+
+    def install_tool(self, name, script):
+        """A shell script of the person's own, which goes before the machine's tool of that name."""
+        self.cage.require_absent(name)
+        tool = self.home / ".local/bin" / name
+        tool.parent.mkdir(parents=True, exist_ok=True)
+        tool.write_text(f"#!/bin/sh\n{script}")
+        tool.chmod(0o755)
 
     # The window
 

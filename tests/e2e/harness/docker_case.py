@@ -31,6 +31,8 @@ class DockerCase(Case):
         reason = docker_engine.obstacle()
         if reason:
             self.skipTest(reason)
+        if not self.cage.hides_machine:
+            self.skipTest("a Docker Engine of the machine may be found, which only namespaces can hide")
         self.engine = DockerEngine()
         self.addCleanup(self.engine.remove)
         self.cage.bind(self.engine.socket_folder, SOCKET_FOLDER)

@@ -33,6 +33,14 @@ exec dockerd --debug --config-file="$1/daemon.json" --host="unix://$1/socket/doc
     --bridge=none --userland-proxy=false \
     --iptables=false --ip6tables=false --ip-forward=false --ip-masq=false
 """
+# What `_START` needs beside the programs.
+_MOUNTS = """
+set -e
+mount -t tmpfs tmpfs /run
+mkdir /run/changes /run/work
+mount -t overlay overlay -o lowerdir=/etc,upperdir=/run/changes,workdir=/run/work /etc
+"""
+_IN_NAMESPACES = ("unshare", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc", "/bin/sh", "-c")
 _REQUEST = re.compile(r'msg="Calling (GET|HEAD|POST|DELETE) /v[0-9.]+(/\S*)"')
 # Ends when it is told to, unless it is made to be stubborn.
 _LOOP = f"{SHELL} echo ready; while :; do {SHELL} sleep 0.05; done"
@@ -43,7 +51,10 @@ def obstacle():
     if os.geteuid() != 0:
         return "a Docker Engine runs only as root"
     absent = [path for path in (DAEMON, CLIENT, SHELL) if not os.access(path, os.X_OK)]
-    return f"{absent[0]} is missing (packages docker.io and busybox-static)" if absent else None
+    if absent:
+        return f"{absent[0]} is missing (packages docker.io and busybox-static)"
+    tried = subprocess.run([*_IN_NAMESPACES, _MOUNTS], capture_output=True, text=True)
+    return f"a Docker Engine needs mounts of its own: {tried.stderr.strip()}" if tried.returncode else None
 
 
 class DockerEngine:
@@ -60,8 +71,7 @@ class DockerEngine:
         self._images = 0
         with self._log.open("wb") as log:
             self._namespaces = processes.start(
-                ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc", "/bin/sh", "-c", _START,
-                 "sh", str(self.folder)],
+                [*_IN_NAMESPACES, _START, "sh", str(self.folder)],
                 env={**self._environment(), "PATH": "/usr/sbin:/usr/bin:/sbin:/bin",
                      "TMPDIR": str(self.folder / "tmp")},
                 stdin=subprocess.DEVNULL, stdout=log, stderr=log)

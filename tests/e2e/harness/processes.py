@@ -8,13 +8,9 @@ _libc = ctypes.CDLL(None)
 _PR_SET_PDEATHSIG = 1
 
 
-def _end_with_the_test():
-    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL)
-
-
-def start(command, **options):
-    """A child that the system ends when this process ends, however that happens."""
-    return subprocess.Popen(command, preexec_fn=_end_with_the_test, **options)
+def start(command, last_signal=signal.SIGKILL, **options):
+    """A child that gets this signal from the system when this process ends, however that happens."""
+    return subprocess.Popen(command, preexec_fn=lambda: _libc.prctl(_PR_SET_PDEATHSIG, last_signal), **options)
 
 
 def end(process):

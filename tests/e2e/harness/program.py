@@ -1,19 +1,11 @@
 """The program in its cage."""
 
 import os
+import signal
 import subprocess
 
 from . import processes
-from .cage import HOME
 from .waiting import DEADLINE
-
-# Tells what still runs in the cage at the moment when the program ends, and passes its status on.
-_SUPERVISOR = """# supervisor
-"$@" > /dev/null
-status=$?
-ps -eo pid=,stat=,args=
-exit $status
-"""
 
 _SANITIZER_OPTIONS = ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS")
 
@@ -40,17 +32,17 @@ class Program:
         that runs it, such as strace."""
         self._errors_path = cage.folder / "stderr"
         self._processes_path = cage.folder / "processes"
-        cage.bind(session.runtime, str(session.runtime), writable=True)
-        cage.bind(session.display.socket, session.display.socket)
-        variables = {"PATH": "/usr/bin:/bin", "HOME": HOME, **session.environment()}
+        for path in session.sockets():
+            cage.reach(path)
+        variables = {**cage.environment(), **session.environment()}
         variables.update(sanitizer_options())
         variables.update(environment or {})
         variables = {name: value for name, value in variables.items() if value is not None}
         with self._errors_path.open("wb") as errors, self._processes_path.open("wb") as listing:
-            command, descriptors = cage.command("sh", "-c", _SUPERVISOR, "sh", *prefix,
-                                                f"{cage.bundle}/Contents/MacOS/Zentrill")
-            self._process = processes.start(command, env=variables, stdin=subprocess.DEVNULL, stdout=listing,
-                                            stderr=errors, pass_fds=descriptors)
+            command, descriptors = cage.supervised(*prefix, f"{cage.bundle}/Contents/MacOS/Zentrill")
+            # Who supervises has to end others first.
+            self._process = processes.start(command, signal.SIGTERM, env=variables, stdin=subprocess.DEVNULL,
+                                            stdout=listing, stderr=errors, pass_fds=descriptors)
             for descriptor in descriptors:
                 os.close(descriptor)
 

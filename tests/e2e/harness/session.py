@@ -52,10 +52,14 @@ class Session:
         return {"DISPLAY": self.display.name, "DBUS_SESSION_BUS_ADDRESS": self.bus_address,
                 "XDG_RUNTIME_DIR": str(self.runtime), "LANG": "C.UTF-8"}
 
+    def sockets(self):
+        """Where a program of this session finds its buses and its display."""
+        return [self.runtime, self.display.socket]
+
     def _start_buses(self):
         environment = {**self.environment(), "HOME": str(self.folder / "home"), "PATH": "/usr/bin:/bin",
                        "GSETTINGS_BACKEND": "memory"}
-        log = (self.folder / "buses.log").open("w")
+        log = (self.folder / "log").open("w")
         self._helpers.append(processes.start(
             ["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={self.bus_address}"],
             env=environment, stdout=log, stderr=log))
@@ -68,6 +72,8 @@ class Session:
 
     def _bus_listens(self):
         """Its socket's file is there a moment before anybody can connect."""
+        if self._helpers[0].poll() is not None:
+            raise RuntimeError(f"the session bus does not start: {(self.folder / 'log').read_text()}")
         with socket.socket(socket.AF_UNIX) as client:
             return client.connect_ex(str(self.runtime / "bus")) == 0
 

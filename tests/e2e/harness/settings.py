@@ -11,6 +11,7 @@ class Settings:
     pictures: Path  # Pictures of windows go here.
     cache: Path  # What is fetched once for all cases.
     programs: Path  # The tests' own programs.
+    confine: Path  # The launcher of programs that may change certain folders only.
 
 
 settings: Settings
