@@ -39,12 +39,3 @@ class KeyboardAlone(Case):
             self.screen.wait("page tab", pane, states=["selected", "focused"])
         self.close()
         self.assert_only_gone(before, tree.below(before, ".codex"))
-
-    def press_until(self, key, name, role=None):
-        """Presses the key until the focus is there."""
-        for _ in range(40):
-            focused = self.screen.until(self.screen.focused, "a focus")
-            if focused.name == name and role in (None, focused.role):
-                return
-            self.display.key(key)
-        self.fail(f"{key} does not lead to {name}\n{self.screen.describe()}")

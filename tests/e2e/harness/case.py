@@ -1,6 +1,5 @@
 """What every case begins with."""
 
-import re
 import unittest
 
 from . import tree
@@ -9,13 +8,10 @@ from .program import Program
 from .screen_reader import ScreenReader
 from .session import Session
 from .waiting import Overdue, wait_for
-
-PANES = {"apps": "Applications", "models": "Local Models", "docker": "Docker", "console": "Activity Console"}
-_CODE = re.compile(r"^[0-9]{8}$")
-_LOG_TIME = re.compile(r"^\[\d\d:\d\d:\d\d\] ")
+from .window import Window
 
 
-class Case(unittest.TestCase):
+class Case(Window, unittest.TestCase):
     """A home folder of its own in a cage; the program is started with `start()` and has to be ended by the case
     itself, with `close()` where nothing else ends it."""
 
@@ -47,11 +43,6 @@ class Case(unittest.TestCase):
         self.screen.until(lambda: self.screen.find("frame", states=["active"]) or not self.program.is_running(),
                           "the window")
         self.assertTrue(self.program.is_running(), "the program ended")
-
-    def wait_idle(self):
-        """Until nothing runs."""
-        self.screen.until(lambda: self.screen.find("push button", "Scan System") is not None
-                          and self.screen.find("push button", "Cancel") is None, "an idle program")
 
     def close(self, window=None):
         """Closes the window and checks that the program ended well."""
@@ -88,82 +79,6 @@ class Case(unittest.TestCase):
         tool.parent.mkdir(parents=True, exist_ok=True)
         tool.write_text(f"#!/bin/sh\n{script}")
         tool.chmod(0o755)
-
-    # The window
-
-    def show_pane(self, pane):
-        """"apps", "models", "docker" or "console", by a press on its tab."""
-        self.screen.wait(name=PANES[pane], role="page tab").press()
-        self.screen.wait("page tab", PANES[pane], states=["selected"])
-
-    def application_row(self, display_name):
-        return self.screen.wait("check box", display_name)
-
-    def show_row(self, display_name):
-        """Moves down the list until that row is in sight."""
-        self.screen.wait("list", "Applications").grab_focus()
-        self.display.key("Home")
-
-        def in_sight():
-            if self.screen.find("check box", display_name):
-                return True
-            self.display.key("Down")
-            return False
-
-        self.screen.until(in_sight, f"the row {display_name}")
-
-    def select_application(self, display_name):
-        row = self.application_row(display_name)
-        row.press()
-        self.screen.wait("check box", display_name, states=["checked"])
-
-    def set_shield(self, on):
-        """The Safety Shield switch, by a press where it stands otherwise."""
-        shield = re.compile("^Safety Shield")
-        switch = self.screen.wait("check box", shield)
-        if ("checked" in switch.states) != on:
-            switch.press()
-        self.screen.until(lambda: ("checked" in self.screen.find("check box", shield).states) == on, "the shield")
-
-    def press(self, name):
-        self.screen.wait("push button", name, states=["enabled"]).press()
-
-    def dialog(self, title):
-        """The modal of that title, as soon as it is shown."""
-        return self.screen.wait("dialog", title)
-
-    def issued_code(self):
-        return self.screen.wait(name="Confirmation code", description=_CODE).description
-
-    def confirm(self, action_title):
-        """Types the code that the modal shows with real key presses and presses the button."""
-        self.display.type(self.issued_code())
-        self.press(action_title)
-
-    def result(self, title):
-        """The result modal of that title, once it is shown."""
-        return self.dialog(title)
-
-    def result_lines(self):
-        """The message of the shown result, line by line."""
-        return self._lines("Message")
-
-    def error_lines(self):
-        return self._lines("Errors")
-
-    def dismiss_result(self):
-        self.press("OK")
-        self.screen.wait_gone("push button", "OK")
-
-    def log(self):
-        """The activity log without its times; shows the console's pane. Only the rows near those in sight exist on
-        the bus, so this is for logs of up to some thirty lines."""
-        self.show_pane("console")
-        return [_LOG_TIME.sub("", line) for line in self._lines("Activity log")]
-
-    def _lines(self, list_name):
-        shown = self.screen.find("list", list_name)
-        return [row.name for row in shown.children() if row.role == "list item"] if shown else []
 
     # The disk
 

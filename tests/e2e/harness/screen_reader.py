@@ -103,7 +103,13 @@ class Element:
 
 
 def _is(wanted, text):
-    return wanted is None or (wanted.search(text) is not None if isinstance(wanted, re.Pattern) else wanted == text)
+    return wanted.search(text) is not None if isinstance(wanted, re.Pattern) else wanted == text
+
+
+def _fits(element, states, **texts):
+    """Asks for nothing that is not wanted: every answer has to come from the program."""
+    return (all(wanted is None or _is(wanted, getattr(element, text)) for text, wanted in texts.items())
+            and states <= element.states)
 
 
 class ScreenReader:
@@ -125,8 +131,7 @@ class ScreenReader:
             if application is None:
                 return []
             return [element for element in application.walk()
-                    if _is(role, element.role) and _is(name, element.name)
-                    and _is(description, element.description) and wanted <= element.states]
+                    if _fits(element, wanted, role=role, name=name, description=description)]
         except GLib.Error:
             return []  # The tree changed under the walk; who waits looks again.
 
