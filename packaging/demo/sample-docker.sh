@@ -5,6 +5,8 @@ docker_context=playground
 docker_socket_folder=/run/playground-docker
 docker_description=''
 engine=''
+# Where nobody listens: what the tools behind a fence are told to be the engine.
+no_engine=unix:///dev/null/no-engine
 
 # The images: repository, tag, bytes. The last has lost its name to a newer one.
 sample_images() {
@@ -20,6 +22,7 @@ IMAGES
 
 engine_obstacle() {
     local needed
+    [ "$walls" = cage ] || { echo "a private engine needs a root of its own" && return; }
     [ "$(id -u)" -eq 0 ] || { echo "a private engine needs root" && return; }
     for needed in dockerd docker busybox setpriv unshare; do
         command -v "$needed" >/dev/null || { echo "$needed is missing" && return; }
@@ -131,17 +134,17 @@ make_engine_objects() {
             sample_docker run --network none --name ollama-gpu-test ollama/ollama:0.12.6 /bin/busybox true
     } >/dev/null 2>>"$playground/docker/log" || { stop_sample_engine && return 1; }
     sample_docker context create "$docker_context" --docker "host=unix://$docker_socket_folder/docker.sock" >/dev/null 2>&1
-    mkdir -p "$playground/home/.docker"
-    mv "$playground/docker/contexts" "$playground/home/.docker/"
+    mkdir -p "$sample_home/.docker"
+    mv "$playground/docker/contexts" "$sample_home/.docker/"
     # The program looks for the tool in these two folders; the second one is covered by the samples.
-    if [ ! -x /usr/bin/docker ]; then cp "$(command -v docker)" "$playground/bin/docker"; fi
+    if [ ! -x /usr/bin/docker ]; then cp "$(command -v docker)" "$sample_tools/docker"; fi
 }
 
 # stand_in_container NAME IMAGE STATUS
 stand_in_container() {
     local id
     id=$(digest "container $1")
-    put "$playground/home/.local/share/docker-stand-in/containers/$id" "id=$id
+    put "$sample_home/.local/share/docker-stand-in/containers/$id" "id=$id
 name=$1
 image=$2
 image_id=$(digest "$2")
@@ -150,11 +153,11 @@ status=$3"
 
 make_stand_in_objects() {
     local repository tag bytes
-    cp "$here/stand-ins/docker.sh" "$playground/bin/docker"
-    chmod +x "$playground/bin/docker"
+    cp "$here/stand-ins/docker.sh" "$sample_tools/docker"
+    chmod +x "$sample_tools/docker"
     while read -r repository tag bytes; do
         if [ "$repository" = - ]; then repository='<none>' tag='<none>'; fi
-        put "$playground/home/.local/share/docker-stand-in/images/$(digest "$repository:$tag")" "repository=$repository
+        put "$sample_home/.local/share/docker-stand-in/images/$(digest "$repository:$tag")" "repository=$repository
 tag=$tag
 size=$(numfmt --to=si --format=%.2f --suffix=B "$bytes")"
     done < <(sample_images)
@@ -178,4 +181,6 @@ make_sample_docker() {
     fi
     make_stand_in_objects
     docker_description="a stand-in, labelled as such ($obstacle)"
+    if [ "$walls" = fence ]; then obstacle=$(tool_before_samples docker); else obstacle=''; fi
+    if [ -n "$obstacle" ]; then docker_description="nothing: $obstacle comes before the stand-in and reaches no engine"; fi
 }

@@ -127,13 +127,14 @@ make_command_line_tools() {
 make_running_tool() {
     bundle Hermes ai.hermes.desktop 20971520
     put "$applications/${running_tool#/Applications/}" "#!/bin/sh
-# Stands for a tool that runs.
-while [ -e ~/$running_tool_mark ]; do sleep 0.5; done"
+# Stands for a tool that runs, until the window closes that it was started beside.
+while [ -e ~/$running_tool_mark ] && kill -0 \$BESIDE 2>/dev/null; do sleep 0.5; done"
     chmod +x "$applications/${running_tool#/Applications/}"
     put "$home/$running_tool_mark" 4711
     put "$home/.hermes/.env" 'HERMES_TOKEN=sample, not a token'
     put "$home/.hermes/memories/garden.md" 'The tomatoes stand in the south.'
     put "$home/.hermes/hermes-agent/pyproject.toml" '[project]'
+    tool "$home/.local/bin/hermes" hermes
 }
 
 make_ollama() {

@@ -1,21 +1,47 @@
 #!/usr/bin/env bash
-# Tests of the playground: playground-test.sh CASE RUN.SH ZENTRILL.APP. Ends with 77 where no playground can be had.
+# Tests of the playground: playground-test.sh CASE FORM RUN.SH ZENTRILL.APP LAUNCHER. The form is what holds the walls,
+# by the launcher's names: namespaces, landlock, user or none. Ends with 77 where it cannot be had.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-case_name=$1 run=$2 application=$3
+case_name=$1 form=$2 run=$3 application=$4 confine=$5
+export ZENTRILL_CONFINEMENT=$form
+
+skip() {
+    echo "SKIPPED: $*"
+    exit 77
+}
+
+if [ "$form" = namespaces ]; then
+    applications_inside=/Applications tools_inside=/usr/local/bin
+else
+    # shellcheck disable=SC2016  # for the shell inside
+    applications_inside='$HOME/Applications' tools_inside='$HOME/.local/bin'
+fi
 
 scratch=$(mktemp -d)
 mkdir "$scratch/tmp"
-# Not below /tmp, which the playground hides anyway.
-outside=$(mktemp -d /var/tmp/zentrill-outside.XXXXXX)
+chmod 0711 "$scratch"
+# Not below /tmp, which some walls hide anyway.
+outside=$(mktemp -d /var/tmp/zentrill-outside.XXXXXX 2>/dev/null ||
+    mktemp -d "$(dirname "$application")/zentrill-outside.XXXXXX")
+chmod 0755 "$outside"
 mkdir "$outside/home"
 export TMPDIR=$scratch/tmp HOME=$outside/home
 # In a file, lest whoever looks for it finds himself.
-echo "$TMPDIR/zentrill-demo" >"$scratch/pattern"
+echo "${scratch##*/}/tmp/zentrill-demo" >"$scratch/pattern"
 unset WAYLAND_DISPLAY XAUTHORITY
-server='' program=''
-trap 'for id in $program $server; do kill "$id" 2>/dev/null || true; wait "$id" || true; done
-    rm -rf "$scratch" "$outside"' EXIT
+server='' program='' engine=''
+
+# shellcheck disable=SC2317  # called by the trap
+clean_up() {
+    local id
+    for id in $program $server $engine; do
+        kill "$id" 2>/dev/null || true
+        wait "$id" || true
+    done
+    rm -rf "$scratch" "$outside"
+}
+trap clean_up EXIT
 
 fail() {
     echo "FAILED: $*" >&2
@@ -34,19 +60,22 @@ eventually() {
     fail "$what"
 }
 
-inside() { "$run" "$application" sh -euc "$1" 2>"$scratch/said"; }
+playground() { "$run" --confine "$confine" "$@" 2>"$scratch/said"; }
+
+inside() { playground "$application" sh -euc "$1"; }
 
 nothing_is_left() { [ -z "$(ls -A "$TMPDIR")" ]; }
 
 open_window() {
-    # Not the first free number: a server that ends takes the socket of the next one on its number with it.
-    Xvfb ":$((RANDOM + 1000))" -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$scratch/display" >/dev/null 2>&1 &
+    # Not the first free number: a server that ends takes the socket of the next one on its number with it. And not
+    # one that resets itself when its last client leaves: it would refuse who comes meanwhile.
+    Xvfb ":$((RANDOM + 1000))" -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset 3>"$scratch/display" >/dev/null 2>&1 &
     server=$!
     eventually "Xvfb does not start" test -s "$scratch/display"
     DISPLAY=:$(cat "$scratch/display")
     export DISPLAY QT_QPA_PLATFORM=xcb
     # A shell's background jobs ignore the interrupt key unless told otherwise.
-    env --default-signal=INT "$run" "$application" 2>"$scratch/said" &
+    env --default-signal=INT "$run" --confine "$confine" "$application" 2>"$scratch/said" &
     program=$!
     eventually "the window does not come" window_is_there
 }
@@ -81,23 +110,58 @@ ends_with() {
     [ "$status" -eq "$1" ] || fail "it ended with $status instead of $1"
 }
 
+# A shell's words for every way in which something outside could be changed; each has to be refused.
+attempts() {
+    cat <<'ATTEMPTS'
+attempt() { if "$@" 2>/dev/null; then echo "not refused: $*" >&2 && exit 1; fi; }
+write() { echo not mine >"$1"; }
+append() { echo not mine >>"$1"; }
+echo not mine >~/other
+ln -s "$outside/letter" ~/way-out
+attempt rm -f "$outside/letter"
+attempt rmdir "$outside/empty"
+attempt rm -rf "$outside/full"
+attempt mv "$outside/letter" "$outside/renamed"
+attempt mv "$outside/letter" ~/taken
+attempt mv -f ~/other "$outside/letter"
+attempt cp --remove-destination ~/other "$outside/letter"
+attempt truncate -s 0 "$outside/letter"
+attempt dd if=/dev/zero of="$outside/letter" bs=1 count=1 conv=notrunc
+attempt write "$outside/letter"
+attempt write ~/way-out
+attempt append "$outside/letter"
+attempt ln "$outside/letter" ~/second-name
+attempt ln ~/other "$outside/second-name"
+attempt ln -s ~/other "$outside/second-name"
+attempt touch "$outside/new"
+attempt mkdir "$outside/new"
+attempt mkfifo "$outside/new"
+cat "$outside/letter"
+ATTEMPTS
+}
+
+# What nobody may have changed, with the times of every change.
+state_outside() { find "$outside" -printf '%p %i %m %u %s %T@ %C@ %l\n' | sort && cat "$outside/letter"; }
+
 case_walls() {
-    local where
-    echo mine >"$HOME/letter"
-    echo mine >"$outside/letter"
+    local where before
+    mkdir "$outside/empty" "$outside/full"
+    echo mine | tee "$HOME/letter" "$outside/letter" "$outside/full/letter" >/dev/null
+    before=$(state_outside)
     where=$(inside "
-        test ! -e '$HOME/letter'
-        ! rm -f '$outside/letter' 2>/dev/null
-        ! touch '$outside/new' 2>/dev/null
-        for folder in / /etc /usr /usr/local /var; do test ! -w \$folder; done
-        cat '$outside/letter'
-        rm -r /Applications/Claude.app ~/Documents /usr/local/bin/codex
-        ls ~ /Applications /usr/local/bin") || fail "a wall has a hole"
+        test ~ != '$HOME'
+        if [ $form = namespaces ]; then
+            test ! -e '$HOME/letter'
+            for folder in / /etc /usr /usr/local /var; do test ! -w \$folder; done
+        fi
+        outside='$outside'
+        $(attempts)
+        rm -r $applications_inside/Claude.app ~/Documents $tools_inside/codex
+        ls ~ $applications_inside $tools_inside") || fail "a wall has a hole"
     case $where in *mine*) ;; *) fail "the rest of the machine cannot be read" ;; esac
     case $where in *Claude.app* | *Documents* | *codex*) fail "a sample cannot be removed" ;; esac
-    [ "$(cat "$HOME/letter" "$outside/letter")" = $'mine\nmine' ] || fail "a removal reached outside"
-    [ "$(find "$outside" -type f | wc -l)" -eq 2 ] || fail "something was written outside"
-    nothing_is_left || fail "the samples are left behind"
+    [ "$(state_outside)" = "$before" ] || fail "something was changed outside: $(state_outside)"
+    eventually "the samples are left behind" nothing_is_left
 }
 
 case_samples() {
@@ -114,13 +178,20 @@ case_samples() {
     [ "$(grep -c '^llama3.1:8b' <<<"$said")" -eq 1 ] || fail "the stand-in for ollama does not remove: $said"
     grep -q 'stand-in for Ollama' <<<"$said" || fail "the stand-in does not say what it is: $said"
     grep -q 'Hermes Helper' <<<"$said" || fail "no tool runs: $said"
-    if grep -q -e Claude -e codex <<<"$said"; then fail "a tool that does not run seems to: $said"; fi
+    # Elsewhere it is the machine's own processes that are listed.
+    if [ "$form" = namespaces ] && grep -q -e Claude -e codex <<<"$said"; then
+        fail "a tool that does not run seems to: $said"
+    fi
     [ "$(tail -n 1 <<<"$said" | cut -f1)" -lt 102400 ] || fail "the samples take space: $said"
 }
 
 case_docker_engine() {
     local said
-    if [ "$(id -u)" -ne 0 ] || ! command -v dockerd >/dev/null; then exit 77; fi
+    [ "$(id -u)" -eq 0 ] || skip "a private engine needs root"
+    command -v dockerd >/dev/null || skip "there is no Docker Engine here"
+    # Everything that it takes may be there, and the machine refuse it all the same.
+    inside true || fail "it does not run"
+    if grep -q 'no engine can run here' "$scratch/said"; then skip "$(grep -o 'no engine can run here.*' "$scratch/said")"; fi
     said=$(inside '
         docker version --format "engine {{.Server.Version}}"
         docker container ls -a --format "{{.Names}}={{.State}}"
@@ -135,22 +206,37 @@ case_docker_engine() {
     no_control_group_is_left || fail "control groups are left behind"
 }
 
+# Stands where the person's own engine would, and notes who comes.
+start_engine_outside() {
+    python3 -c "import socket, sys
+listener = socket.socket(socket.AF_UNIX)
+listener.bind(sys.argv[1])
+listener.listen()
+open(sys.argv[2], 'w').close()
+while True:
+    listener.accept()
+    open(sys.argv[3], 'w').close()" "$outside/engine" "$scratch/listens" "$scratch/visited" &
+    engine=$!
+    eventually "no engine listens" test -e "$scratch/listens"
+    export DOCKER_HOST=unix://$outside/engine
+}
+
 case_docker_stand_in() {
-    local said id
-    command -v setpriv >/dev/null || exit 77
-    # Nobody in particular, who cannot have an engine.
-    if [ "$(id -u)" -eq 0 ]; then
+    local said as=()
+    command -v python3 >/dev/null || skip "python3 is not installed"
+    start_engine_outside
+    # Nobody in particular, who cannot have an engine of his own.
+    if [ "$form" = namespaces ] && [ "$(id -u)" -eq 0 ]; then
         cp -R "$application" "$scratch/"
         application=$scratch/$(basename "$application")
         chown -R 65534:65534 "$scratch"
         cp -R "$(dirname "$run")" "$scratch/playground"
         run=$scratch/playground/run.sh
         as=(setpriv --reuid 65534 --regid 65534 --clear-groups)
-    else
-        as=()
+        "${as[@]}" "$run" --walls "$application" >/dev/null 2>&1 || skip "an ordinary user has no namespaces here"
     fi
     # shellcheck disable=SC2016  # for the shell inside
-    said=$("${as[@]}" "$run" "$application" sh -euc '
+    said=$("${as[@]}" "$run" --confine "$confine" "$application" sh -euc '
         docker container ls -a --no-trunc --format "{{json .}}"
         id=$(docker container ls -a | sed -n "s/.*\"ID\":\"\([0-9a-f]*\)\",\"Names\":\"open-webui\".*/\1/p")
         ! docker container rm "$id"
@@ -158,10 +244,16 @@ case_docker_stand_in() {
         docker container rm "$id"
         echo ---
         docker --context playground container ls -a
-        docker image ls' 2>"$scratch/said") || fail "the stand-in cannot be used"
+        docker image ls
+        # The real tool, wherever it is: it must not find the way to an engine outside.
+        for tool in /usr/bin/docker /usr/local/bin/docker /opt/homebrew/bin/docker; do
+            if [ -x "$tool" ] && ! grep -q "stand-in" "$tool" && "$tool" container ls >&2; then echo "$tool works"; fi
+        done' 2>"$scratch/said") || fail "the stand-in cannot be used"
     [ "$(grep -c 'stand-in, not Docker' <<<"$said")" -eq 11 ] || fail "not every line says what it is: $said"
     if sed '1,/---/d' <<<"$said" | grep -q '"Names":"open-webui"'; then fail "the container is still there: $said"; fi
-    nothing_is_left || fail "the samples are left behind"
+    if grep -q ' works$' <<<"$said"; then fail "an engine outside can be reached: $said"; fi
+    [ ! -e "$scratch/visited" ] || fail "somebody came to the engine outside"
+    eventually "the samples are left behind" nothing_is_left
 }
 
 case_window() {
@@ -200,10 +292,22 @@ case_killed() {
 }
 
 case_kept() {
-    "$run" --keep "$application" true 2>"$scratch/said" || fail "it does not run"
+    playground --keep "$application" true || fail "it does not run"
     [ -f "$(echo "$TMPDIR"/zentrill-demo.*/home/Documents/letter.txt)" ] || fail "the samples are gone"
-    no_process_is_left || fail "left running: $(processes_of_playground)"
+    eventually "processes are left running" no_process_is_left
 }
 
-command -v bwrap >/dev/null && bwrap --unshare-user-try --unshare-pid --ro-bind / / true || exit 77
+case_refused() {
+    local status=0
+    playground "$application" touch "$scratch/ran" || status=$?
+    [ "$status" -eq 77 ] || fail "it ended with $status"
+    [ ! -e "$scratch/ran" ] || fail "it runs without walls"
+    [ "$(wc -l <"$scratch/said")" -eq 1 ] || fail "it takes more than a sentence"
+    nothing_is_left || fail "the samples are left behind"
+}
+
+if [ "$form" != none ]; then
+    found=$("$run" --walls --confine "$confine" "$application" 2>&1) || skip "$found"
+    [ "$found" = "$form" ] || fail "the walls are held by $found"
+fi
 "case_$case_name"
