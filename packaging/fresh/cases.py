@@ -56,7 +56,7 @@ class Verdict:
 
 
 def _cases():
-    for command, pictures in (("run", 1), ("test", 0), ("demo", 1)):
+    for command, pictures in (("run", 1), ("test", 0), ("demo", 6)):
         yield Case(f"root-{command}", command, BARE, pictures=pictures)
         yield Case(f"user-{command}", command, PREPARED, user=USER, pictures=pictures)
         yield Case(f"desktop-{command}", command, PREPARED, user=USER, options=tuple(_DESKTOP), pictures=pictures)

@@ -297,6 +297,29 @@ case_kept() {
     eventually "processes are left running" no_process_is_left
 }
 
+# What a tour of the playground leaves: pictures, and a home from which a tool has gone.
+case_tour() {
+    local tool home pictures=$scratch/pictures
+    for tool in Xvfb dbus-daemon xdotool import; do
+        command -v "$tool" >/dev/null || skip "$tool is not installed"
+    done
+    getent passwd "$(id -u)" >/dev/null || skip "a user without a name gets no bus"
+    /usr/bin/python3 -c 'import gi; gi.require_version("Atspi", "2.0")' 2>/dev/null || skip "no accessibility bindings"
+    "$(dirname "$run")/tour.py" "$pictures" "$run" --keep --confine "$confine" "$application" 2>"$scratch/said" ||
+        fail "the tour does not come to its end"
+    for tool in applications models docker console confirmation result; do
+        grep -q "  $pictures/$tool.png  " "$scratch/said" || fail "it does not say where the picture is: $tool"
+        identify "$pictures/$tool.png" | grep -q ' PNG 950x700 ' || fail "not a picture of the window: $tool"
+    done
+    [ "$(sha256sum "$pictures"/*.png | cut -d' ' -f1 | sort -u | wc -l)" -eq 6 ] || fail "pictures are of the same"
+    home=$(echo "$TMPDIR"/zentrill-demo.*/home)
+    [ "$(find "$home/.gemini" -mindepth 1 -printf '%f\n' | sort | xargs)" = 'oauth_creds.json settings.json' ] ||
+        fail "not exactly the credentials are kept: $(find "$home/.gemini")"
+    [ -z "$(find "$home" "$home/../bin" -name gemini 2>/dev/null)" ] || fail "the tool is still there"
+    [ -f "$home/.codex/history.jsonl" ] || fail "more than the tool has gone"
+    eventually "processes are left running" no_process_is_left
+}
+
 case_refused() {
     local status=0
     playground "$application" touch "$scratch/ran" || status=$?
