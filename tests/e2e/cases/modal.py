@@ -111,13 +111,18 @@ class BelowAModalCase(ModalCase):
         self.code = self.issued_code()
 
     def expect_untouched(self):
-        self.assertEqual(self.issued_code(), self.code)
-        self.assertIsNotNone(self.screen.find("page tab", "Applications", states=["selected"]))
-        self.assertIn("checked", self.screen.find("check box", "Claude Code (CLI)").states)
-        self.assertIn("1 selected", [label.name for label in self.screen.find_all("label")])
-        self.assertIn("ON · retains recognized credentials and uncertain data for review.",
-                      [label.name for label in self.screen.find_all("label")])
-        self.expect_focus(_FIELD)
+        self.screen.until(self.is_untouched, "a window that is what it was")
+
+    def is_untouched(self):
+        """By one walk: this is asked many times."""
+        shown = {(element.role, element.name): element for element in self.screen.find_all()}
+        codes = [element.description for (_, name), element in shown.items() if name == "Confirmation code"]
+        return (codes == [self.code]
+                and "selected" in shown["page tab", "Applications"].states
+                and "checked" in shown["check box", "Claude Code (CLI)"].states
+                and ("label", "1 selected") in shown
+                and ("label", "ON · retains recognized credentials and uncertain data for review.") in shown
+                and "focused" in shown["text", _FIELD].states)
 
     def settle(self):
         """The window has read everything that was sent to it before: a digit that came after it is in the field."""

@@ -123,21 +123,26 @@ class ScreenReader:
         desktop = Element(Atspi.get_desktop(0))
         return next((child for child in desktop.children() if child.name == APPLICATION), None)
 
-    def find_all(self, role=None, name=None, description=None, states=(), showing=True):
+    def find_all(self, role=None, name=None, **wanted):
         """Everything that is shown and fits: texts are equal, or a compiled pattern is found in them."""
-        wanted = set(states) | ({"showing"} if showing else set())
         try:
-            application = self.application()
-            if application is None:
-                return []
-            return [element for element in application.walk()
-                    if _fits(element, wanted, role=role, name=name, description=description)]
+            return list(self._matching(role, name, **wanted))
         except GLib.Error:
             return []  # The tree changed under the walk; who waits looks again.
 
     def find(self, role=None, name=None, **wanted):
-        found = self.find_all(role, name, **wanted)
-        return found[0] if found else None
+        """The first of them, without a look at what comes after it."""
+        try:
+            return next(self._matching(role, name, **wanted), None)
+        except GLib.Error:
+            return None
+
+    def _matching(self, role, name, description=None, states=(), showing=True):
+        wanted = set(states) | ({"showing"} if showing else set())
+        application = self.application()
+        for element in application.walk() if application else ():
+            if _fits(element, wanted, role=role, name=name, description=description):
+                yield element
 
     def wait(self, role=None, name=None, seconds=DEADLINE, **wanted):
         """The first that fits, as soon as there is one."""
