@@ -33,9 +33,10 @@ exec dockerd --debug --config-file="$1/daemon.json" --host="unix://$1/socket/doc
     --bridge=none --userland-proxy=false \
     --iptables=false --ip6tables=false --ip-forward=false --ip-masq=false
 """
-# What `_START` needs beside the programs.
+# What `_START` and the engine's containers need beside the programs.
 _MOUNTS = """
 set -e
+test -w /sys/fs/cgroup || { echo "the control groups are read-only" >&2; exit 1; }
 mount -t tmpfs tmpfs /run
 mkdir /run/changes /run/work
 mount -t overlay overlay -o lowerdir=/etc,upperdir=/run/changes,workdir=/run/work /etc
@@ -54,7 +55,7 @@ def obstacle():
     if absent:
         return f"{absent[0]} is missing (packages docker.io and busybox-static)"
     tried = subprocess.run([*_IN_NAMESPACES, _MOUNTS], capture_output=True, text=True)
-    return f"a Docker Engine needs mounts of its own: {tried.stderr.strip()}" if tried.returncode else None
+    return f"no Docker Engine can run here: {tried.stderr.strip()}" if tried.returncode else None
 
 
 class DockerEngine:
