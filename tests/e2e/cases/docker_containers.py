@@ -76,6 +76,10 @@ class FailedStopEndsRemoval(ContainerCase):
         self.assertIsNone(self.screen.find("list item", "web"), "the lists were made anew")
         self.close()
 
+
+class TimedOutStopEndsRemoval(ContainerCase):
+    """The same where the container goes on for longer than a stop may take."""
+
     def test_container_that_will_not_stop(self):
         container = self.engine.start_container("web", self.image, stubborn=True, patience=300)
         self.start_over_engine()
