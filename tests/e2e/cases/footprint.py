@@ -4,7 +4,6 @@ import re
 
 import homes
 from harness.case import Case
-from harness.program import under_strace
 
 _WRITING = re.compile(r"O_WRONLY|O_RDWR|O_CREAT|O_TRUNC|O_APPEND|O_TMPFILE")
 _NO_FILE = re.compile(r'"/dev/(null|tty|ptmx|urandom|random)"|"/proc/self/')
@@ -23,7 +22,7 @@ class Footprint(Case):
         (self.home / "Library/Preferences").mkdir(parents=True)
         before = self.disk()
         trace = self.cage.spare("trace")
-        self.start(**under_strace("-ff", "-y", "-o", f"{trace.inside}/calls", "-e", f"trace={_CALLS}"))
+        self.start_traced("-ff", "-y", "-o", f"{trace.inside}/calls", "-e", f"trace={_CALLS}")
         self.select_application("Claude Code (CLI)")
         self.set_shield(False)
         self.press("Uninstall Selected")

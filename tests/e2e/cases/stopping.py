@@ -6,7 +6,6 @@ import time
 import homes
 from harness import tree
 from harness.case import Case
-from harness.program import under_strace
 from harness.waiting import wait_for
 
 # A sanitizer looks over everything before a program may end.
@@ -21,8 +20,8 @@ class StoppingCase(Case):
         homes.write(self.home / "Library/Application Support/Codex/state.db", "state")
         homes.write(self.home / "Documents/plan.md", "mine")
 
-    def begin(self, *display_names, **options):
-        self.start(**options)
+    def begin(self, *display_names):
+        """Confirms the uninstallation of these in the program, which has been started."""
         for name in display_names:
             self.show_row(name)
             self.select_application(name)
@@ -43,7 +42,8 @@ class StoppingCase(Case):
     def begin_slow_deletion(self):
         """Returns in the middle of the removal of the big tree, on a disk that takes a millisecond for a file."""
         entries = self.count_entries()
-        self.begin("Codex Tooling", **under_strace("-e", "trace=unlinkat", "-e", "inject=unlinkat:delay_exit=1000"))
+        self.start_traced("-e", "trace=unlinkat", "-e", "inject=unlinkat:delay_exit=1000")
+        self.begin("Codex Tooling")
         wait_for(lambda: self.count_entries() < entries, "a deletion under way")
 
     def count_entries(self):
@@ -94,6 +94,7 @@ class CancelBetweenTools(ClaudeCodeStoppingCase):
 
     def test_nothing_goes(self):
         before = self.disk()
+        self.start()
         self.begin("Claude Code (CLI)", "Codex Tooling")
         self.screen.until(self.started.exists, "npm at work")
         self.display.picture("operation-running")
@@ -126,6 +127,7 @@ class CloseWhileACommandRuns(ClaudeCodeStoppingCase):
 
     def test_no_child_is_left(self):
         before = self.disk()
+        self.start()
         self.begin("Claude Code (CLI)")
         self.screen.until(self.started.exists, "npm at work")
         self.close_promptly()

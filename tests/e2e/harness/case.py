@@ -1,10 +1,12 @@
 """What every case begins with."""
 
+import os
+import subprocess
 import unittest
 
 from . import tree
 from .cages import make_cage
-from .program import Program
+from .program import Program, sanitizer_options
 from .screen_reader import ScreenReader
 from .session import Session
 from .waiting import Overdue, wait_for
@@ -33,6 +35,19 @@ class Case(Window, unittest.TestCase):
         """Starts the program and waits until its first scan is published."""
         self.launch(**options)
         self.wait_idle()
+
+    def start_traced(self, *options):
+        """The same under strace with these options, its children too; skips the case where nobody may trace."""
+        command, descriptors = self.cage.command("strace", "-f", "-qq", "-o", "/dev/null", "true")
+        tried = subprocess.run(command, pass_fds=descriptors, env=self.cage.environment(), capture_output=True,
+                               text=True)
+        for descriptor in descriptors:
+            os.close(descriptor)
+        if tried.returncode:
+            self.skipTest(f"no program can be traced here: {tried.stderr.strip()}")
+        self.start(prefix=("strace", "-f", "-qq", "--seccomp-bpf", "-o", "/dev/null", *options),
+                   # The leak check cannot work while another program traces.
+                   environment=sanitizer_options("detect_leaks=0"))
 
     def launch(self, **options):
         """Starts the program and waits for its window."""

@@ -19,13 +19,6 @@ def sanitizer_options(*more):
     return options
 
 
-def under_strace(*options):
-    """Options of a program that is started under strace with these options, its children too."""
-    return {"prefix": ("strace", "-f", "-qq", "--seccomp-bpf", "-o", "/dev/null", *options),
-            # The leak check cannot work while another program traces.
-            "environment": sanitizer_options("detect_leaks=0")}
-
-
 class Program:
     def __init__(self, session, cage, environment=None, prefix=()):
         """Starts the program. `environment` replaces single variables (None removes one); `prefix` is a command
