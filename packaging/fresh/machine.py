@@ -29,7 +29,9 @@ def files():
     lists = "".join(f"deb {address} {suite} main\n" for suite, address in sources().items())
     settings = "".join(f"{line}\n" for line in _output("apt-config", "dump", "--no-empty").splitlines()
                        if _SETTING.match(line))
-    result = {"etc/apt/sources.list": lists.encode(), "etc/apt/apt.conf.d/90machine": settings.encode()}
+    result = {"etc/apt/sources.list": lists.encode(), "etc/apt/apt.conf.d/90machine": settings.encode(),
+              # So it is in every published image of Debian.
+              "etc/dpkg/dpkg.cfg.d/docker-apt-speedup": b"force-unsafe-io\n"}
     for certificate in sorted(_CERTIFICATES.glob("*.crt")):
         result[str(certificate.relative_to("/"))] = certificate.read_bytes()
     return result
