@@ -25,6 +25,7 @@ prepare() {
     mkdir -p "$project/packaging/packages" "$project/build" "$folder/bin"
     cp "$1" "$project/dev"
     cp "$(dirname "$1")/packaging/packages/need.sh" "$project/packaging/packages/"
+    cp "$(dirname "$1")/packaging/display.sh" "$project/packaging/"
     printf 'made-up-compiler\n' >"$project/packaging/packages/build.txt"
     printf 'made-up-display\n' >"$project/packaging/packages/display.txt"
     printf 'docker.io\nmade-up-framework\n' >"$project/packaging/packages/test.txt"
