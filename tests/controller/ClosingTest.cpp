@@ -40,7 +40,7 @@ TEST_F(ClosingTest, endsTheRunningCommandAndPublishesNothing) {
     const std::size_t lines = controller_->logs().size();
 
     EXPECT_TRUE(controller_->shutDown());
-    EXPECT_EQ(commands_->calls().size(), 1U);
+    EXPECT_EQ(commands_->calls().size(), 2U) << "the two ways to ask for the context, and nothing else";
     controller_->log("too late");
     bool turned = false;
     QMetaObject::invokeMethod(controller_.get(), [&turned] { turned = true; }, Qt::QueuedConnection);

@@ -49,10 +49,12 @@ private:
 /// Holds a worker at one point until the test lets it go on.
 class Gate {
 public:
-    /// On the worker: says that it has arrived and waits.
+    /// On the worker: says that it has arrived and waits. Once open, the gate stays so.
     void pass() {
-        arrived_.set_value();
-        opened_.get_future().wait();
+        if (!std::exchange(hasArrived_, true)) {
+            arrived_.set_value();
+        }
+        opening_.wait();
     }
 
     void open() { opened_.set_value(); }
@@ -67,6 +69,9 @@ private:
     std::promise<void> arrived_;
     std::future<void> arrival_ = arrived_.get_future();
     std::promise<void> opened_;
+    std::shared_future<void> opening_ = opened_.get_future().share();
+    /// The worker's own.
+    bool hasArrived_ = false;
 };
 
 /// A controller over a home of its own, with commands that the test answers, no Docker unless the test says
