@@ -19,16 +19,21 @@ picture_of_rest() {
     die "the window did not come to rest within a minute"
 }
 
-# on_virtual_display PICTURE COMMAND [ARGUMENT ...]
-on_virtual_display() {
-    local picture=$1 display missing=''
-    shift
+need_virtual_display() {
+    local missing=''
     if knows_packages; then missing=$(missing_packages display); fi
     if [ -n "$missing" ] && ! may_install; then
         die "there is no display for the window, and a virtual one needs packages that root has to install:" \
             "${missing//$'\n'/ }"
     fi
     need display
+}
+
+# on_virtual_display PICTURE COMMAND [ARGUMENT ...]
+on_virtual_display() {
+    local picture=$1 display
+    shift
+    need_virtual_display
     # Seen by the trap as well, which runs when this function is over.
     numbers='' program='' server=''
     numbers=$(mktemp)

@@ -122,7 +122,10 @@ def main():
     run, arguments = sys.argv[2], sys.argv[3:]
     for number in (signal.SIGHUP, signal.SIGINT, signal.SIGTERM):
         signal.signal(number, leave)
-    session = Session()
+    try:
+        session = Session()
+    except (AssertionError, ImportError, OSError, RuntimeError) as obstacle:
+        sys.exit(f"demo: no virtual display can be had: {obstacle}")
     playground = None
     try:
         os.environ.pop("WAYLAND_DISPLAY", None)

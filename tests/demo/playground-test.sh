@@ -146,10 +146,12 @@ state_outside() { find "$outside" -printf '%p %i %m %u %s %T@ %C@ %l\n' | sort &
 case_walls() {
     local where before
     mkdir "$outside/empty" "$outside/full"
+    export OLLAMA_HOST=http://outside:11434 NPM_CONFIG_PREFIX=$outside
     echo mine | tee "$HOME/letter" "$outside/letter" "$outside/full/letter" >/dev/null
     before=$(state_outside)
     where=$(inside "
         test ~ != '$HOME'
+        if env | grep -e '$outside' -e //outside >&2; then exit 1; fi
         if [ $form = namespaces ]; then
             test ! -e '$HOME/letter'
             for folder in / /etc /usr /usr/local /var; do test ! -w \$folder; done
@@ -318,6 +320,19 @@ case_tour() {
     [ -z "$(find "$home" "$home/../bin" -name gemini 2>/dev/null)" ] || fail "the tool is still there"
     [ -f "$home/.codex/history.jsonl" ] || fail "more than the tool has gone"
     eventually "processes are left running" no_process_is_left
+}
+
+case_no_display() {
+    local status=0
+    mkdir "$scratch/bin"
+    printf '#!/bin/sh\nexit 1\n' >"$scratch/bin/Xvfb"
+    chmod +x "$scratch/bin/Xvfb"
+    PATH=$scratch/bin:$PATH "$(dirname "$run")/tour.py" "$scratch/pictures" "$run" --confine "$confine" "$application" \
+        2>"$scratch/said" || status=$?
+    [ "$status" -eq 1 ] || fail "it ended with $status"
+    [ "$(wc -l <"$scratch/said")" -eq 1 ] || fail "it takes more than a sentence"
+    grep -q '^demo: no virtual display can be had: ' "$scratch/said" || fail "it does not say what is missing"
+    nothing_is_left || fail "something is left behind: $(ls "$TMPDIR")"
 }
 
 case_refused() {

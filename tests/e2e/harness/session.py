@@ -35,16 +35,22 @@ class Session:
         self.runtime = self.folder / "run"
         self.runtime.mkdir(mode=0o700)
         (self.folder / "home").mkdir()
-        self.display = Display()
         self.bus_address = f"unix:path={self.runtime}/bus"
+        self.display = None
         self._helpers = []
-        self._start_buses()
-        self._announce_screen_reader()
+        try:
+            self.display = Display()
+            self._start_buses()
+            self._announce_screen_reader()
+        except BaseException:
+            self.stop()
+            raise
 
     def stop(self):
         for helper in reversed(self._helpers):
             processes.end(helper)
-        self.display.stop()
+        if self.display is not None:
+            self.display.stop()
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def environment(self):
