@@ -10,12 +10,13 @@ QString FixedLinesModel::entry(int row) const {
     return lines_.value(row);
 }
 
-void FixedLinesModel::setLines(const QStringList& lines) {
-    if (lines == lines_) {
+void FixedLinesModel::setLines(const QStringList& lines, int heading) {
+    if (lines == lines_ && heading == heading_) {
         return;
     }
     beginResetModel();
     lines_ = lines;
+    heading_ = heading;
     endResetModel();
 }
 

@@ -16,10 +16,16 @@ public:
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QString entry(int row) const override;
 
-    void setLines(const QStringList& lines);
+    [[nodiscard]] bool isHeading(int row) const override { return row == heading_; }
+
+    [[nodiscard]] bool isListed(int row) const override { return heading_ >= 0 && row > heading_; }
+
+    /// `heading` is the row under which all that follow are listed; none when negative.
+    void setLines(const QStringList& lines, int heading = -1);
 
 private:
     QStringList lines_;
+    int heading_ = -1;
 };
 
 } // namespace zentrill

@@ -8,6 +8,16 @@ namespace {
 
 constexpr QLatin1String separator("\nErrors:\n");
 
+/// The row that announces a list, such as that of the paths left in place; negative when there is none.
+int headingOf(const QStringList& lines) {
+    for (int row = 0; row + 1 < lines.size(); ++row) {
+        if (lines[row].endsWith(QLatin1Char(':'))) {
+            return row;
+        }
+    }
+    return -1;
+}
+
 } // namespace
 
 ResultState::ResultState(const UninstallerViewModel& controller, QObject* parent)
@@ -69,7 +79,8 @@ QColor ResultState::outcomeColor() const {
 
 void ResultState::readMessage() {
     const QString message = controller_.resultAlertMessage();
-    messageLines_.setLines(messageText(message).split(QLatin1Char('\n')));
+    const QStringList lines = messageText(message).split(QLatin1Char('\n'));
+    messageLines_.setLines(lines, headingOf(lines));
     errorLines_.setLines(parsedErrorLines(message));
 }
 

@@ -6,12 +6,17 @@ ModalCard {
     id: modal
 
     required property ConfirmationState confirmation
+    // The card's height at most.
+    required property real room
 
     width: 460
     height: body.implicitHeight + 48
     Accessible.role: Accessible.Dialog
     Accessible.name: confirmation.title
     Accessible.description: confirmation.message
+
+    // What the code's field has no use for scrolls the message.
+    Keys.onPressed: event => message.takeKey(event)
 
     Column {
         id: body
@@ -22,6 +27,8 @@ ModalCard {
         spacing: 0
 
         Item {
+            id: heading
+
             width: parent.width
             height: Math.max(sign.height, title.implicitHeight)
 
@@ -57,118 +64,112 @@ ModalCard {
             height: 12
         }
 
-        Flickable {
+        ScrollingText {
+            id: message
+
             width: parent.width
-            height: Math.min(message.implicitHeight, 180)
-            contentHeight: message.implicitHeight
-            boundsBehavior: Flickable.StopAtBounds
-            interactive: contentHeight > height
-            clip: interactive
+            height: Math.min(implicitHeight, Math.max(40, modal.room - 48 - heading.height - 12 - authorization.height))
+            text: modal.confirmation.message
+            font: Typography.body
+            color: WarmPalette.secondary
+            lineHeight: 1.3
+        }
+
+        Column {
+            id: authorization
+
+            width: parent.width
+
+            Item {
+                width: 1
+                height: 22
+            }
 
             Text {
-                id: message
-
-                width: parent.width
-                text: modal.confirmation.message
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: qsTr("Type this code manually to authorize the action:")
                 textFormat: Text.PlainText
                 font: Typography.body
-                color: WarmPalette.secondary
-                wrapMode: Text.Wrap
-                lineHeight: 1.3
+                color: WarmPalette.paper
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text
             }
-        }
 
-        Item {
-            width: 1
-            height: 22
-        }
+            Item {
+                width: 1
+                height: 8
+            }
 
-        Text {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: qsTr("Type this code manually to authorize the action:")
-            textFormat: Text.PlainText
-            font: Typography.body
-            color: WarmPalette.paper
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
-        }
+            Text {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: modal.confirmation.confirmationCode
+                textFormat: Text.PlainText
+                font: Typography.code
+                color: WarmPalette.copper
+                Accessible.role: Accessible.StaticText
+                Accessible.name: qsTr("Confirmation code")
+                Accessible.description: text
+            }
 
-        Item {
-            width: 1
-            height: 8
-        }
+            Item {
+                width: 1
+                height: 12
+            }
 
-        Text {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: modal.confirmation.confirmationCode
-            textFormat: Text.PlainText
-            font: Typography.code
-            color: WarmPalette.copper
-            Accessible.role: Accessible.StaticText
-            Accessible.name: qsTr("Confirmation code")
-            Accessible.description: text
-        }
+            ManualConfirmationCodeField {
+                id: field
 
-        Item {
-            width: 1
-            height: 12
-        }
+                anchors.horizontalCenter: parent.horizontalCenter
+                focus: true
+                onChange: modal.confirmation.confirmationInput = text
+                onAccepted: modal.confirmation.confirm()
 
-        ManualConfirmationCodeField {
-            id: field
+                Connections {
+                    target: modal.confirmation
 
-            anchors.horizontalCenter: parent.horizontalCenter
-            focus: true
-            onChange: modal.confirmation.confirmationInput = text
-            onAccepted: modal.confirmation.confirm()
-
-            Connections {
-                target: modal.confirmation
-
-                function onConfirmationInputChanged() {
-                    field.show(modal.confirmation.confirmationInput);
+                    function onConfirmationInputChanged() {
+                        field.show(modal.confirmation.confirmationInput);
+                    }
                 }
             }
-        }
 
-        Item {
-            width: 1
-            height: 8
-        }
-
-        Text {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: qsTr("Paste and drag-and-drop are disabled.")
-            textFormat: Text.PlainText
-            font: Typography.caption
-            color: WarmPalette.tertiary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
-        }
-
-        Item {
-            width: 1
-            height: 24
-        }
-
-        Row {
-            anchors.right: parent.right
-            spacing: 10
-
-            ActionButton {
-                text: qsTr("Cancel")
-                implicitHeight: 32
-                onClicked: modal.confirmation.dismissModal()
+            Item {
+                width: 1
+                height: 8
             }
 
-            ActionButton {
-                text: modal.confirmation.actionTitle
-                implicitHeight: 32
-                kind: "destructive"
-                enabled: modal.confirmation.matches
-                onClicked: modal.confirmation.confirm()
+            Text {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: qsTr("Paste and drag-and-drop are disabled.")
+                textFormat: Text.PlainText
+                font: Typography.caption
+                color: WarmPalette.tertiary
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+
+            Item {
+                width: 1
+                height: 24
+            }
+
+            Row {
+                anchors.right: parent.right
+                spacing: 10
+
+                ActionButton {
+                    text: qsTr("Cancel")
+                    implicitHeight: 32
+                    onClicked: modal.confirmation.dismissModal()
+                }
+
+                ActionButton {
+                    text: modal.confirmation.actionTitle
+                    implicitHeight: 32
+                    kind: "destructive"
+                    enabled: modal.confirmation.matches
+                    onClicked: modal.confirmation.confirm()
+                }
             }
         }
     }

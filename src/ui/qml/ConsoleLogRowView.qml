@@ -9,6 +9,9 @@ Item {
     required property string mark
     property alias font: line.font
     property alias color: line.color
+    property alias lineHeight: spacing.proportion
+    property real spaceAbove: 0
+    property real indent: 0
     required property int selectionStart
     required property int selectionEnd
 
@@ -17,7 +20,7 @@ Item {
         return line.positionAt(x - line.x, y - line.y);
     }
 
-    implicitHeight: line.implicitHeight + 4
+    implicitHeight: spaceAbove + line.implicitHeight + 4
     Accessible.role: Accessible.ListItem
     Accessible.name: entry
 
@@ -26,7 +29,7 @@ Item {
     ListView.onReused: visible = true
 
     Text {
-        y: 2
+        y: line.y
         text: row.mark
         font: Typography.console
         color: WarmPalette.copper
@@ -46,8 +49,8 @@ Item {
                 deselect();
         }
 
-        x: row.mark === "" ? 0 : 18
-        y: 2
+        x: row.indent + (row.mark === "" ? 0 : 18)
+        y: row.spaceAbove + 2
         width: parent.width - x
         readOnly: true
         activeFocusOnPress: false
@@ -58,6 +61,13 @@ Item {
         selectionColor: WarmPalette.action
         selectedTextColor: WarmPalette.canvas
         Accessible.ignored: true
+
+        LineSpacing {
+            id: spacing
+
+            document: line.textDocument
+        }
+
         onFromChanged: showSelection()
         onToChanged: showSelection()
         Component.onCompleted: showSelection()

@@ -11,12 +11,17 @@ Column {
     property color tint: WarmPalette.tertiary
 
     width: Math.min(parent.width - 80, 520)
+    // A tool's answer of several lines is read from the left, and may be longer than the pane is high.
+    readonly property bool severalLines: detail.includes("\n")
+
     spacing: 8
     Accessible.role: Accessible.StaticText
     Accessible.name: heading
     Accessible.description: detail
 
     Icon {
+        id: sign
+
         anchors.horizontalCenter: parent.horizontalCenter
         name: state.iconName
         size: 44
@@ -29,6 +34,8 @@ Column {
     }
 
     Text {
+        id: title
+
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
         text: state.heading
@@ -39,16 +46,19 @@ Column {
         Accessible.ignored: true
     }
 
-    Text {
-        width: parent.width
+    ScrollingText {
+        id: words
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(parent.width, implicitWidth)
+        height: Math.min(implicitHeight, state.parent.height - sign.height - title.height - 76)
         visible: text !== ""
-        horizontalAlignment: Text.AlignHCenter
+        horizontalAlignment: state.severalLines ? Text.AlignLeft : Text.AlignHCenter
         text: state.detail
-        textFormat: Text.PlainText
         font: Typography.detail
         color: WarmPalette.secondary
-        wrapMode: Text.Wrap
         lineHeight: 1.25
-        Accessible.ignored: true
+        // Said with the heading.
+        Accessible.ignored: !words.scrolls
     }
 }

@@ -13,6 +13,8 @@ ListView {
 
     property font lineFont: Typography.console
     property color lineColor: WarmPalette.paper
+    // In proportion to the font's own.
+    property real lineHeight: 1
 
     // Whether new lines pull the view along.
     property bool following: true
@@ -133,7 +135,12 @@ ListView {
 
     delegate: ConsoleLogRowView {
         required property int index
+        required property bool isHeading
+        required property bool isListed
 
+        spaceAbove: isHeading ? 8 : 0
+        indent: isListed ? 16 : 0
+        lineHeight: list.lineHeight
         mark: list.mark
         font: list.lineFont
         color: list.lineColor

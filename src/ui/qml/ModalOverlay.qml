@@ -54,6 +54,7 @@ FocusScope {
 
         ConfirmationModal {
             confirmation: overlay.state_.confirmation
+            room: overlay.height - 40
         }
     }
 
@@ -61,7 +62,7 @@ FocusScope {
         id: result
 
         ResultModalContents {
-            room: Math.max(120, overlay.height - 300)
+            room: overlay.height - 40
             state_: overlay.state_
             onDismiss: overlay.state_.confirmation.dismissModal()
         }

@@ -9,8 +9,15 @@ ModalCard {
 
     readonly property ResultState result: state_.result
     readonly property UninstallerViewModel controller: state_.controller
-    // What is left for the message and the errors in a small window.
+    // The card's height at most.
     required property real room
+
+    // What of it is left for the two lists. The errors come first, up to a height of 290, but leave a few lines to
+    // a message that needs them.
+    readonly property real roomForLines: room - 48 - heading.height - 16 - (errors.count > 0 ? 28 : 0)
+                                         - (note.visible ? note.height : 0) - 22 - ok.height
+    readonly property real errorsHeight: errors.count === 0 ? 0 : Math.min(errors.contentHeight, 290, Math.max(60, roomForLines - Math.min(messages.contentHeight, 96)))
+    readonly property real messagesHeight: Math.min(messages.contentHeight, Math.max(40, roomForLines - errorsHeight))
 
     signal dismiss
 
@@ -30,6 +37,8 @@ ModalCard {
         spacing: 0
 
         Item {
+            id: heading
+
             width: parent.width
             height: Math.max(sign.height, words.implicitHeight)
 
@@ -40,6 +49,8 @@ ModalCard {
                 name: modal.result.outcomeIcon
                 size: 28
                 tint: modal.result.outcomeColor
+                Accessible.role: Accessible.Graphic
+                Accessible.name: modal.result.outcomeLabel
             }
 
             Column {
@@ -81,15 +92,17 @@ ModalCard {
         LineListView {
             id: messages
 
-            width: parent.width
-            height: Math.min(contentHeight, errors.count > 0 ? modal.room * 0.4 : modal.room)
+            // The scroll bar stands beside the text.
+            width: parent.width + 16
+            height: modal.messagesHeight
             leftMargin: 0
-            rightMargin: 0
+            rightMargin: 16
             topMargin: 0
             bottomMargin: 0
             following: false
             cacheBuffer: 2000
             lineFont: Typography.detail
+            lineHeight: 1.3
             model: modal.result.messageLines
             selection: modal.result.messageSelection
             Accessible.name: qsTr("Message")
@@ -113,13 +126,15 @@ ModalCard {
 
                 y: 8
                 width: parent.width
-                height: Math.min(contentHeight, 290, modal.room * 0.6)
+                height: modal.errorsHeight
                 leftMargin: 12
-                rightMargin: 12
+                rightMargin: 16
                 topMargin: 0
                 bottomMargin: 0
                 following: false
+                cacheBuffer: 600
                 lineFont: Typography.detail
+                lineHeight: 1.3
                 lineColor: WarmPalette.danger
                 model: modal.result.errorLines
                 selection: modal.result.errorSelection
@@ -128,6 +143,8 @@ ModalCard {
         }
 
         Text {
+            id: note
+
             width: parent.width
             visible: modal.result.hasRetainedPaths
             topPadding: 12
@@ -146,6 +163,8 @@ ModalCard {
         }
 
         ActionButton {
+            id: ok
+
             anchors.right: parent.right
             implicitHeight: 32
             sidePadding: 22
