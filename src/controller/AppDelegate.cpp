@@ -7,20 +7,33 @@
 #include <QScreen>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace zentrill {
 
 namespace {
 
 constexpr QSize initialSize{950, 700};
 
+/// Lets the window become smaller than `minimum` where the screen is.
+void fitMinimum(QWindow& window, QSize minimum) {
+    if (const QScreen* screen = window.screen()) {
+        window.setMinimumSize(
+            minimum.boundedTo(WindowFrameAutosave::room(screen->availableGeometry()).size()));
+    }
+}
+
+/// In the middle of its screen, as far as that leaves its title bar in sight.
 void centre(QWindow& window) {
     const QScreen* screen = window.screen();
     if (screen == nullptr) {
         return;
     }
-    QRect frame(QPoint(), window.size());
+    const QRect room = WindowFrameAutosave::room(screen->availableGeometry());
+    QRect frame(QPoint(), window.size().boundedTo(room.size()));
     frame.moveCenter(screen->availableGeometry().center());
-    window.setPosition(frame.topLeft());
+    frame.moveTop(std::max(frame.top(), room.top()));
+    window.setGeometry(frame);
 }
 
 } // namespace
@@ -33,6 +46,9 @@ AppDelegate::~AppDelegate() = default;
 void AppDelegate::applicationDidFinishLaunching() {
     window_ = makeMainView_();
     window_->setTitle(QStringLiteral("Zentrill - Environment Cleaner"));
+    const QSize minimum = window_->minimumSize();
+    fitMinimum(*window_, minimum);
+    connect(window_.get(), &QWindow::screenChanged, this, [this, minimum] { fitMinimum(*window_, minimum); });
     window_->resize(initialSize);
     centre(*window_);
     frame_ = std::make_unique<WindowFrameAutosave>(*window_, preferences_);

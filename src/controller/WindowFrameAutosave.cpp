@@ -22,6 +22,9 @@ constexpr std::chrono::milliseconds restTime{400};
 /// How much of the top edge must be in sight for the window to be taken hold of.
 constexpr QSize handle{120, 40};
 
+/// What a title bar takes above a window's content. How high it really is shows only with the window.
+constexpr int titleBarHeight = 36;
+
 /// Larger than any screen; a saved number beyond it is damage.
 constexpr int largestCoordinate = 1 << 20;
 
@@ -114,6 +117,10 @@ std::optional<QRect> WindowFrameAutosave::frame(const QString& text) {
     return result;
 }
 
+QRect WindowFrameAutosave::room(const QRect& geometry) {
+    return geometry.adjusted(0, titleBarHeight, 0, 0);
+}
+
 QRect WindowFrameAutosave::broughtBack(QRect frame, const QList<QRect>& screens, QSize minimum) {
     if (screens.isEmpty()) {
         return frame;
@@ -126,11 +133,17 @@ QRect WindowFrameAutosave::broughtBack(QRect frame, const QList<QRect>& screens,
     };
     const auto found = std::ranges::find_if(screens, holds);
     const QRect screen = found == screens.end() ? screens.front() : *found;
-    frame.setSize(frame.size().boundedTo(screen.size()).expandedTo(minimum));
+    frame.setSize(frame.size().expandedTo(minimum));
     if (found == screens.end()) {
         frame.moveCenter(screen.center());
-        // One that must be larger than the screen overlaps its far edges.
-        frame.moveTopLeft({std::max(frame.left(), screen.left()), std::max(frame.top(), screen.top())});
+    }
+    if (frame.width() > screen.width() || frame.height() > screen.height()) {
+        const QRect available = room(screen);
+        frame.setSize(frame.size().boundedTo(available.size()));
+        frame.moveRight(std::min(frame.right(), available.right()));
+        frame.moveBottom(std::min(frame.bottom(), available.bottom()));
+        frame.moveLeft(std::max(frame.left(), available.left()));
+        frame.moveTop(std::max(frame.top(), available.top()));
     }
     return frame;
 }
@@ -148,7 +161,12 @@ void WindowFrameAutosave::restore() {
     for (const QScreen* screen : QGuiApplication::screens()) {
         screens.append(screen->availableGeometry());
     }
-    window_.setGeometry(broughtBack(*frame, screens, window_.minimumSize()));
+    const QRect placed = broughtBack(*frame, screens, window_.minimumSize());
+    window_.setGeometry(placed);
+    // Where a frame had to give way to the screen, the saved one is still what the person chose.
+    if (placed != *frame) {
+        saved_.clear();
+    }
 }
 
 void WindowFrameAutosave::noteChange() {

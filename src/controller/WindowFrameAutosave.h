@@ -39,9 +39,12 @@ public:
     [[nodiscard]] static QString text(const QRect& frame, const QRect& screen);
     [[nodiscard]] static std::optional<QRect> frame(const QString& text);
 
+    /// The part of a screen's available `geometry` that a window's content can fill, below its title bar.
+    [[nodiscard]] static QRect room(const QRect& geometry);
+
     /// `frame` as it is if enough of its top edge is on one of the `screens` to be taken hold of, otherwise
-    /// centred on the first; never larger than its screen, never smaller than `minimum`, and its top left
-    /// corner in sight.
+    /// centred on the first; not smaller than `minimum`. One that is larger than its screen is made to fit
+    /// the room on it, even where that is below the minimum.
     [[nodiscard]] static QRect broughtBack(QRect frame, const QList<QRect>& screens, QSize minimum);
 
 private:

@@ -72,12 +72,22 @@ TEST(WindowFrameScreenTest, centresAFrameThatIsOutOfSight) {
 }
 
 TEST(WindowFrameScreenTest, keepsTheSizeWithinTheScreenAndTheMinimum) {
-    EXPECT_EQ(broughtBack({0, 0, 4000, 3000}), QRect(0, 0, 1440, 900));
+    EXPECT_EQ(broughtBack({0, 0, 1440, 900}), QRect(0, 0, 1440, 900));
+    EXPECT_EQ(broughtBack({0, 0, 4000, 3000}), QRect(0, 36, 1440, 864));
+    EXPECT_EQ(broughtBack({700, 400, 1441, 700}), QRect(0, 200, 1440, 700));
     EXPECT_EQ(broughtBack({10, 10, 200, 100}), QRect(10, 10, 900, 650));
 }
 
-TEST(WindowFrameScreenTest, keepsTheTopLeftCornerInSightOnAScreenBelowTheMinimum) {
-    EXPECT_EQ(broughtBack({5000, 5000, 950, 700}, {{0, 0, 800, 600}}), QRect(0, 0, 900, 650));
+TEST(WindowFrameScreenTest, fitsAScreenBelowTheMinimum) {
+    const QList<QRect> small{{0, 0, 853, 600}};
+    const QRect whole(0, 36, 853, 564);
+    EXPECT_EQ(broughtBack({5000, 5000, 950, 700}, small), whole);
+    EXPECT_EQ(broughtBack({165, 100, 950, 700}, small), whole);
+    EXPECT_EQ(broughtBack({10, 40, 500, 400}, small), whole);
+    // Wide enough, but not high enough; and beside another screen.
+    EXPECT_EQ(broughtBack({100, 50, 950, 700}, {{0, 0, 1280, 600}}), QRect(100, 36, 950, 564));
+    EXPECT_EQ(broughtBack({1300, 150, 950, 700}, {{0, 0, 1280, 900}, {1280, 100, 800, 600}}),
+              QRect(1280, 136, 800, 564));
 }
 
 TEST(WindowFrameScreenTest, leavesAFrameAloneWithoutAnyScreen) {
@@ -226,16 +236,25 @@ TEST_F(WindowFrameAutosaveTest, keepsTheFrameFromBeforeTheWindowWasMaximised) {
 
 class AppDelegateTest : public WindowFrameAutosaveTest {
 protected:
+    /// But for the frame that the platform of these tests draws around a window once it is shown.
+    static void expectIn(const QRect& room, const QRect& geometry) {
+        EXPECT_LE(geometry.width(), room.width());
+        EXPECT_LE(geometry.height(), room.height());
+        EXPECT_TRUE(room.adjusted(0, 0, 8, 24).contains(geometry));
+    }
+
     AppDelegate delegate_{[] { return std::make_unique<QWindow>(); }, file_};
 };
 
 TEST_F(AppDelegateTest, showsOneWindowOfTheGivenSizeInTheMiddle) {
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    const QSize fitting = QSize(950, 700).boundedTo(WindowFrameAutosave::room(available).size());
     EXPECT_EQ(delegate_.window(), nullptr);
     delegate_.applicationDidFinishLaunching();
     const QWindow* window = delegate_.window();
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(window->title(), QStringLiteral("Zentrill - Environment Cleaner"));
-    EXPECT_EQ(window->size(), QSize(950, 700));
+    EXPECT_EQ(window->size(), fitting);
     EXPECT_TRUE(window->isVisible());
     // The window's frame may be drawn around its content.
     const QPoint off = window->geometry().center() - window->screen()->availableGeometry().center();
@@ -247,6 +266,33 @@ TEST_F(AppDelegateTest, restoresTheSavedFrameInsteadOfCentring) {
     ASSERT_TRUE(setPropertyListString(file_, key, text({20, 30, 600, 500}).toStdString()));
     delegate_.applicationDidFinishLaunching();
     EXPECT_EQ(delegate_.window()->geometry(), QRect(20, 30, 600, 500));
+}
+
+TEST_F(AppDelegateTest, fitsTheWindowIntoTheScreen) {
+    // The screen of these tests is lower than the window's own minimum.
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect room = WindowFrameAutosave::room(available);
+    AppDelegate delegate(
+        [&] {
+            auto window = std::make_unique<QWindow>();
+            window->setMinimumSize(available.size() + QSize(100, 100));
+            return window;
+        },
+        file_);
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(delegate.window()->minimumSize(), room.size());
+    expectIn(room, delegate.window()->geometry());
+    EXPECT_EQ(delegate.window()->size(), QSize(950, 700).boundedTo(room.size()));
+}
+
+TEST_F(AppDelegateTest, leavesASavedFrameAloneThatDoesNotFitThisScreen) {
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    const QString frame = text(QRect(QPoint(60, 50), available.size() + QSize(50, 50)));
+    ASSERT_TRUE(setPropertyListString(file_, key, frame.toStdString()));
+    delegate_.applicationDidFinishLaunching();
+    expectIn(WindowFrameAutosave::room(available), delegate_.window()->geometry());
+    delegate_.window()->close();
+    EXPECT_EQ(propertyListString(file_, key), frame.toStdString());
 }
 
 TEST_F(AppDelegateTest, savesTheFrameWhenTheWindowCloses) {
