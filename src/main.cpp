@@ -15,6 +15,7 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
 
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -58,6 +59,12 @@ void keepQtFromWritingFiles() {
     QGuiApplication::setDesktopSettingsAware(false);
 }
 
+/// Without its views the program would go on in a window that shows nothing.
+void endWithoutViews(const QString& reason) {
+    std::fprintf(stderr, "Zentrill cannot open its window: %s.\n", qPrintable(reason));
+    QCoreApplication::exit(EXIT_FAILURE);
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -87,6 +94,7 @@ int main(int argc, char* argv[]) {
                                                           additionalDockerCandidates()),
                 true, hooks));
             controller = &view->controller();
+            QObject::connect(view.get(), &ContentView::failed, &endWithoutViews);
             return view;
         },
         preferencesFile());

@@ -40,12 +40,24 @@ ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
         disconnect(this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown);
     });
     setInitialProperties({{QStringLiteral("state_"), QVariant::fromValue(state_.get())}});
+    // What comes in later than the first frame.
+    connect(state_.get(), &ContentViewState::partFailed, this, &ContentView::reportFailure);
     setSource(source);
+    if (status() == QQuickView::Error) {
+        reportFailure(source);
+    }
 }
 
 ContentView::~ContentView() {
     // The items bind to the state, which binds to the controller: they go in that order.
     setSource({});
+}
+
+void ContentView::reportFailure(const QUrl& file) {
+    const QList<QQmlError> errors = QQmlComponent(engine(), file).errors();
+    // The first ones name the views that need it, the last one what is missing.
+    const QString reason = errors.isEmpty() ? file.toString() : errors.last().description();
+    QMetaObject::invokeMethod(this, [this, reason] { Q_EMIT failed(reason); }, Qt::QueuedConnection);
 }
 
 void ContentView::keyPressEvent(QKeyEvent* event) {

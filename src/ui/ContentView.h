@@ -26,11 +26,19 @@ public:
 
     [[nodiscard]] ContentViewState& state() const { return *state_; }
 
+Q_SIGNALS:
+    /// A part of the views cannot be loaded, such as for a module that is not installed. `reason` names what
+    /// is missing, in the words of the QML engine.
+    void failed(const QString& reason);
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
+    /// Looks up why that file cannot be loaded, and says so once the event loop runs.
+    void reportFailure(const QUrl& file);
+
     std::unique_ptr<UninstallerViewModel> controller_;
     std::unique_ptr<ContentViewState> state_;
 };

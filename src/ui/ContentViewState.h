@@ -8,6 +8,7 @@
 #include "ui/RowModels.h"
 
 #include <QObject>
+#include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
 #include <memory>
@@ -129,7 +130,11 @@ public:
     /// Stops a running container at once: nothing is lost, so no code is asked for.
     Q_INVOKABLE void stopContainer(const QString& id);
 
+    /// A file of the views could not be loaded.
+    Q_INVOKABLE void reportFailedPart(const QUrl& file) { Q_EMIT partFailed(file); }
+
 Q_SIGNALS:
+    void partFailed(const QUrl& file);
     void selectedTabChanged();
     void logCountChanged();
     void windowShownChanged();

@@ -34,6 +34,7 @@ FocusScope {
         }
 
         onWantedChanged: load()
+        onStatusChanged: if (status === Loader.Error) view.state_.reportFailedPart(source)
         Component.onCompleted: load()
 
         Connections {
@@ -121,6 +122,7 @@ FocusScope {
 
         anchors.fill: parent
         focus: wanted
+        onStatusChanged: if (status === Loader.Error) view.state_.reportFailedPart(source)
         onWantedChanged: if (wanted)
             setSource("ModalOverlay.qml", {
                 state_: view.state_,

@@ -36,3 +36,19 @@ class QuietStart(Case):
 
     def test_a_wayland_session_without_its_plugin(self):
         self.expect_no_words(XDG_SESSION_TYPE="wayland", WAYLAND_DISPLAY="wayland-4711")
+
+
+class MissingViews(Case):
+    """Where a part of the toolkit is not installed, the program says which, and ends."""
+
+    def test_module_that_is_not_installed(self):
+        modules = self.display.run("qmake6", "-query", "QT_INSTALL_QML").strip()
+        empty = self.cage.folder / "empty"
+        empty.mkdir()
+        self.cage.bind(empty, f"{modules}/QtQuick/Templates")
+        self.program = Program(self.session, self.cage)
+        self.addCleanup(self.program.kill)
+        self.assertEqual(self.program.wait(), 1, self.program.errors())
+        # What the toolkit itself says comes before.
+        self.assertEqual(self.program.errors().splitlines()[-1],
+                         'Zentrill cannot open its window: module "QtQuick.Templates" is not installed.')
