@@ -7,7 +7,7 @@
 
 namespace zentrill {
 
-StartMessages* StartMessages::current_ = nullptr;
+StartMessages* StartMessages::current = nullptr;
 
 namespace {
 
@@ -34,12 +34,12 @@ QString asReason(QString message) {
 } // namespace
 
 StartMessages::StartMessages() : previous_(qInstallMessageHandler(&StartMessages::handle)) {
-    current_ = this;
+    current = this;
 }
 
 StartMessages::~StartMessages() {
     qInstallMessageHandler(previous_);
-    current_ = nullptr;
+    current = nullptr;
 }
 
 void StartMessages::displayFound() {
@@ -47,13 +47,14 @@ void StartMessages::displayFound() {
 }
 
 void StartMessages::handle(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    if (current_ == nullptr || current_->takes(type, context, message)) {
+    if (current == nullptr || current->takes(type, context, message)) {
         return;
     }
-    if (current_->previous_ != nullptr) {
-        current_->previous_(type, context, message);
+    if (current->previous_ != nullptr) {
+        current->previous_(type, context, message);
     } else {
-        std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+        static_cast<void>(
+            std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message))));
     }
 }
 
@@ -83,7 +84,7 @@ void StartMessages::refuse() const {
                        !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
                        !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
     const QString reason = named && !obstacle_.isEmpty() ? obstacle_ : QStringLiteral("there is no display");
-    std::fprintf(stderr, "Zentrill cannot open its window: %s.\n", qPrintable(reason));
+    static_cast<void>(std::fprintf(stderr, "Zentrill cannot open its window: %s.\n", qPrintable(reason)));
     std::_Exit(EXIT_FAILURE);
 }
 

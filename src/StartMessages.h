@@ -20,8 +20,7 @@ class StartMessages {
 public:
     StartMessages();
     ~StartMessages();
-    StartMessages(const StartMessages&) = delete;
-    StartMessages& operator=(const StartMessages&) = delete;
+    Q_DISABLE_COPY_MOVE(StartMessages)
 
     void displayFound();
 
@@ -31,7 +30,7 @@ private:
     bool takes(QtMsgType type, const QMessageLogContext& context, const QString& message);
     [[noreturn]] void refuse() const;
 
-    static StartMessages* current_;
+    static StartMessages* current;
     QtMessageHandler previous_;
     bool searching_ = true;
     /// What stood against the kind of display that was tried last.
