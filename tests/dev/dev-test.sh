@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# dev-test.sh CASE DEV: runs a copy of the script over made-up packages, with stand-ins for what it calls.
+# dev-test.sh CASE DEV: runs a copy of the script over made-up packages, with stand-ins for what it calls. Writes below
+# TMPDIR alone.
 set -euo pipefail
 
 folder=$(mktemp -d)
@@ -16,6 +17,8 @@ fail() {
 
 # stand_in NAME < script
 stand_in() {
+    # Not through a link to the real one.
+    rm -f "$folder/bin/$1"
     { echo '#!/bin/sh' && cat; } >"$folder/bin/$1"
     chmod +x "$folder/bin/$1"
 }
@@ -56,7 +59,7 @@ STAND_IN
     chmod +x "$project/build/release/Zentrill.app/Contents/MacOS/Zentrill"
 }
 
-dev() { env -i PATH="$folder/bin" HOME="$folder" DISPLAY="$display" "$project/dev" "$@" >"$folder/output" 2>&1; }
+dev() { env -i PATH="$folder/bin" HOME="$folder" TMPDIR="$folder" DISPLAY="$display" "$project/dev" "$@" >"$folder/output" 2>&1; }
 
 expect_output() { grep -qF -- "$1" "$folder/output" || fail "the output does not tell: $1"; }
 expect_call() { grep -qxF -- "$1" "$calls" || fail "not called: $1"; }
@@ -106,6 +109,29 @@ case_sudo() {
     has_only made-up-compiler docker.io
     dev test || fail "failed"
     expect_call 'apt-get install -y -qq --no-install-recommends --no-remove made-up-framework'
+}
+
+# Folders of tests are built and run alone.
+case_folders() {
+    mkdir -p "$project/tests/catalog" "$project/tests/models"
+    touch "$project/tests/catalog/CMakeLists.txt" "$project/tests/models/CMakeLists.txt"
+    stand_in nproc <<<'echo 3'
+    dev test catalog models -R Size || fail "failed"
+    expect_call 'cmake --build --preset release --target tests-catalog tests-models'
+    expect_call 'ctest --preset release -j 3 --label-regex ^(catalog|models)$ -R Size'
+    if dev test kitchen; then fail "tests in a folder that is not there"; fi
+    expect_output 'there are no tests in tests/kitchen'
+}
+
+case_sanitizer() {
+    mkdir -p "$project/tests/models"
+    touch "$project/tests/models/CMakeLists.txt" "$project/packaging/packages/clang.txt"
+    stand_in nproc <<<'echo 3'
+    dev sanitize thread models || fail "failed"
+    expect_call 'cmake --build --preset tsan --target tests-models'
+    expect_call 'ctest --preset tsan -j 3 --label-regex ^(models)$'
+    dev sanitize -R Size || fail "failed"
+    expect_call 'ctest --preset asan -j 3 -R Size'
 }
 
 case_first_run() {
