@@ -5,24 +5,10 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPointer>
-#include <QQuickWindow>
-
-#include <algorithm>
-#include <iterator>
-#include <vector>
 
 namespace zentrill {
 
 namespace {
-
-/// The item's Accessible properties, whose type is not public: those written in QML and, in a second object,
-/// those that the control fills in itself.
-std::vector<const QObject*> accessibleProperties(const QObject& item) {
-    std::vector<const QObject*> found;
-    std::ranges::copy_if(item.children(), std::back_inserter(found),
-                         [](const QObject* child) { return child->inherits("QQuickAccessibleAttached"); });
-    return found;
-}
 
 /// Space presses every kind of button, so that an assistive tool takes the same way as a key.
 void pressByKey(QQuickItem* item) {
@@ -46,120 +32,48 @@ QAccessibleInterface* ButtonAccessible::make(const QString& className, QObject* 
     return item == nullptr ? nullptr : new ButtonAccessible(item);
 }
 
-ButtonAccessible::ButtonAccessible(QQuickItem* item) : QAccessibleObject(item) {
-    QObject::connect(item, &QQuickItem::enabledChanged, item, [item] {
-        QAccessible::State changed;
-        changed.disabled = true;
-        QAccessibleStateChangeEvent event(item, changed);
-        QAccessible::updateAccessibility(&event);
-    });
-}
-
-QWindow* ButtonAccessible::window() const {
-    return item()->window();
-}
-
-QAccessibleInterface* ButtonAccessible::parent() const {
-    for (QQuickItem* above = item()->parentItem(); above != nullptr; above = above->parentItem()) {
-        // Items that assistive tools are not shown have no interface.
-        if (QAccessibleInterface* found = QAccessible::queryAccessibleInterface(above)) {
-            return found;
-        }
-    }
-    return QAccessible::queryAccessibleInterface(item()->window());
-}
-
-QString ButtonAccessible::text(QAccessible::Text kind) const {
-    switch (kind) {
-    case QAccessible::Name: {
-        const QString name = attachedText("name");
-        return name.isEmpty() ? item()->property("text").toString() : name;
-    }
-    case QAccessible::Description:
-        return attachedText("description");
-    case QAccessible::Value:
-        return item()->property("accessibleValue").toString();
-    default:
-        return {};
+ButtonAccessible::ButtonAccessible(QQuickItem* item) : ItemAccessible(item) {
+    if (auto* pressable = qobject_cast<Pressable*>(item)) {
+        QObject::connect(pressable, &Pressable::availableChanged, pressable,
+                         [pressable] { announceAvailability(pressable); });
     }
 }
 
 QAccessible::Role ButtonAccessible::role() const {
-    if (item()->inherits("QQuickCheckBox") || item()->inherits("QQuickSwitch")) {
+    if (item()->inherits("QQuickSwitch")) {
         return QAccessible::CheckBox;
     }
-    for (const QObject* properties : accessibleProperties(*item())) {
-        const auto role = static_cast<QAccessible::Role>(properties->property("role").toInt());
-        if (role != QAccessible::NoRole) {
-            return role;
-        }
-    }
-    return QAccessible::Button;
+    const QAccessible::Role role = ItemAccessible::role();
+    return role == QAccessible::NoRole ? QAccessible::Button : role;
 }
 
 QAccessible::State ButtonAccessible::state() const {
-    QAccessible::State state;
-    state.disabled = !item()->isEnabled();
+    QAccessible::State state = ItemAccessible::state();
     state.focusable = item()->isEnabled();
-    state.focused = item()->hasActiveFocus();
-    state.checkable = item()->property("checkable").toBool();
-    state.checked = state.checkable && item()->property("checked").toBool();
-    state.selectable = attachedFlag("selectable");
-    state.selected = attachedFlag("selected");
-    state.invisible = !item()->isVisible() || item()->window() == nullptr || !item()->window()->isVisible();
-    state.offscreen = visiblePart().isEmpty();
+    state.checkable = item()->property("checkable").toBool() || attachedFlag("checkable");
+    state.checked = state.checkable && (item()->property("checked").toBool() || attachedFlag("checked"));
     return state;
 }
 
-QRect ButtonAccessible::rect() const {
-    if (item()->window() == nullptr) {
-        return {};
-    }
-    const QRect inScene = item()->mapRectToScene(item()->boundingRect()).toRect();
-    return {item()->window()->mapToGlobal(inScene.topLeft()), inScene.size()};
-}
-
-void* ButtonAccessible::interface_cast(QAccessible::InterfaceType type) {
-    return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this) : nullptr;
-}
-
 QStringList ButtonAccessible::actionNames() const {
-    return item()->isEnabled() ? QStringList{pressAction(), setFocusAction()} : QStringList();
+    QStringList names = ItemAccessible::actionNames();
+    if (isAvailable()) {
+        names.prepend(pressAction());
+    }
+    return names;
 }
 
 void ButtonAccessible::doAction(const QString& name) {
-    if (!item()->isEnabled() || !item()->isVisible()) {
-        return;
-    }
-    if (name == pressAction()) {
+    if (name != pressAction()) {
+        ItemAccessible::doAction(name);
+    } else if (isAvailable() && item()->isVisible()) {
         pressByKey(item());
-    } else if (name == setFocusAction()) {
-        item()->forceActiveFocus();
     }
 }
 
-QString ButtonAccessible::attachedText(const char* property) const {
-    QString text;
-    for (const QObject* properties : accessibleProperties(*item())) {
-        text = text.isEmpty() ? properties->property(property).toString() : text;
-    }
-    return text;
-}
-
-bool ButtonAccessible::attachedFlag(const char* property) const {
-    return std::ranges::any_of(accessibleProperties(*item()), [&](const QObject* properties) {
-        return properties->property(property).toBool();
-    });
-}
-
-QRectF ButtonAccessible::visiblePart() const {
-    QRectF part = item()->mapRectToScene(item()->boundingRect());
-    for (QQuickItem* above = item()->parentItem(); above != nullptr; above = above->parentItem()) {
-        if (above->clip()) {
-            part &= above->mapRectToScene(above->clipRect());
-        }
-    }
-    return item()->window() == nullptr ? QRectF() : part & QRectF({}, QSizeF(item()->window()->size()));
+bool ButtonAccessible::isAvailable() const {
+    const auto* pressable = qobject_cast<const Pressable*>(item());
+    return item()->isEnabled() && (pressable == nullptr || pressable->isAvailable());
 }
 
 } // namespace zentrill

@@ -3,6 +3,9 @@
 #include "controller/UninstallerViewModel.h"
 #include "ui/ButtonAccessible.h"
 #include "ui/ContentViewState.h"
+#include "ui/InputGuard.h"
+#include "ui/ItemAccessible.h"
+#include "ui/KeyboardUse.h"
 #include "ui/WarmPalette.h"
 
 #include <QFontMetricsF>
@@ -20,11 +23,18 @@ namespace {
 /// The smallest content at which nothing has to give way.
 constexpr QSize minimumContentSize{900, 650};
 
+/// Lets the views speak for themselves to assistive tools. Whose account was installed last is asked first,
+/// and Qt Quick installs its own when it is first imported.
+void installAccessibles(QQmlEngine& engine) {
+    QQmlComponent(&engine).setData("import QtQuick\nQtObject {}", {});
+    QAccessible::installFactory(&ItemAccessible::make);
+    QAccessible::installFactory(&ButtonAccessible::make);
+}
+
 } // namespace
 
 ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
     : controller_(std::move(controller)), state_(std::make_unique<ContentViewState>(*controller_)) {
-    QAccessible::installFactory(&ButtonAccessible::make);
     setResizeMode(QQuickView::SizeRootObjectToView);
     setMinimumSize(minimumContentSize);
     setColor(WarmPalette().canvas);
@@ -34,6 +44,7 @@ ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
     // the first text would otherwise wait for.
     const QQmlComponent early(engine(), source, QQmlComponent::Asynchronous);
     static_cast<void>(QFontMetricsF(QGuiApplication::font()).height());
+    installAccessibles(*engine());
     connect(this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown,
             Qt::QueuedConnection);
     connect(state_.get(), &ContentViewState::windowShownChanged, this, [this] {
@@ -45,7 +56,10 @@ ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
     setSource(source);
     if (status() == QQuickView::Error) {
         reportFailure(source);
+    } else {
+        keyboardUse_ = engine()->singletonInstance<KeyboardUse*>(qmlTypeId("Zentrill", 1, 0, "KeyboardUse"));
     }
+    connect(this, &QQuickWindow::frameSwapped, state_->input(), &InputGuard::noteFrame);
 }
 
 ContentView::~ContentView() {
@@ -61,13 +75,41 @@ void ContentView::reportFailure(const QUrl& file) {
 }
 
 void ContentView::keyPressEvent(QKeyEvent* event) {
-    state_->setKeyboardUsed(true);
-    QQuickView::keyPressEvent(event);
+    setKeyboardUsed(true);
+    if (state_->input()->admits(*event)) {
+        QQuickView::keyPressEvent(event);
+    }
+}
+
+void ContentView::keyReleaseEvent(QKeyEvent* event) {
+    if (state_->input()->admits(*event)) {
+        QQuickView::keyReleaseEvent(event);
+    }
 }
 
 void ContentView::mousePressEvent(QMouseEvent* event) {
-    state_->setKeyboardUsed(false);
-    QQuickView::mousePressEvent(event);
+    setKeyboardUsed(false);
+    pressAdmitted_ = state_->input()->admits(*event);
+    if (pressAdmitted_) {
+        QQuickView::mousePressEvent(event);
+    }
+}
+
+void ContentView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (pressAdmitted_) {
+        QQuickView::mouseDoubleClickEvent(event);
+    }
+}
+
+void ContentView::focusOutEvent(QFocusEvent* event) {
+    state_->input()->forgetHeldKeys();
+    QQuickView::focusOutEvent(event);
+}
+
+void ContentView::setKeyboardUsed(bool used) {
+    if (keyboardUse_ != nullptr) {
+        keyboardUse_->setCurrent(used);
+    }
 }
 
 } // namespace zentrill

@@ -7,6 +7,7 @@
 namespace zentrill {
 
 class ContentViewState;
+class KeyboardUse;
 class UninstallerViewModel;
 
 /// The one window: owns the controller for its whole life and hands it to the QML view.
@@ -33,14 +34,22 @@ Q_SIGNALS:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     /// Looks up why that file cannot be loaded, and says so once the event loop runs.
     void reportFailure(const QUrl& file);
+    void setKeyboardUsed(bool used);
 
     std::unique_ptr<UninstallerViewModel> controller_;
     std::unique_ptr<ContentViewState> state_;
+    /// The engine's; none when the views could not be loaded.
+    KeyboardUse* keyboardUse_ = nullptr;
+    /// Whether the last press of the pointer counted: what comes of it does only then.
+    bool pressAdmitted_ = true;
 };
 
 } // namespace zentrill

@@ -92,7 +92,7 @@ QString ContentViewState::subtitle() const {
 }
 
 bool ContentViewState::modalShown() const {
-    return confirmation_.isPending() || controller_.showResultAlert();
+    return confirmation_.isPending() || resultShown();
 }
 
 bool ContentViewState::canUninstall() const {
@@ -105,14 +105,6 @@ void ContentViewState::setWindowShown() {
     }
     windowShown_ = true;
     Q_EMIT windowShownChanged();
-}
-
-void ContentViewState::setKeyboardUsed(bool used) {
-    if (used == keyboardUsed_) {
-        return;
-    }
-    keyboardUsed_ = used;
-    Q_EMIT keyboardUsedChanged();
 }
 
 QString ContentViewState::logCountText() const {
@@ -210,9 +202,9 @@ void ContentViewState::connectToController() {
             &ContentViewState::dockerStateChanged);
     connect(&controller_, &Controller::preserveCredentialsChanged, this,
             &ContentViewState::shieldCaptionChanged);
-    connect(&controller_, &Controller::isBusyChanged, this, &ContentViewState::modalChanged);
-    connect(&controller_, &Controller::showResultAlertChanged, this, &ContentViewState::modalChanged);
-    connect(&confirmation_, &ConfirmationState::pendingChanged, this, &ContentViewState::modalChanged);
+    connect(&controller_, &Controller::isBusyChanged, this, &ContentViewState::showModal);
+    connect(&controller_, &Controller::showResultAlertChanged, this, &ContentViewState::showModal);
+    connect(&confirmation_, &ConfirmationState::pendingChanged, this, &ContentViewState::showModal);
     connect(this, &ContentViewState::modalChanged, this, &ContentViewState::canUninstallChanged);
     connect(this, &ContentViewState::selectionChanged, this, &ContentViewState::canUninstallChanged);
     connect(logs_.get(), &QAbstractItemModel::rowsInserted, this, &ContentViewState::logCountChanged);
@@ -222,6 +214,15 @@ void ContentViewState::connectToController() {
 void ContentViewState::showApplications() {
     applications_->setRecords(controller_.apps());
     Q_EMIT selectionChanged();
+}
+
+void ContentViewState::showModal() {
+    using Surface = InputGuard::Surface;
+    // Before the views show it: they ask at once whether it can have been seen.
+    input_.setSurface(resultShown()               ? Surface::result
+                      : confirmation_.isPending() ? Surface::confirmation
+                                                  : Surface::window);
+    Q_EMIT modalChanged();
 }
 
 void ContentViewState::showDocker() {

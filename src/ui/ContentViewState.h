@@ -2,6 +2,7 @@
 
 #include "controller/UninstallerViewModel.h"
 #include "ui/ConfirmationState.h"
+#include "ui/InputGuard.h"
 #include "ui/LineSelection.h"
 #include "ui/LogListModel.h"
 #include "ui/ResultState.h"
@@ -35,11 +36,12 @@ class ContentViewState : public QObject {
     Q_PROPERTY(QString logCountText READ logCountText NOTIFY logCountChanged FINAL)
     Q_PROPERTY(zentrill::ConfirmationState* confirmation READ confirmation CONSTANT FINAL)
     Q_PROPERTY(zentrill::ResultState* result READ result CONSTANT FINAL)
+    Q_PROPERTY(zentrill::InputGuard* input READ input CONSTANT FINAL)
     Q_PROPERTY(bool modalShown READ modalShown NOTIFY modalChanged FINAL)
+    Q_PROPERTY(bool resultShown READ resultShown NOTIFY modalChanged FINAL)
     Q_PROPERTY(bool acceptsRequests READ acceptsRequests NOTIFY modalChanged FINAL)
     Q_PROPERTY(bool canUninstall READ canUninstall NOTIFY canUninstallChanged FINAL)
     Q_PROPERTY(bool windowShown READ windowShown NOTIFY windowShownChanged FINAL)
-    Q_PROPERTY(bool keyboardUsed READ keyboardUsed NOTIFY keyboardUsedChanged FINAL)
     Q_PROPERTY(QString selectionCount READ selectionCount NOTIFY selectionChanged FINAL)
     Q_PROPERTY(QString shieldCaption READ shieldCaption NOTIFY shieldCaptionChanged FINAL)
     Q_PROPERTY(QString dockerNoticeIcon READ dockerNoticeIcon NOTIFY dockerStateChanged FINAL)
@@ -81,8 +83,13 @@ public:
 
     [[nodiscard]] ResultState* result() { return &result_; }
 
+    [[nodiscard]] InputGuard* input() { return &input_; }
+
     /// Whether a confirmation or a result lies over the window.
     [[nodiscard]] bool modalShown() const;
+
+    /// Whether that is a result.
+    [[nodiscard]] bool resultShown() const { return controller_.showResultAlert(); }
 
     /// Whether a destructive request would be taken up now.
     [[nodiscard]] bool acceptsRequests() const { return confirmation_.canPresent(); }
@@ -95,11 +102,6 @@ public:
     [[nodiscard]] bool windowShown() const { return windowShown_; }
 
     void setWindowShown();
-
-    /// Whether the last input was a key press: only then do rows mark where the focus is.
-    [[nodiscard]] bool keyboardUsed() const { return keyboardUsed_; }
-
-    void setKeyboardUsed(bool used);
 
     /// "1 line", "12 lines".
     [[nodiscard]] QString logCountText() const;
@@ -138,7 +140,6 @@ Q_SIGNALS:
     void selectedTabChanged();
     void logCountChanged();
     void windowShownChanged();
-    void keyboardUsedChanged();
     void modalChanged();
     void canUninstallChanged();
     void selectionChanged();
@@ -149,10 +150,12 @@ private:
     void connectToController();
     void showApplications();
     void showDocker();
+    void showModal();
 
     UninstallerViewModel& controller_;
     ConfirmationState confirmation_;
     ResultState result_;
+    InputGuard input_;
     std::unique_ptr<ApplicationListModel> applications_;
     std::unique_ptr<LocalModelListModel> models_;
     std::unique_ptr<DockerListModel> dockerRows_;
@@ -160,7 +163,6 @@ private:
     std::unique_ptr<LineSelection> logSelection_;
     QString selectedTab_;
     bool windowShown_ = false;
-    bool keyboardUsed_ = false;
 };
 
 } // namespace zentrill

@@ -66,15 +66,15 @@ int LineSelection::endIn(int row) const {
     if (row < from().row || row > to().row) {
         return 0;
     }
-    return row == to().row ? to().column : endOfRow;
+    return row == to().row ? to().column : static_cast<int>(lines_.entry(row).size());
 }
 
 QString LineSelection::text() const {
     QString result;
     for (int row = from().row; row <= std::min(to().row, lines_.rowCount() - 1); ++row) {
         const QString line = lines_.entry(row);
-        const int first = std::min(startIn(row), static_cast<int>(line.size()));
-        const int last = std::min(endIn(row), static_cast<int>(line.size()));
+        const int first = startIn(row);
+        const int last = endIn(row);
         if (row > from().row) {
             result += QLatin1Char('\n');
         }

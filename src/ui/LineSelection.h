@@ -35,8 +35,7 @@ public:
     Q_INVOKABLE void selectAll();
     Q_INVOKABLE void clear();
 
-    /// The selected characters of a row: [startIn, endIn), equal where there are none. The end may lie beyond
-    /// the text's.
+    /// The selected characters of a row: [startIn, endIn), equal where there are none.
     Q_INVOKABLE [[nodiscard]] int startIn(int row) const;
     Q_INVOKABLE [[nodiscard]] int endIn(int row) const;
 

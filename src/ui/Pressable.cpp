@@ -2,15 +2,6 @@
 
 namespace zentrill {
 
-namespace {
-
-bool isKeyboardReason(Qt::FocusReason reason) {
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-           reason == Qt::ShortcutFocusReason;
-}
-
-} // namespace
-
 Pressable::Pressable(QQuickItem* parent) : QQuickItem(parent) {
     setAcceptedMouseButtons(Qt::LeftButton);
     setAcceptHoverEvents(true);
@@ -24,8 +15,15 @@ void Pressable::setText(const QString& text) {
     }
 }
 
+void Pressable::setAvailable(bool available) {
+    if (available != available_) {
+        available_ = available;
+        Q_EMIT availableChanged();
+    }
+}
+
 void Pressable::click() {
-    if (isEnabled()) {
+    if (isEnabled() && available_) {
         Q_EMIT clicked();
     }
 }
@@ -94,13 +92,7 @@ void Pressable::keyReleaseEvent(QKeyEvent* event) {
     }
 }
 
-void Pressable::focusInEvent(QFocusEvent* event) {
-    setVisualFocus(isKeyboardReason(event->reason()));
-    QQuickItem::focusInEvent(event);
-}
-
 void Pressable::focusOutEvent(QFocusEvent* event) {
-    setVisualFocus(false);
     spaceHeld_ = false;
     setDown(false);
     QQuickItem::focusOutEvent(event);
@@ -126,13 +118,6 @@ void Pressable::setDown(bool down) {
     if (down != down_) {
         down_ = down;
         Q_EMIT downChanged();
-    }
-}
-
-void Pressable::setVisualFocus(bool visualFocus) {
-    if (visualFocus != visualFocus_) {
-        visualFocus_ = visualFocus;
-        Q_EMIT visualFocusChanged();
     }
 }
 

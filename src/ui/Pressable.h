@@ -7,17 +7,18 @@
 namespace zentrill {
 
 /// What every push button is made of: a surface that a click, Space, Return or Enter presses, that knows
-/// whether the pointer is over it and whether the keyboard led to it. How it looks is up to who draws on it.
+/// whether the pointer is over it. How it looks is up to who draws on it.
 /// It is lighter than a control of the toolkit's own, which would be loaded before the first frame.
 class Pressable : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged FINAL)
+    /// Whether a press does anything. Unlike a disabled one, what is not available keeps the focus, so that
+    /// the arrow keys do not pass over it.
+    Q_PROPERTY(bool available READ isAvailable WRITE setAvailable NOTIFY availableChanged FINAL)
     Q_PROPERTY(bool hovered READ hovered NOTIFY hoveredChanged FINAL)
     /// Whether letting go now would press it.
     Q_PROPERTY(bool down READ down NOTIFY downChanged FINAL)
-    /// Whether it has the focus by way of the keyboard, so that the focus is worth marking.
-    Q_PROPERTY(bool visualFocus READ visualFocus NOTIFY visualFocusChanged FINAL)
 
 public:
     explicit Pressable(QQuickItem* parent = nullptr);
@@ -30,16 +31,18 @@ public:
 
     [[nodiscard]] bool down() const { return down_; }
 
-    [[nodiscard]] bool visualFocus() const { return visualFocus_; }
+    [[nodiscard]] bool isAvailable() const { return available_; }
 
-    /// Presses it, unless it is disabled: the way of assistive tools.
+    void setAvailable(bool available);
+
+    /// Presses it, unless it is disabled or not available.
     Q_INVOKABLE void click();
 
 Q_SIGNALS:
     void textChanged();
     void hoveredChanged();
     void downChanged();
-    void visualFocusChanged();
+    void availableChanged();
     void clicked();
 
 protected:
@@ -51,19 +54,17 @@ protected:
     void hoverLeaveEvent(QHoverEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 
 private:
     void setHovered(bool hovered);
     void setDown(bool down);
-    void setVisualFocus(bool visualFocus);
 
     QString text_;
     bool hovered_ = false;
     bool down_ = false;
-    bool visualFocus_ = false;
+    bool available_ = true;
     /// Space went down here: only then does its release press.
     bool spaceHeld_ = false;
 };

@@ -21,7 +21,6 @@ TEST_F(ContentViewStateTest, startsWithTheApplications) {
     EXPECT_EQ(state_.applications()->rowCount(), 15);
     EXPECT_FALSE(state_.modalShown());
     EXPECT_TRUE(state_.acceptsRequests());
-    EXPECT_FALSE(state_.keyboardUsed());
 }
 
 struct TabTexts {

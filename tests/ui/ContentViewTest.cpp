@@ -11,6 +11,8 @@
 #include <QQuickItem>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace zentrill {
 namespace {
 
@@ -404,6 +406,10 @@ TEST_F(ContentViewTest, confirmsWithTheTypedCodeAndReturn) {
     ASSERT_TRUE(test::waitUntil([this] { return model_->showResultAlert(); }));
     EXPECT_NE(find("Container Removed"), nullptr);
     ASSERT_NE(button("OK"), nullptr);
+    // What comes before the result can have been seen was meant for something else.
+    press(Qt::Key_Return, QStringLiteral("\r"));
+    EXPECT_TRUE(model_->showResultAlert());
+    ASSERT_TRUE(test::waitUntil([this] { return button("OK")->hasActiveFocus(); }));
     press(Qt::Key_Return, QStringLiteral("\r"));
     EXPECT_FALSE(model_->showResultAlert());
 }
@@ -422,16 +428,57 @@ TEST_F(ContentViewTest, dismissesAModalWithEscape) {
     EXPECT_EQ(state().confirmation()->confirmationInput(), QString());
 }
 
-TEST_F(ContentViewTest, remembersWhetherTheKeyboardIsUsed) {
-    EXPECT_FALSE(state().keyboardUsed());
-    press(Qt::Key_Down);
-    EXPECT_TRUE(state().keyboardUsed());
+TEST_F(ContentViewTest, marksTheFocusWhileTheKeyboardIsUsed) {
+    QQuickItem* const scanButton = button("Scan System");
+    const auto marked = [&] { return scanButton->property("visualFocus").toBool(); };
+    // However the focus came there.
+    scanButton->forceActiveFocus(Qt::OtherFocusReason);
+    EXPECT_FALSE(marked());
+    press(Qt::Key_Shift);
+    EXPECT_TRUE(marked());
     for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
         QMouseEvent event(type, QPointF(300, 40), QPointF(300, 40), Qt::LeftButton, Qt::LeftButton,
                           Qt::NoModifier);
         QCoreApplication::sendEvent(view_.get(), &event);
     }
-    EXPECT_FALSE(state().keyboardUsed());
+    EXPECT_TRUE(scanButton->hasActiveFocus());
+    EXPECT_FALSE(marked());
+}
+
+TEST_F(ContentViewTest, readsRowsInTheirOrderAndDialogsAsModal) {
+    for (int scans = 0; scans < 8; ++scans) {
+        model_->scanSystem();
+        ASSERT_TRUE(test::waitUntil([this] { return !model_->isBusy(); }));
+    }
+    state().setSelectedTab(QStringLiteral("console"));
+    QAccessibleInterface* const log = find("Activity log");
+    ASSERT_NE(log, nullptr);
+    ASSERT_TRUE(test::waitUntil([&] { return log->childCount() > 10; }));
+    press(Qt::Key_Home);
+    press(Qt::Key_PageDown);
+    std::vector<int> places;
+    for (int index = 0; index < log->childCount(); ++index) {
+        QAccessibleInterface* const line = log->child(index);
+        ASSERT_NE(line, nullptr);
+        EXPECT_EQ(log->indexOfChild(line), index);
+        EXPECT_EQ(line->parent(), log);
+        if (line->role() == QAccessible::ListItem) {
+            places.push_back(line->rect().y());
+        }
+    }
+    EXPECT_GT(places.size(), 10U);
+    EXPECT_TRUE(std::ranges::is_sorted(places));
+    EXPECT_EQ(log->child(-1), nullptr);
+    EXPECT_EQ(log->child(log->childCount()), nullptr);
+
+    EXPECT_FALSE(log->state().disabled);
+    state().requestSelfUninstall();
+    EXPECT_TRUE(log->state().disabled);
+    QAccessibleInterface* const dialog = find("Self-Uninstall Zentrill?");
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->state().modal || dialog->role() == QAccessible::Heading);
+    state().confirmation()->dismissModal();
+    EXPECT_FALSE(log->state().disabled);
 }
 
 } // namespace

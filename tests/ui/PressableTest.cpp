@@ -123,15 +123,20 @@ TEST_F(PressableTest, knowsWhetherThePointerIsOverIt) {
     EXPECT_FALSE(first_.hovered());
 }
 
-TEST_F(PressableTest, marksTheFocusOnlyWhenTheKeyboardLedToIt) {
+TEST_F(PressableTest, keepsTheFocusButTakesNoPressWhileNotAvailable) {
+    QSignalSpy changes(&first_, &Pressable::availableChanged);
+    first_.setAvailable(false);
+    first_.setAvailable(false);
+    EXPECT_EQ(changes.count(), 1);
     QTest::mouseClick(&window_, Qt::LeftButton, {}, inside);
     EXPECT_TRUE(first_.hasActiveFocus());
-    EXPECT_FALSE(first_.visualFocus());
-    QTest::keyClick(&window_, Qt::Key_Tab);
-    EXPECT_TRUE(second_.visualFocus());
-    QTest::keyClick(&window_, Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_TRUE(first_.visualFocus());
-    EXPECT_FALSE(second_.visualFocus());
+    QTest::keyClick(&window_, Qt::Key_Return);
+    QTest::keyClick(&window_, Qt::Key_Space);
+    first_.click();
+    EXPECT_EQ(clicks_.count(), 0);
+    first_.setAvailable(true);
+    QTest::keyClick(&window_, Qt::Key_Space);
+    EXPECT_EQ(clicks_.count(), 1);
 }
 
 } // namespace

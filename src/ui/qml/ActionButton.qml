@@ -14,6 +14,8 @@ Pressable {
     property bool spinning: false
     property string tip
 
+    // However the focus came here, it is marked while the keyboard is used.
+    readonly property bool visualFocus: activeFocus && KeyboardUse.current
     readonly property bool filled: kind === "primary" || kind === "copper" || kind === "destructive"
     readonly property color accent: kind === "primary" ? WarmPalette.action
                                   : kind === "copper" ? WarmPalette.copper

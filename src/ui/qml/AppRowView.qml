@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Zentrill
 
 // One catalog tool. The whole row is the check box.
-T.CheckBox {
+Pressable {
     id: row
 
     required property int index
@@ -25,43 +24,39 @@ T.CheckBox {
     signal toggleSelection
 
     implicitHeight: 74
-    enabled: isDetected
-    hoverEnabled: true
+    available: isDetected
     focus: current
-    focusPolicy: Qt.NoFocus
-    padding: 0
-    leftPadding: 14
-    rightPadding: 18
+    activeFocusOnTab: false
     text: displayName
-    checked: isSelected
-    // A press asks for the selection; the row shows what came of it.
-    nextCheckState: () => checkState
 
     onActiveFocusChanged: if (activeFocus)
         list.currentIndex = index
-    onClicked: {
-        list.takeFocus(index);
-        toggleSelection();
-    }
-    Keys.onSpacePressed: if (isDetected) toggleSelection()
-    Keys.onReturnPressed: if (isDetected) toggleSelection()
+    onClicked: toggleSelection()
 
+    Accessible.role: Accessible.CheckBox
     Accessible.name: displayName
+    Accessible.checkable: true
+    Accessible.checked: isSelected
     Accessible.description: description + ". " + origin + ". " + statusText + ". " + accessibleValue
 
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false
     ListView.onReused: visible = true
 
-    background: RowPlate {
+    RowPlate {
         id: plate
 
+        anchors.fill: parent
         hovered: row.hovered && row.isDetected
         chosen: row.isSelected
         focused: row.activeFocus && row.list.marksFocus
     }
 
-    contentItem: Item {
+    Item {
+        anchors.fill: parent
+        anchors.leftMargin: 14
+        anchors.rightMargin: 18
+
         Item {
             id: mark
 

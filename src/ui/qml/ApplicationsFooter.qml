@@ -16,31 +16,6 @@ Rectangle {
         anchors.top: parent.top
     }
 
-    Column {
-        anchors.left: parent.left
-        anchors.leftMargin: 20
-        anchors.right: count.left
-        anchors.rightMargin: 16
-        anchors.verticalCenter: parent.verticalCenter
-        spacing: 5
-
-        ShieldSwitch {
-            text: qsTr("Safety Shield")
-            checked: footer.state_.controller.preserveCredentials
-            onToggled: footer.state_.controller.preserveCredentials = checked
-            Accessible.name: qsTr("Safety Shield, retains recognized credentials and uncertain data when on")
-        }
-
-        ElidedText {
-            width: parent.width
-            text: footer.state_.shieldCaption
-            font: Typography.caption
-            color: WarmPalette.secondary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
-        }
-    }
-
     Text {
         id: count
 
@@ -67,5 +42,31 @@ Rectangle {
         text: qsTr("Uninstall Selected")
         enabled: footer.state_.canUninstall
         onClicked: footer.state_.requestUninstall()
+    }
+
+    // Comes last for keyboard and screen reader: one key there turns the protection off.
+    Column {
+        anchors.left: parent.left
+        anchors.leftMargin: 20
+        anchors.right: count.left
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 5
+
+        ShieldSwitch {
+            text: qsTr("Safety Shield")
+            checked: footer.state_.controller.preserveCredentials
+            onToggled: footer.state_.controller.preserveCredentials = checked
+            Accessible.name: qsTr("Safety Shield, retains recognized credentials and uncertain data when on")
+        }
+
+        ElidedText {
+            width: parent.width
+            text: footer.state_.shieldCaption
+            font: Typography.caption
+            color: footer.state_.controller.preserveCredentials ? WarmPalette.secondary : WarmPalette.danger
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
     }
 }

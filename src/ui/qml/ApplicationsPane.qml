@@ -15,7 +15,6 @@ Item {
         anchors.bottomMargin: footer.height
         model: pane.state_.applications
         focus: true
-        marksFocus: pane.state_.keyboardUsed
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Applications")
 

@@ -15,6 +15,9 @@ Item {
     required property int selectionStart
     required property int selectionEnd
 
+    onSelectionStartChanged: line.showSelection()
+    onSelectionEndChanged: line.showSelection()
+
     // The character nearest to a point of this row.
     function positionAt(x: real, y: real): int {
         return line.positionAt(x - line.x, y - line.y);
@@ -39,12 +42,10 @@ Item {
     TextEdit {
         id: line
 
-        readonly property int from: row.selectionStart
-        readonly property int to: Math.min(row.selectionEnd, length)
-
         function showSelection() {
-            if (from < to)
-                select(from, to);
+            const to = Math.min(row.selectionEnd, length);
+            if (row.selectionStart < to)
+                select(row.selectionStart, to);
             else
                 deselect();
         }
@@ -68,8 +69,7 @@ Item {
             document: line.textDocument
         }
 
-        onFromChanged: showSelection()
-        onToChanged: showSelection()
+        onTextChanged: showSelection()
         Component.onCompleted: showSelection()
     }
 }

@@ -15,8 +15,8 @@ Item {
 
         anchors.fill: parent
         anchors.bottomMargin: bar.height
-        visible: !pane.empty
         focus: true
+        markMargin: 4
         model: pane.state_.logs
         selection: pane.state_.logSelection
         mark: ">"

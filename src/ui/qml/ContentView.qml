@@ -27,26 +27,34 @@ FocusScope {
                 });
         }
 
-        // What had the focus before a modal may be disabled by what was confirmed; the list takes it then.
-        function settleFocus() {
-            if (shown && item && !view.modal && [pane, panes, underneath].includes(Window.activeFocusItem))
-                item.entrance.forceActiveFocus(Qt.OtherFocusReason);
-        }
-
         onWantedChanged: load()
+        onLoaded: Qt.callLater(view.settleFocus)
         onStatusChanged: if (status === Loader.Error) view.state_.reportFailedPart(source)
         Component.onCompleted: load()
-
-        Connections {
-            target: view
-
-            function onModalChanged() {
-                Qt.callLater(pane.settleFocus);
-            }
-        }
     }
 
     readonly property bool modal: state_.modalShown
+
+    // Something can have been hidden or disabled while it had the focus, or was chosen to get it back.
+    readonly property Item focused: Window.activeFocusItem
+    readonly property bool focusIsLost: !modal && Window.active && (!focused || !focused.visible || !focused.enabled
+        || [view, underneath, panes].includes(focused) || focused.parent === panes)
+    onFocusIsLostChanged: Qt.callLater(settleFocus)
+
+    // The pane's list takes it, or the pane's row of the sidebar where there is no list.
+    function settleFocus() {
+        if (!focusIsLost)
+            return;
+        // A row that is used again must not give it to a button that had it.
+        if (focused && focused.parent !== panes && ![view, underneath, panes].includes(focused))
+            focused.focus = false;
+        const pane = [applications, models, docker, log].find(pane => pane.shown);
+        if (!pane.item)
+            return;
+        const list = pane.item.entrance;
+        const next = list.visible && list.enabled ? list : sidebar.selectedItem;
+        next.forceActiveFocus(Qt.OtherFocusReason);
+    }
 
     implicitWidth: 950
     implicitHeight: 700
@@ -94,21 +102,29 @@ FocusScope {
             focus: true
 
             Pane {
+                id: applications
+
                 tab: "apps"
                 page: "ApplicationsPane.qml"
             }
 
             Pane {
+                id: models
+
                 tab: "models"
                 page: "ModelsPane.qml"
             }
 
             Pane {
+                id: docker
+
                 tab: "containers"
                 page: "DockerPane.qml"
             }
 
             Pane {
+                id: log
+
                 tab: "console"
                 page: "ConsolePane.qml"
             }

@@ -23,7 +23,6 @@ Item {
         anchors.fill: parent
         visible: pane.state_.dockerNoticeHeading === ""
         focus: true
-        marksFocus: pane.state_.keyboardUsed
         model: pane.state_.dockerRows
         stopFrom: (row, step) => pane.state_.dockerStop(row, step)
         Accessible.role: Accessible.List

@@ -11,6 +11,10 @@ ListView {
     // The mark in front of each line; none when empty.
     property string mark
 
+    // What the mark of the focus is drawn around, and how far inside of it.
+    property Item markArea: list
+    property real markMargin: -3
+
     property font lineFont: Typography.console
     property color lineColor: WarmPalette.paper
     // In proportion to the font's own.
@@ -45,6 +49,8 @@ ListView {
     reuseItems: true
     cacheBuffer: 200
     interactive: false
+    // No line is stepped to: the list itself has the focus.
+    currentIndex: -1
     Accessible.role: Accessible.List
 
     onCountChanged: if (following) Qt.callLater(positionViewAtEnd)
@@ -147,6 +153,12 @@ ListView {
         width: list.width - list.leftMargin - list.rightMargin
         selectionStart: list.selection.revision >= 0 ? list.selection.startIn(index) : 0
         selectionEnd: list.selection.revision >= 0 ? list.selection.endIn(index) : 0
+    }
+
+    FocusRing {
+        parent: list.markArea
+        visible: list.activeFocus && KeyboardUse.current
+        anchors.margins: list.markMargin
     }
 
     T.ScrollBar.vertical: ThinScrollBar {

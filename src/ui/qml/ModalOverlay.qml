@@ -7,7 +7,7 @@ FocusScope {
 
     required property ContentViewState state_
 
-    readonly property bool showsResult: state_.controller.showResultAlert
+    readonly property bool showsResult: state_.resultShown
 
     Keys.onEscapePressed: state_.confirmation.dismissModal()
 

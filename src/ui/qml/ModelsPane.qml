@@ -12,9 +12,7 @@ Item {
         id: rows
 
         anchors.fill: parent
-        visible: count > 0
         focus: true
-        marksFocus: pane.state_.keyboardUsed
         model: pane.state_.models
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Local models")

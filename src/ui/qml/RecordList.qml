@@ -11,7 +11,7 @@ ListView {
     property real sideMargin: 20
 
     // The row that has the focus is marked for those who use the keyboard; a click marks itself.
-    required property bool marksFocus
+    readonly property bool marksFocus: KeyboardUse.current
 
     leftMargin: sideMargin
     rightMargin: sideMargin
@@ -85,9 +85,16 @@ ListView {
         contentY = Math.max(highest, Math.min(lowest, contentY + by));
     }
 
-    // Entered for the first time and not by way of one of its rows, it stands at the first in sight.
-    onActiveFocusChanged: if (activeFocus && currentIndex < 0 && Window.activeFocusItem === list)
+    // Entered by keyboard for the first time and not by way of one of its rows, it stands at the first in sight.
+    // It has the focus itself when the program starts: the first Tab leads to its row, not past it.
+    onActiveFocusChanged: if (activeFocus && KeyboardUse.current && currentIndex < 0 && Window.activeFocusItem === list)
         enter()
+    Keys.onTabPressed: event => {
+        const entered = currentIndex >= 0;
+        if (!entered)
+            enter();
+        event.accepted = !entered && currentIndex >= 0;
+    }
 
     Keys.onPressed: event => {
         const page = Math.max(1, Math.floor(height / (currentItem ? currentItem.height + spacing : 60)) - 1);
@@ -136,6 +143,13 @@ ListView {
             list.scroll(last - translation.y);
             last = translation.y;
         }
+    }
+
+    // The list itself has the focus when it has no row to give it to.
+    FocusRing {
+        parent: list
+        visible: list.marksFocus && list.activeFocus && !list.currentItem
+        anchors.margins: 4
     }
 
     T.ScrollBar.vertical: ThinScrollBar {}

@@ -26,7 +26,15 @@ ModalCard {
     height: body.implicitHeight + 48
     Accessible.role: Accessible.Dialog
     Accessible.name: controller.resultAlertTitle
-    Accessible.description: result.outcomeLabel
+    Accessible.description: controller.resultAlertMessage
+    Accessible.focusable: true
+
+    // It is announced itself; its button takes over once the result can have been seen, so that a Return which
+    // was meant for something else does not dismiss it.
+    focus: true
+    readonly property bool seen: state_.input.settled
+    onSeenChanged: if (seen && focus)
+        ok.forceActiveFocus(Qt.PopupFocusReason)
 
     Column {
         id: body
@@ -89,23 +97,33 @@ ModalCard {
             height: 16
         }
 
-        LineListView {
-            id: messages
+        // The list cuts off what lies outside of it, such as the mark of its focus.
+        Item {
+            id: messageArea
 
-            // The scroll bar stands beside the text.
-            width: parent.width + 16
-            height: modal.messagesHeight
-            leftMargin: 0
-            rightMargin: 16
-            topMargin: 0
-            bottomMargin: 0
-            following: false
-            cacheBuffer: 2000
-            lineFont: Typography.detail
-            lineHeight: 1.3
-            model: modal.result.messageLines
-            selection: modal.result.messageSelection
-            Accessible.name: qsTr("Message")
+            width: parent.width
+            height: messages.height
+
+            LineListView {
+                id: messages
+
+                // The scroll bar stands beside the text.
+                width: parent.width + 16
+                height: modal.messagesHeight
+                leftMargin: 0
+                rightMargin: 16
+                topMargin: 0
+                bottomMargin: 0
+                following: false
+                cacheBuffer: 2000
+                lineFont: Typography.detail
+                lineHeight: 1.3
+                model: modal.result.messageLines
+                selection: modal.result.messageSelection
+                markArea: messageArea
+                markMargin: -7
+                Accessible.name: qsTr("Message")
+            }
         }
 
         Item {
@@ -115,6 +133,8 @@ ModalCard {
         }
 
         Rectangle {
+            id: plate
+
             visible: errors.count > 0
             width: parent.width
             height: errors.height + 16
@@ -124,6 +144,7 @@ ModalCard {
             LineListView {
                 id: errors
 
+                markArea: plate
                 y: 8
                 width: parent.width
                 height: modal.errorsHeight
@@ -169,7 +190,6 @@ ModalCard {
             implicitHeight: 32
             sidePadding: 22
             kind: "primary"
-            focus: true
             text: qsTr("OK")
             onClicked: modal.dismiss()
         }

@@ -37,7 +37,7 @@ T.Switch {
 
         FocusRing {
             around: 10
-            visible: control.visualFocus
+            visible: control.activeFocus && KeyboardUse.current
         }
     }
 

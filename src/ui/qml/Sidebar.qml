@@ -6,6 +6,9 @@ Rectangle {
 
     required property ContentViewState state_
 
+    // The row of the pane that is shown.
+    readonly property Item selectedItem: panes.itemAt(state_.selectedRow)
+
     color: WarmPalette.sidebar
 
     WindowMover {
@@ -128,7 +131,7 @@ Rectangle {
 
         FocusRing {
             around: 8
-            visible: selfUninstall.visualFocus
+            visible: selfUninstall.activeFocus && KeyboardUse.current
         }
 
         Icon {

@@ -8,6 +8,8 @@ Pressable {
     required property string iconName
     required property bool isSelected
 
+    readonly property bool visualFocus: activeFocus && KeyboardUse.current
+
     implicitHeight: 36
     text: title
     // What has the focus cannot cease to be a tab stop.

@@ -30,6 +30,7 @@ class KeyboardAlone(Case):
         self.screen.wait("push button", "Uninstall", states=["enabled"])
         self.display.key("Return")
         self.result("Uninstallation Completed")
+        self.screen.wait("push button", "OK", states=["focused"])
         self.display.key("Return")
         self.screen.wait_gone("dialog")
 

@@ -165,6 +165,22 @@ class RowsTakeTheFocusInPlace(LongListCase):
         self.close()
 
 
+class SecondClickOfTwo(LongListCase):
+    """The second click of a double click on a modal's button reaches nothing below it."""
+
+    def test_cancel(self):
+        names = self.wholly_in_sight(self.rows())
+        self.display.click(*self.button(names[0]).middle)
+        self.expect_confirmation_of(names[0])
+        x, y = self.screen.wait("push button", "Cancel").middle
+        self.display.run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "60", "1")
+        self.screen.wait_gone("dialog")
+        # Had it reached the row below, the arrow key would go on from there.
+        self.display.key("Down")
+        self.screen.wait("list item", names[1], states=["focused"])
+        self.close()
+
+
 class PressInTheDockerList(DockerCase):
     """The same for Docker's images; the arrow keys stop at containers and images alone."""
 

@@ -6,6 +6,7 @@ import subprocess
 
 from . import processes, x11
 from .settings import current
+from .waiting import wait_for
 
 WINDOW_TITLE = "Zentrill - Environment Cleaner"
 _SIZE = "1280x900x24"
@@ -61,6 +62,21 @@ class Display:
         """Turns the wheel over a point, away from the person where `notches` is negative."""
         self.run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", str(abs(notches)), "--delay", "15",
                  "5" if notches > 0 else "4")
+
+    def press_key(self, key, repeats=0):
+        """Holds a key down until the server has repeated it that often in the program's window."""
+        self._presses = x11.KeyPresses(self.name, self.window())
+        self.run("xdotool", "keydown", key)
+        self.wait_for_repeats(repeats)
+
+    def wait_for_repeats(self, repeats):
+        """So many repetitions of the held key, from now on."""
+        before = self._presses.count()
+        wait_for(lambda: self._presses.count() >= before + repeats, f"{repeats} repetitions of a held key")
+
+    def release_key(self, key):
+        self.run("xdotool", "keyup", key)
+        self._presses.end()
 
     def window(self):
         """The number of the program's window, or nothing."""

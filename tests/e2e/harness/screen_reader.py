@@ -115,6 +115,7 @@ def _fits(element, states, **texts):
 class ScreenReader:
     def __init__(self):
         Atspi.init()
+        self._listeners = []
         # What another process shows changes without notice to this one.
         Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)
 
@@ -169,6 +170,31 @@ class ScreenReader:
         """The innermost thing that has the focus."""
         found = self.find_all(states=["focused"])
         return found[-1] if found else None
+
+    def listen(self, *kinds):
+        """Hears the program's events of these kinds from now on. Returns a function that tells all that came so far,
+        each as its kind, and role and name of what it is about."""
+        heard = []
+
+        def note(event):
+            try:
+                if event.source.get_application().get_name() == APPLICATION:
+                    heard.append((event.type, event.source.get_role_name(), event.source.get_name()))
+            except GLib.Error:
+                pass  # It is gone already.
+
+        listener = Atspi.EventListener.new(note)
+        for kind in kinds:
+            listener.register(kind)
+        self._listeners.append(listener)
+
+        def so_far():
+            context = GLib.MainContext.default()
+            while context.iteration(False):
+                pass
+            return heard
+
+        return so_far
 
     def describe(self):
         """Everything on the bus, one line each."""

@@ -1,0 +1,174 @@
+#include "ui/InputGuard.h"
+
+#include "support/EventLoop.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QSignalSpy>
+#include <QStyleHints>
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace zentrill {
+namespace {
+
+using Surface = InputGuard::Surface;
+
+class InputGuardTest : public ::testing::Test {
+protected:
+    [[nodiscard]] bool key(QEvent::Type type, int key, bool repeated = false) {
+        return guard_.admits(QKeyEvent(type, key, Qt::NoModifier, {}, repeated));
+    }
+
+    [[nodiscard]] bool press(int pressed) { return key(QEvent::KeyPress, pressed); }
+
+    [[nodiscard]] bool repeat(int held) { return key(QEvent::KeyPress, held, true); }
+
+    [[nodiscard]] bool release(int released) { return key(QEvent::KeyRelease, released); }
+
+    /// Press and release, which share their fate.
+    [[nodiscard]] bool type(int typed) {
+        const bool admitted = press(typed);
+        EXPECT_EQ(release(typed), admitted);
+        return admitted;
+    }
+
+    [[nodiscard]] bool click(int x) {
+        const QPointF place(x, 10);
+        return guard_.admits(QMouseEvent(QEvent::MouseButtonPress, place, place, Qt::LeftButton,
+                                         Qt::LeftButton, Qt::NoModifier));
+    }
+
+    void show(Surface surface) {
+        guard_.setSurface(surface);
+        guard_.noteFrame();
+    }
+
+    void pass(std::chrono::milliseconds time) { now_ += time; }
+
+    [[nodiscard]] static std::chrono::milliseconds doubleClick() {
+        return std::chrono::milliseconds(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    }
+
+    InputGuard::TimePoint now_{std::chrono::hours(1)};
+    InputGuard guard_{[this] { return now_; }};
+};
+
+TEST_F(InputGuardTest, admitsEverythingInAWindowWithoutModals) {
+    EXPECT_TRUE(guard_.isSettled());
+    for (int times = 0; times < 3; ++times) {
+        EXPECT_TRUE(type(Qt::Key_Return));
+        EXPECT_TRUE(click(10));
+    }
+    EXPECT_TRUE(press(Qt::Key_Down));
+    EXPECT_TRUE(repeat(Qt::Key_Down));
+    EXPECT_TRUE(press(Qt::Key_Space));
+    EXPECT_TRUE(release(Qt::Key_Down));
+    EXPECT_TRUE(release(Qt::Key_Space));
+}
+
+TEST_F(InputGuardTest, dropsAKeyThatIsHeldUntilItIsPressedAnew) {
+    show(Surface::confirmation);
+    EXPECT_TRUE(press(Qt::Key_Return));
+    show(Surface::window);
+    EXPECT_FALSE(repeat(Qt::Key_Return));
+    pass(doubleClick());
+    EXPECT_FALSE(repeat(Qt::Key_Return));
+    EXPECT_FALSE(release(Qt::Key_Return));
+    pass(doubleClick());
+    EXPECT_TRUE(press(Qt::Key_Return));
+    EXPECT_TRUE(repeat(Qt::Key_Return));
+    EXPECT_TRUE(release(Qt::Key_Return));
+}
+
+TEST_F(InputGuardTest, dropsTheKeyThatClosedAModalWhileItIsPressedAgainAtOnce) {
+    show(Surface::confirmation);
+    EXPECT_TRUE(type(Qt::Key_Return));
+    show(Surface::window);
+    for (int times = 0; times < 5; ++times) {
+        pass(doubleClick() / 2);
+        EXPECT_FALSE(type(Qt::Key_Return));
+    }
+    EXPECT_TRUE(type(Qt::Key_Down)) << "another key is another matter";
+}
+
+TEST_F(InputGuardTest, takesTheKeyThatClosedAModalAfterAPause) {
+    show(Surface::confirmation);
+    EXPECT_TRUE(type(Qt::Key_Return));
+    show(Surface::window);
+    pass(doubleClick() / 2);
+    EXPECT_FALSE(type(Qt::Key_Return));
+    pass(doubleClick());
+    EXPECT_TRUE(type(Qt::Key_Return));
+    EXPECT_TRUE(type(Qt::Key_Return));
+}
+
+TEST_F(InputGuardTest, takesNothingBeforeTheWindowWithoutTheModalIsShown) {
+    show(Surface::confirmation);
+    guard_.setSurface(Surface::window);
+    EXPECT_FALSE(guard_.isSettled());
+    EXPECT_FALSE(type(Qt::Key_Space));
+    EXPECT_FALSE(click(10));
+    QSignalSpy settled(&guard_, &InputGuard::settledChanged);
+    guard_.noteFrame();
+    guard_.noteFrame();
+    EXPECT_EQ(settled.count(), 1);
+    EXPECT_TRUE(type(Qt::Key_Space));
+    EXPECT_TRUE(click(10));
+}
+
+TEST_F(InputGuardTest, takesTheFirstDigitOfACodeAtOnce) {
+    guard_.setSurface(Surface::confirmation);
+    EXPECT_TRUE(type(Qt::Key_4));
+}
+
+TEST_F(InputGuardTest, showsAResultBeforeItCanBeDismissed) {
+    guard_.setSurface(Surface::result);
+    EXPECT_FALSE(type(Qt::Key_Return));
+    guard_.noteFrame();
+    for (const int any : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space}) {
+        EXPECT_FALSE(type(any));
+    }
+    EXPECT_FALSE(click(10));
+    EXPECT_FALSE(guard_.isSettled());
+    ASSERT_TRUE(test::waitUntil([this] { return guard_.isSettled(); }));
+    EXPECT_TRUE(type(Qt::Key_Return));
+}
+
+TEST_F(InputGuardTest, waitsWithAResultUntilTheKeyOfTheConfirmationRests) {
+    show(Surface::confirmation);
+    EXPECT_TRUE(type(Qt::Key_Return));
+    show(Surface::window);
+    show(Surface::result);
+    EXPECT_FALSE(type(Qt::Key_Return));
+    ASSERT_TRUE(test::waitUntil([this] { return guard_.isSettled(); }));
+    // From here on it counts, even though the test's own clock stood still meanwhile.
+    EXPECT_TRUE(type(Qt::Key_Return));
+}
+
+TEST_F(InputGuardTest, dropsTheSecondOfTwoClicks) {
+    show(Surface::confirmation);
+    EXPECT_TRUE(click(10));
+    show(Surface::window);
+    pass(doubleClick() / 2);
+    EXPECT_FALSE(click(11));
+    EXPECT_TRUE(click(200)) << "somewhere else";
+    show(Surface::confirmation);
+    EXPECT_TRUE(click(300));
+    show(Surface::window);
+    pass(doubleClick());
+    EXPECT_TRUE(click(300));
+}
+
+TEST_F(InputGuardTest, forgetsKeysThatMayBeLetGoUnseen) {
+    EXPECT_TRUE(press(Qt::Key_Space));
+    guard_.forgetHeldKeys();
+    EXPECT_FALSE(repeat(Qt::Key_Space));
+    EXPECT_TRUE(press(Qt::Key_Space));
+    EXPECT_TRUE(repeat(Qt::Key_Space));
+}
+
+} // namespace
+} // namespace zentrill
