@@ -6,7 +6,7 @@ namespace zentrill {
 
 /// What became of one item.
 struct DeletionOutcome {
-    DeletionRecord record{};
+    DeletionRecord record;
     /// Whether the item itself is still there.
     bool left = false;
 };

@@ -16,9 +16,9 @@ struct DeletionRecord {
     };
 
     /// With a shield, every removal, kept item and failure; otherwise empty.
-    DeletionReport report{};
+    DeletionReport report;
     std::size_t removedCount = 0;
-    std::optional<Failure> firstFailure{};
+    std::optional<Failure> firstFailure;
     /// Folders that were left to another thread, and done by it.
     std::size_t foldersOfOthers = 0;
 

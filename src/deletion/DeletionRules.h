@@ -16,8 +16,8 @@ struct DeletionRules {
     bool preserveUnrecognized = false;
     /// When set, an item that it refuses stays unmentioned, with its contents and the folders above it.
     /// Called from the thread of `DeletionWalk::run` alone: with it the walk takes no others.
-    std::function<bool(const std::string& path)> mayRemove{};
-    DeletionConcurrency concurrency{};
+    std::function<bool(const std::string& path)> mayRemove;
+    DeletionConcurrency concurrency;
 };
 
 } // namespace zentrill
