@@ -5,8 +5,10 @@
 #include "deletion/SafeDeletionEngine.h"
 #include "deletion/SelfUninstallService.h"
 #include "docker/DockerExecutableLocator.h"
+#include "platform/BundleLocation.h"
 #include "platform/FileSystem.h"
 #include "platform/HomeDirectory.h"
+#include "platform/Paths.h"
 #include "process/Environment.h"
 #include "process/ShellCommandRunner.h"
 #include "ui/ContentView.h"
@@ -40,8 +42,8 @@ std::string preferencesFile() {
     return home.empty() ? std::string() : SelfUninstallService().ownedDataURLs(home).front();
 }
 
-/// A cleaner must not litter: no compiled QML, no shader cache, no desktop plug-in that keeps files of its
-/// own, no message bus started for it, no folder made up for one.
+/// A cleaner must not litter: no compiled QML, no shader cache, no font cache, no desktop plug-in that keeps
+/// files of its own, no message bus started for it, no folder made up for one.
 void keepQtFromWritingFiles() {
     const std::string runtimeFolder = qgetenv("XDG_RUNTIME_DIR").toStdString();
     if (runtimeFolder.empty()) {
@@ -55,6 +57,10 @@ void keepQtFromWritingFiles() {
     // The views are compiled ahead. Were the cache disabled, they would be compiled again at every start.
     qputenv("QML_DISK_CACHE_PATH", "/dev/null");
     qputenv("QT_QPA_PLATFORMTHEME", "generic");
+    const std::string fonts = paths::appending(bundleLocation(), "Contents/Resources/fonts.conf");
+    if (qEnvironmentVariableIsEmpty("FONTCONFIG_FILE") && FileSystem::shared().fileExists(fonts)) {
+        qputenv("FONTCONFIG_FILE", QByteArray::fromStdString(fonts));
+    }
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication::setDesktopSettingsAware(false);
 }
