@@ -151,6 +151,7 @@ class PrivateEngine:
         return 0
 
     def _stop(self):
+        _thaw(self._folder.name)
         # The first process of the namespaces is reaped when all of the others have ended.
         if self._namespaces and self._namespaces.poll() is None:
             os.kill(self._first_process() or self._namespaces.pid, signal.SIGKILL)
@@ -180,15 +181,28 @@ def _remove_leftovers(parent):
             os.close(descriptor)
 
 
+def _groups(name):
+    """What bears the engine's name in each hierarchy of control groups, where the system has several."""
+    return [*_GROUPS.glob(name), *_GROUPS.glob(f"*/{name}")]
+
+
+def _thaw(name):
+    """Somebody may have paused a container: it could not be ended before it goes on."""
+    for top in _groups(name):
+        for kind, value in (("freezer.state", "THAWED"), ("cgroup.freeze", "0")):
+            for state in (*top.glob(kind), *top.rglob(kind)):
+                with contextlib.suppress(OSError):
+                    state.write_text(value)
+
+
 def _remove(folder):
     """The folder, and the control groups of its name, which outlive their processes and the engine: only who made
-    them removes them. They stand in each hierarchy where the system has several."""
+    them removes them."""
     for _ in range(100):
         try:
-            for pattern in (folder.name, f"*/{folder.name}"):
-                for top in _GROUPS.glob(pattern):
-                    for group, _, _ in os.walk(top, topdown=False):
-                        os.rmdir(group)
+            for top in _groups(folder.name):
+                for group, _, _ in os.walk(top, topdown=False):
+                    os.rmdir(group)
             break
         except OSError:
             # Busy until the last of the processes is reaped.
