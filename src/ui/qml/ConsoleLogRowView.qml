@@ -15,6 +15,8 @@ Item {
     required property int selectionStart
     required property int selectionEnd
 
+    // Not with the text's own signal, which a selection gives as well.
+    onEntryChanged: Qt.callLater(line.showSelection)
     onSelectionStartChanged: line.showSelection()
     onSelectionEndChanged: line.showSelection()
 
@@ -69,7 +71,6 @@ Item {
             document: line.textDocument
         }
 
-        onTextChanged: showSelection()
         Component.onCompleted: showSelection()
     }
 }
