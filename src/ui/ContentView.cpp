@@ -74,6 +74,11 @@ void ContentView::reportFailure(const QUrl& file) {
     QMetaObject::invokeMethod(this, [this, reason] { Q_EMIT failed(reason); }, Qt::QueuedConnection);
 }
 
+bool ContentView::event(QEvent* event) {
+    // The items get presses of the pointer from here, before the window's own handlers are asked.
+    return isStalePress(*event) || QQuickView::event(event);
+}
+
 void ContentView::keyPressEvent(QKeyEvent* event) {
     setKeyboardUsed(true);
     if (state_->input()->admits(*event)) {
@@ -87,23 +92,19 @@ void ContentView::keyReleaseEvent(QKeyEvent* event) {
     }
 }
 
-void ContentView::mousePressEvent(QMouseEvent* event) {
-    setKeyboardUsed(false);
-    pressAdmitted_ = state_->input()->admits(*event);
-    if (pressAdmitted_) {
-        QQuickView::mousePressEvent(event);
-    }
-}
-
-void ContentView::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (pressAdmitted_) {
-        QQuickView::mouseDoubleClickEvent(event);
-    }
-}
-
 void ContentView::focusOutEvent(QFocusEvent* event) {
     state_->input()->forgetHeldKeys();
     QQuickView::focusOutEvent(event);
+}
+
+bool ContentView::isStalePress(const QEvent& event) {
+    if (event.type() == QEvent::MouseButtonPress) {
+        setKeyboardUsed(false);
+        pressAdmitted_ = state_->input()->admits(static_cast<const QMouseEvent&>(event));
+    }
+    const bool isPress =
+        event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick;
+    return isPress && !pressAdmitted_;
 }
 
 void ContentView::setKeyboardUsed(bool used) {

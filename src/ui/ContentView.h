@@ -33,16 +33,17 @@ Q_SIGNALS:
     void failed(const QString& reason);
 
 protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
     /// Looks up why that file cannot be loaded, and says so once the event loop runs.
     void reportFailure(const QUrl& file);
     void setKeyboardUsed(bool used);
+    /// Whether this is the press of a mouse button that was meant for what was there before.
+    [[nodiscard]] bool isStalePress(const QEvent& event);
 
     std::unique_ptr<UninstallerViewModel> controller_;
     std::unique_ptr<ContentViewState> state_;

@@ -5,17 +5,10 @@
 #include <QMouseEvent>
 #include <QStyleHints>
 
-#include <algorithm>
-#include <utility>
-
 namespace zentrill {
 
-InputGuard::InputGuard(Clock clock, QObject* parent) : QObject(parent), clock_(std::move(clock)) {
-    if (!clock_) {
-        clock_ = [] { return std::chrono::steady_clock::now(); };
-    }
+InputGuard::InputGuard(QObject* parent) : QObject(parent) {
     settling_.setSingleShot(true);
-    settling_.setTimerType(Qt::PreciseTimer);
     connect(&settling_, &QTimer::timeout, this, &InputGuard::settle);
 }
 
@@ -27,10 +20,10 @@ void InputGuard::setSurface(Surface surface) {
     settling_.stop();
     stale_ = held_;
     if (lastKey_) {
-        lastKey_->ofFormerSurface = isRecent(lastKey_->time);
+        lastKey_->ofFormerSurface = true;
     }
     if (lastClick_) {
-        lastClick_->ofFormerSurface = isRecent(lastClick_->time);
+        lastClick_->ofFormerSurface = true;
     }
     // A confirmation asks for a code, which nobody has typed by mistake.
     awaitsFrame_ = surface_ != Surface::confirmation;
@@ -43,7 +36,7 @@ void InputGuard::noteFrame() {
     }
     awaitsFrame_ = false;
     if (surface_ == Surface::result) {
-        settleAfterPause();
+        startSettling();
     } else {
         setSettled(true);
     }
@@ -55,7 +48,7 @@ bool InputGuard::admits(const QKeyEvent& event) {
         return held_.contains(key) && !stale_.contains(key);
     }
     if (event.type() == QEvent::KeyPress) {
-        const bool admitted = admitsPress(key);
+        const bool admitted = admitsPress(key, event.timestamp());
         held_.insert(key);
         if (admitted) {
             stale_.erase(key);
@@ -65,14 +58,22 @@ bool InputGuard::admits(const QKeyEvent& event) {
         return admitted;
     }
     if (lastKey_ && lastKey_->what == key) {
-        lastKey_->time = clock_(); // What counts is how soon after its release it is pressed again.
+        lastKey_->time = event.timestamp(); // What counts is how soon after its release it is pressed again.
     }
     held_.erase(key);
     return stale_.erase(key) == 0;
 }
 
 bool InputGuard::admits(const QMouseEvent& press) {
-    return admitsClick(press.globalPosition().toPoint());
+    const QPoint place = press.globalPosition().toPoint();
+    const int reach = QGuiApplication::styleHints()->mouseDoubleClickDistance();
+    const bool isSecond = lastClick_ && lastClick_->goesOnAt(press.timestamp()) &&
+                          (place - lastClick_->what).manhattanLength() <= reach;
+    if (isSecond || !settled_) {
+        return false;
+    }
+    lastClick_ = {.what = place, .time = press.timestamp()};
+    return true;
 }
 
 void InputGuard::forgetHeldKeys() {
@@ -80,31 +81,18 @@ void InputGuard::forgetHeldKeys() {
     stale_.clear();
 }
 
-bool InputGuard::admitsPress(KeyCode key) {
-    const bool repeatsFormer =
-        lastKey_ && lastKey_->ofFormerSurface && lastKey_->what == key && isRecent(lastKey_->time);
-    if (repeatsFormer) {
-        lastKey_->time = clock_();
+bool InputGuard::admitsPress(KeyCode key, Timestamp time) {
+    if (lastKey_ && lastKey_->what == key && lastKey_->goesOnAt(time)) {
+        lastKey_->time = time;
         if (settling_.isActive()) {
-            settleAfterPause();
+            startSettling();
         }
         return false;
     }
     if (!settled_) {
         return false;
     }
-    lastKey_ = {.what = key, .time = clock_()};
-    return true;
-}
-
-bool InputGuard::admitsClick(QPoint place) {
-    const int reach = QGuiApplication::styleHints()->mouseDoubleClickDistance();
-    const bool repeatsFormer = lastClick_ && lastClick_->ofFormerSurface && isRecent(lastClick_->time) &&
-                               (place - lastClick_->what).manhattanLength() <= reach;
-    if (repeatsFormer || !settled_) {
-        return false;
-    }
-    lastClick_ = {.what = place, .time = clock_()};
+    lastKey_ = {.what = key, .time = time};
     return true;
 }
 
@@ -115,13 +103,8 @@ void InputGuard::settle() {
     setSettled(true);
 }
 
-void InputGuard::settleAfterPause() {
-    std::chrono::milliseconds wait = reactionTime;
-    if (lastKey_ && lastKey_->ofFormerSurface) {
-        wait =
-            std::max(wait, std::chrono::ceil<std::chrono::milliseconds>(lastKey_->time + pause() - clock_()));
-    }
-    settling_.start(wait);
+void InputGuard::startSettling() {
+    settling_.start(static_cast<int>(pause()));
 }
 
 void InputGuard::setSettled(bool settled) {
@@ -136,8 +119,8 @@ InputGuard::KeyCode InputGuard::code(const QKeyEvent& event) {
     return event.nativeScanCode() != 0 ? event.nativeScanCode() : static_cast<KeyCode>(event.key());
 }
 
-std::chrono::milliseconds InputGuard::pause() {
-    return std::chrono::milliseconds(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+quint64 InputGuard::pause() {
+    return static_cast<quint64>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
 }
 
 } // namespace zentrill

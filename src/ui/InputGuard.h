@@ -5,8 +5,6 @@
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
-#include <chrono>
-#include <functional>
 #include <optional>
 #include <unordered_set>
 
@@ -23,8 +21,8 @@ namespace zentrill {
 ///  - A key that is down while a modal opens or closes counts again once it was let go and pressed anew.
 ///  - After a modal closed, nothing counts before the window without it is on the screen; nor does the key
 ///    that closed it while it is pressed again as fast as a double click, nor the second click of one.
-///  - A result takes neither keys nor clicks before it was in sight long enough to be seen, and before the
-///    key that led to it has come to rest.
+///  - A result takes neither keys nor clicks before it was in sight for the time of a double click, in which
+///    nobody has seen it, and before the key that led to it has come to rest.
 class InputGuard : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -36,14 +34,7 @@ public:
     /// What lies on top and takes the input.
     enum class Surface { window, confirmation, result };
 
-    using TimePoint = std::chrono::steady_clock::time_point;
-    using Clock = std::function<TimePoint()>;
-
-    /// Nobody reacts faster to what comes into sight.
-    static constexpr std::chrono::milliseconds reactionTime{250};
-
-    /// `clock` tells the present time; the system's steady clock without one.
-    explicit InputGuard(Clock clock = {}, QObject* parent = nullptr);
+    explicit InputGuard(QObject* parent = nullptr);
 
     [[nodiscard]] bool isSettled() const { return settled_; }
 
@@ -65,28 +56,29 @@ Q_SIGNALS:
 
 private:
     using KeyCode = quint32;
+    /// In milliseconds; events tell when they came from the person, however late they are read.
+    using Timestamp = quint64;
 
     /// The last press of one key or place, and whether what follows it as fast as a double click belongs to
     /// it: it was made for another surface.
     template <typename What>
     struct LastPress {
         What what{};
-        TimePoint time;
+        Timestamp time = 0;
         bool ofFormerSurface = false;
+
+        [[nodiscard]] bool goesOnAt(Timestamp now) const { return ofFormerSurface && now < time + pause(); }
     };
 
     [[nodiscard]] static KeyCode code(const QKeyEvent& event);
-    [[nodiscard]] static std::chrono::milliseconds pause();
+    /// Presses that are so many milliseconds apart do not belong together.
+    [[nodiscard]] static quint64 pause();
 
-    [[nodiscard]] bool isRecent(TimePoint press) const { return clock_() - press < pause(); }
-
-    [[nodiscard]] bool admitsPress(KeyCode key);
-    [[nodiscard]] bool admitsClick(QPoint place);
+    [[nodiscard]] bool admitsPress(KeyCode key, Timestamp time);
     void settle();
-    void settleAfterPause();
+    void startSettling();
     void setSettled(bool settled);
 
-    Clock clock_;
     Surface surface_ = Surface::window;
     bool settled_ = true;
     bool awaitsFrame_ = false;
