@@ -1,6 +1,9 @@
 // Deleting whole trees against `rm -rf`, and what the shield costs.
 //
 //     bench_deletion [folder in memory [folder on disk]]
+//
+// The folders are its own, in /dev/shm and $TMPDIR. Others must be given to it: zentrill-confine --write
+// FOLDER ...
 
 #include "BenchRun.h"
 #include "deletion/SafeDeletionEngine.h"
@@ -125,8 +128,8 @@ int main(int argc, char** argv) {
     if (argc == 4 && arguments[1] == "--delete") {
         return deleteOnce(arguments[2], arguments[3]);
     }
-    const std::string memory = makeFolder(argc > 1 ? arguments[1] : "/dev/shm");
-    const std::string disk = makeFolder(argc > 2 ? arguments[2] : "/var/tmp");
+    const std::string memory = makeFolder(argc > 1 ? arguments[1] : std::getenv("ZENTRILL_MEMORY"));
+    const std::string disk = makeFolder(argc > 2 ? arguments[2] : std::getenv("TMPDIR"));
     const Bench bench("/proc/self/exe");
     bench.againstRm("deletion.tree-200k-memory", memory, 400, 500, 9);
     bench.againstRm("deletion.one-folder-400k-memory", memory, 1, 400000, 5);

@@ -3,6 +3,8 @@
 // takes.
 
 #include "LogTrial.h"
+#include "VirtualScreen.h"
+#include "support/confinement/Confinement.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -91,7 +93,9 @@ bool passesApart(const Trial& trial) {
 
 int main(int argc, char** argv) {
     using namespace zentrill::bench;
+    const VirtualScreen screen;
+    zentrill::confinement::confineOrEnd();
     const bool alone = passesApart([&] { return passesWithoutWindow(argc, argv); });
-    const bool shown = passesWithWindow();
+    const bool shown = passesWithWindow(screen.display());
     return alone && shown ? EXIT_SUCCESS : EXIT_FAILURE;
 }

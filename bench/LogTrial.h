@@ -29,7 +29,7 @@ bool reportLimit(const std::string& bench, double ours, double limit);
 /// Whether no turn of the main thread took longer than a person would notice.
 bool reportTurns(const std::string& bench, const Heartbeat& heartbeat);
 
-/// The trials with the window that shows the log; on a display of their own.
-[[nodiscard]] bool passesWithWindow();
+/// The trials with the window that shows the log, on this display.
+[[nodiscard]] bool passesWithWindow(const std::string& display);
 
 } // namespace zentrill::bench

@@ -2,6 +2,7 @@
 // the memory of the program with its window shown and a scan of 2,000 model files done.
 #include "Comparison.h"
 #include "VirtualScreen.h"
+#include "support/confinement/Confinement.h"
 
 #include <array>
 #include <cerrno>
@@ -142,6 +143,8 @@ void makeModels(const fs::path& home) {
 int main() {
     const std::string ours = ZENTRILL_PROGRAM;
     const std::string bare = ZENTRILL_BARE_WINDOW;
+    const VirtualScreen screen;
+    zentrill::confinement::confineOrEnd();
     std::string pattern = (fs::temp_directory_path() / "zentrill-startup-XXXXXX").string();
     if (::mkdtemp(pattern.data()) == nullptr) {
         fail("mkdtemp");
@@ -150,7 +153,6 @@ int main() {
     makeModels(home);
     bool passed = true;
     {
-        const VirtualScreen screen;
         std::vector<double> oursSeconds;
         std::vector<double> theirsSeconds;
         for (int pair = 0; pair < pairs; ++pair) {

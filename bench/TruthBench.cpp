@@ -2,14 +2,12 @@
 //
 //     bench_truth [--long | <number of trees>] [<first seed>]
 
-#include "support/ReadOnlyMachine.h"
 #include "truth/TruthTrial.h"
 
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,10 +18,6 @@ int main(int argc, char** argv) {
         count = arguments[1] == "--long" ? 1000000 : std::strtoull(argv[1], nullptr, 10);
     }
     const std::uint64_t first = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1;
-    std::optional<zentrill::test::ReadOnlyMachine> machine;
-    if (zentrill::test::ReadOnlyMachine::possible()) {
-        machine.emplace();
-    }
     const auto begin = std::chrono::steady_clock::now();
     constexpr std::uint64_t step = 10000;
     for (std::uint64_t done = 0; done < count; done += step) {

@@ -39,8 +39,8 @@ constexpr std::size_t colourEntrySize = 12;
 } // namespace
 
 VirtualScreen::VirtualScreen() {
-    folder_ = (std::filesystem::temp_directory_path() / "zentrill-screen-XXXXXX").string();
-    if (::mkdtemp(folder_.data()) == nullptr) {
+    std::string folder = (std::filesystem::temp_directory_path() / "zentrill-screen-XXXXXX").string();
+    if (::mkdtemp(folder.data()) == nullptr) {
         fail("mkdtemp");
     }
     std::array<int, 2> number{};
@@ -57,7 +57,7 @@ VirtualScreen::VirtualScreen() {
         ::close(STDERR_FILENO);
         ::open("/dev/null", O_WRONLY);
         ::execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x900x24", "-nolisten",
-                 "tcp", "-noreset", "-fbdir", folder_.c_str(), nullptr);
+                 "tcp", "-noreset", "-fbdir", folder.c_str(), nullptr);
         ::_exit(127);
     }
     ::close(number[1]);
@@ -72,7 +72,7 @@ VirtualScreen::VirtualScreen() {
     ::close(number[0]);
     display_.append(1, ':').append(std::to_string(std::atoi(text.c_str())));
 
-    const std::string file = folder_ + "/Xvfb_screen0";
+    const std::string file = folder + "/Xvfb_screen0";
     const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
     struct stat status{};
     if (descriptor < 0 || ::fstat(descriptor, &status) != 0) {
@@ -88,13 +88,14 @@ VirtualScreen::VirtualScreen() {
     pixelsOffset_ =
         headerField(picture_, headerSizeField) + colourEntrySize * headerField(picture_, colourCountField);
     bytesPerLine_ = headerField(picture_, bytesPerLineField);
+    // Both sides have the file open, and who confines itself later cannot remove it any more.
+    std::error_code ignored;
+    std::filesystem::remove_all(folder, ignored);
 }
 
 VirtualScreen::~VirtualScreen() {
     ::kill(server_, SIGTERM);
     ::waitpid(server_, nullptr, 0);
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
 }
 
 std::uint32_t VirtualScreen::pixel(std::size_t x, std::size_t y) const {

@@ -12,7 +12,8 @@ namespace zentrill::bench {
 /// neither side anything. Ends with the object.
 class VirtualScreen {
 public:
-    /// Starts `Xvfb` and waits for it; ends the benchmark when it cannot be started. 1280 × 900 pixels.
+    /// Starts `Xvfb` and waits for it; ends the benchmark when it cannot be started. 1280 × 900 pixels. The
+    /// server needs /tmp: a benchmark with a screen confines itself only after this.
     VirtualScreen();
     ~VirtualScreen();
 
@@ -28,7 +29,6 @@ public:
     [[nodiscard]] std::uint32_t pixel(std::size_t x, std::size_t y) const;
 
 private:
-    std::string folder_;
     std::string display_;
     pid_t server_ = -1;
     const volatile unsigned char* picture_ = nullptr;

@@ -54,8 +54,9 @@ endfunction()
 
 # zentrill_test(<name> SOURCES <file>... LINK <library>... [HEADERS <header>...] [TIMEOUT <seconds>] [PREFIX <text>])
 #
-# Makes a GoogleTest program, with these headers precompiled along with the usual ones; CTest sees each of its tests. They are labelled with the folder at hand, all of whose
-# programs the target tests-<folder> builds.
+# Makes a GoogleTest program, with these headers precompiled along with the usual ones; CTest sees each of its tests.
+# They are labelled with the folder at hand, all of whose programs the target tests-<folder> builds. The program is
+# confined to folders of its own, and its tests are skipped where nothing confines it.
 function(zentrill_test name)
   cmake_parse_arguments(arg "" "TIMEOUT;PREFIX" "SOURCES;LINK;HEADERS" ${ARGN})
   if(NOT arg_TIMEOUT)
@@ -63,6 +64,9 @@ function(zentrill_test name)
   endif()
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE zentrill_flags zentrill_test_support ${arg_LINK})
+  if(TARGET zentrill_confined_tests)
+    target_link_libraries(${name} PRIVATE zentrill_confined_tests)
+  endif()
   zentrill_precompile_test_headers(${name} ${arg_HEADERS})
   get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
   if(NOT TARGET tests-${folder})
@@ -74,6 +78,6 @@ function(zentrill_test name)
     TEST_PREFIX "${arg_PREFIX}"
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS ${folder}
+    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS ${folder} SKIP_RETURN_CODE 77
   )
 endfunction()

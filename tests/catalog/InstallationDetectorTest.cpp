@@ -3,6 +3,7 @@
 #include "catalog/ApplicationDetectionRegistry.h"
 #include "platform/Paths.h"
 #include "support/ChildProcess.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>

@@ -20,4 +20,14 @@ std::optional<std::string> rungObstacle(confinement::Rung rung) {
     return std::nullopt;
 }
 
+std::vector<confinement::Rung> allowedRungs() {
+    std::vector<confinement::Rung> allowed;
+    for (const confinement::Rung rung : confinement::rungs) {
+        if (!rungObstacle(rung)) {
+            allowed.push_back(rung);
+        }
+    }
+    return allowed;
+}
+
 } // namespace zentrill::test

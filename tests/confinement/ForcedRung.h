@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zentrill::test {
 
@@ -13,5 +14,8 @@ void takeRung(confinement::Rung rung);
 
 /// Why this machine, or what confines the test program, does not allow the rung; nothing if it does.
 [[nodiscard]] std::optional<std::string> rungObstacle(confinement::Rung rung);
+
+/// Those that have no obstacle.
+[[nodiscard]] std::vector<confinement::Rung> allowedRungs();
 
 } // namespace zentrill::test

@@ -4,6 +4,7 @@
 #include "catalog/ApplicationDetectionRegistry.h"
 #include "platform/Paths.h"
 #include "support/ChildProcess.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>
@@ -259,12 +260,10 @@ TEST_F(ApplicationUninstallServiceTest, AFailureStopsNeitherTheOtherEntriesNorTh
     const std::string bundle = make("/Applications/VendorApp.app/Contents/Info.plist");
     const std::string cache = make("~/Library/Caches/com.vendor.app/file");
     for (const std::string& root : {home.path(), system.path()}) {
-        std::filesystem::permissions(root, std::filesystem::perms::all);
+        test::giveToOrdinaryUser(root);
     }
-    std::filesystem::permissions(expanded("~/Library/Caches"), std::filesystem::perms::all);
-    std::filesystem::permissions(expanded("~/Library/Caches/com.vendor.app"), std::filesystem::perms::all);
-    EXPECT_TRUE(test::passesInChild([&] {
-        test::becomeOrdinaryUser();
+    std::filesystem::permissions(std::filesystem::path(bundle).parent_path(), std::filesystem::perms(0555));
+    EXPECT_TRUE(test::passesAsOrdinaryUser([&] {
         const ApplicationUninstallResult result = uninstall("VendorApp", false);
         EXPECT_THAT(result.deletionReport.failures,
                     ElementsAre(StartsWith(expanded("/Applications/VendorApp.app") + ": "),

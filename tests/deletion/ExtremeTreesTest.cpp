@@ -1,9 +1,9 @@
-#include "Confinement.h"
 #include "DeletionCases.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "platform/FileDescriptor.h"
 #include "platform/SystemError.h"
 #include "support/ChildProcess.h"
+#include "support/MemoryFolder.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>

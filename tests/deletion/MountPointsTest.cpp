@@ -1,6 +1,7 @@
-#include "Confinement.h"
 #include "DeletionCases.h"
 #include "deletion/SafeDeletionEngine.h"
+#include "support/ChildProcess.h"
+#include "support/PrivateMounts.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -9,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <functional>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <string>
@@ -50,37 +52,47 @@ void forbidOpenat2(unsigned error) {
     ASSERT_EQ(errno, static_cast<int>(error));
 }
 
-/// Runs with each way to notice a mount point: openat2, and without it the look after opening.
-class MountPoints : public testing::TestWithParam<unsigned> {
+/// Each runs with every way to notice a mount point: openat2, and without it the look after opening.
+class MountPoints : public testing::Test {
 protected:
     void SetUp() override {
-        if (::geteuid() != 0) {
-            GTEST_SKIP() << "needs root to mount";
+        if (const auto obstacle = test::mountObstacle()) {
+            GTEST_SKIP() << *obstacle;
         }
     }
 
-    static void limit() {
-        if (GetParam() != 0) {
-            forbidOpenat2(GetParam());
+    /// Runs `body` in a child with mounts and a folder of its own, which it is to limit once all is mounted.
+    static void
+    eachWay(const std::function<void(const TemporaryDirectory&, const std::function<void()>&)>& body) {
+        for (const unsigned error : {0U, unsigned{ENOSYS}, unsigned{EPERM}}) {
+            SCOPED_TRACE(error == 0        ? "with openat2"
+                         : error == ENOSYS ? "on an older kernel"
+                                           : "in a sandbox");
+            const TemporaryDirectory folder;
+            EXPECT_TRUE(passesWithPrivateMounts([&] {
+                body(folder, [error] {
+                    if (error != 0) {
+                        forbidOpenat2(error);
+                    }
+                });
+            }));
         }
     }
-
-    TemporaryDirectory folder_;
 };
 
-TEST_P(MountPoints, AreNeverEnteredNorRemovedAndKeepTheFoldersAbove) {
-    EXPECT_TRUE(passesWithPrivateMounts([&] {
-        const std::string foreign = folder_.makeDirectory("tree/sub/foreign");
-        const std::string own = folder_.makeDirectory("tree/sub/own");
-        const std::string file = folder_.makeFile("tree/sub/file");
-        const std::string gone = folder_.makeFile("tree/sub/gone");
-        const std::string outside = folder_.makeFile("outside/data", "content");
-        ASSERT_EQ(::mount("none", foreign.c_str(), "tmpfs", 0, nullptr), 0);
-        folder_.makeFile("tree/sub/foreign/inside");
-        bindMount(folder_.path("outside"), own); // The device number does not change here.
+TEST_F(MountPoints, AreNeverEnteredNorRemovedAndKeepTheFoldersAbove) {
+    eachWay([](const TemporaryDirectory& folder, const std::function<void()>& limit) {
+        const std::string foreign = folder.makeDirectory("tree/sub/foreign");
+        const std::string own = folder.makeDirectory("tree/sub/own");
+        const std::string file = folder.makeFile("tree/sub/file");
+        const std::string gone = folder.makeFile("tree/sub/gone");
+        const std::string outside = folder.makeFile("outside/data", "content");
+        test::mountMemoryDisk(foreign);
+        folder.makeFile("tree/sub/foreign/inside");
+        bindMount(folder.path("outside"), own); // The device number does not change here.
         bindMount(outside, file);
         limit();
-        const std::string tree = folder_.path("tree");
+        const std::string tree = folder.path("tree");
         const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
         EXPECT_THAT(report.failures, UnorderedElementsAre(foreign + ": Device or resource busy",
                                                           own + ": Device or resource busy",
@@ -92,25 +104,25 @@ TEST_P(MountPoints, AreNeverEnteredNorRemovedAndKeepTheFoldersAbove) {
         EXPECT_TRUE(exists(foreign + "/inside"));
         EXPECT_TRUE(exists(outside));
         EXPECT_FALSE(exists(gone));
-    }));
+    });
 }
 
-TEST_P(MountPoints, AreNotRemovedWhenEmpty) {
-    EXPECT_TRUE(passesWithPrivateMounts([&] {
-        const std::string empty = folder_.makeDirectory("tree/empty");
-        ASSERT_EQ(::mount("none", empty.c_str(), "tmpfs", 0, nullptr), 0);
+TEST_F(MountPoints, AreNotRemovedWhenEmpty) {
+    eachWay([](const TemporaryDirectory& folder, const std::function<void()>& limit) {
+        const std::string empty = folder.makeDirectory("tree/empty");
+        test::mountMemoryDisk(empty);
         limit();
-        EXPECT_THAT(SafeDeletionEngine().deleteItem(folder_.path("tree"), shielded).failures,
+        EXPECT_THAT(SafeDeletionEngine().deleteItem(folder.path("tree"), shielded).failures,
                     ElementsAre(empty + ": Device or resource busy"));
         EXPECT_TRUE(exists(empty));
-    }));
+    });
 }
 
-TEST_P(MountPoints, AreRefusedAsTheItemItself) {
-    EXPECT_TRUE(passesWithPrivateMounts([&] {
-        const std::string item = folder_.makeDirectory("item");
-        const std::string inside = folder_.makeFile("outside/inside");
-        bindMount(folder_.path("outside"), item);
+TEST_F(MountPoints, AreRefusedAsTheItemItself) {
+    eachWay([](const TemporaryDirectory& folder, const std::function<void()>& limit) {
+        const std::string item = folder.makeDirectory("item");
+        const std::string inside = folder.makeFile("outside/inside");
+        bindMount(folder.path("outside"), item);
         limit();
         for (const DeletionOptions& options : {unshielded, shielded}) {
             const DeletionReport report = SafeDeletionEngine().deleteItem(item, options);
@@ -118,27 +130,20 @@ TEST_P(MountPoints, AreRefusedAsTheItemItself) {
             EXPECT_THAT(report.removed, IsEmpty());
         }
         EXPECT_TRUE(exists(inside));
-    }));
+    });
 }
 
-TEST_P(MountPoints, MayLieOnTheWayToTheItem) {
-    EXPECT_TRUE(passesWithPrivateMounts([&] {
-        const std::string volume = folder_.makeDirectory("volume");
-        ASSERT_EQ(::mount("none", volume.c_str(), "tmpfs", 0, nullptr), 0);
-        folder_.makeFile("volume/tree/sub/file");
+TEST_F(MountPoints, MayLieOnTheWayToTheItem) {
+    eachWay([](const TemporaryDirectory& folder, const std::function<void()>& limit) {
+        const std::string volume = folder.makeDirectory("volume");
+        test::mountMemoryDisk(volume);
+        folder.makeFile("volume/tree/sub/file");
         limit();
         EXPECT_THAT(SafeDeletionEngine().deleteItem(volume + "/tree", unshielded).removed,
                     ElementsAre(volume + "/tree"));
         EXPECT_FALSE(exists(volume + "/tree"));
-    }));
+    });
 }
-
-INSTANTIATE_TEST_SUITE_P(EachWay, MountPoints, testing::Values(0U, unsigned{ENOSYS}, unsigned{EPERM}),
-                         [](const testing::TestParamInfo<unsigned>& tested) {
-                             return tested.param == 0        ? "WithOpenat2"
-                                    : tested.param == ENOSYS ? "OlderKernel"
-                                                             : "Sandbox";
-                         });
 
 } // namespace
 } // namespace zentrill

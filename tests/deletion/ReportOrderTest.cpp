@@ -1,9 +1,10 @@
-#include "Confinement.h"
 #include "DeletionCases.h"
 #include "deletion/DeletionWalk.h"
 #include "deletion/ParentFolder.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "support/ChildProcess.h"
+#include "support/MemoryFolder.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>

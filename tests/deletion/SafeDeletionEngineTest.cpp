@@ -1,6 +1,7 @@
 #include "deletion/SafeDeletionEngine.h"
 
 #include "DeletionCases.h"
+#include "deletion/PathAliases.h"
 #include "platform/Paths.h"
 #include "support/TemporaryDirectory.h"
 
@@ -195,17 +196,20 @@ TEST(SafeDeletionEngine, OnlyTheSystemsOwnAliasLinksMayLeadToAnItem) {
 }
 
 TEST(SafeDeletionEngine, AliasedCredentialPathsMatchInEitherForm) {
-    const TemporaryDirectory folder("/tmp");
+    const TemporaryDirectory folder;
     const std::string kept = folder.makeFile("tree/data");
     DeletionOptions options = shielded;
-    options.explicitCredentialPaths = {"/private" + kept};
+    options.explicitCredentialPaths = {aliasNormalized(kept)};
+    if (options.explicitCredentialPaths.front() == kept) {
+        GTEST_SKIP() << "needs its temporary folder below /tmp or /var";
+    }
     const DeletionReport report = SafeDeletionEngine().deleteItem(folder.path("tree"), options);
     EXPECT_THAT(report.preserved, ElementsAre(kept));
     EXPECT_TRUE(exists(kept));
 }
 
 TEST(SafeDeletionEngine, ReportsUseTheCallersFormOfThePath) {
-    const TemporaryDirectory folder("/tmp");
+    const TemporaryDirectory folder;
     folder.makeFile("tree/sub/file");
     const std::string given = folder.path() + "//x/.././tree/";
     const DeletionReport report = SafeDeletionEngine().deleteItem(given, shielded);

@@ -3,6 +3,8 @@
 #include "DeletionCases.h"
 #include "platform/Paths.h"
 #include "support/ChildProcess.h"
+#include "support/OrdinaryUser.h"
+#include "support/PrivateMounts.h"
 #include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>
@@ -249,8 +251,8 @@ TEST_F(SelfUninstallServiceTest, ABundleWhoseNatureCannotBeReadIsRefused) {
 }
 
 TEST_F(SelfUninstallServiceTest, ABundleOnAReadOnlyVolumeIsRefused) {
-    if (!test::canMount()) {
-        GTEST_SKIP() << "only root can mount a read-only volume, and only on Linux";
+    if (const auto obstacle = test::mountObstacle()) {
+        GTEST_SKIP() << *obstacle;
     }
     EXPECT_TRUE(test::passesInChild([this] {
         test::enterPrivateMountNamespace();

@@ -1,6 +1,6 @@
 #include "DeletionCases.h"
 #include "deletion/SafeDeletionEngine.h"
-#include "support/ChildProcess.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -51,10 +51,7 @@ protected:
     void SetUp() override { fs::permissions(folder_.path(), fs::perms::all); }
 
     static void asOrdinaryUser(const std::function<void()>& body) {
-        EXPECT_TRUE(test::passesInChild([&body] {
-            test::becomeOrdinaryUser();
-            body();
-        }));
+        EXPECT_TRUE(test::passesAsOrdinaryUser(body));
     }
 
     test::TemporaryDirectory folder_;

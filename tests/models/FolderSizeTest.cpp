@@ -1,6 +1,8 @@
 #include "models/FolderSize.h"
 
 #include "support/ChildProcess.h"
+#include "support/MemoryFolder.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -167,7 +169,7 @@ TEST_F(FolderSizeTest, BranchesAtEveryDepthOfADeepTreeAreCounted) {
 
 #ifdef __linux__
 TEST(FolderSizeOnMemoryFileSystemTest, ASumPast64BitsStaysAtTheLargestValue) {
-    const test::TemporaryDirectory memory("/dev/shm");
+    const test::TemporaryDirectory memory(test::memoryFolder());
     for (const char* name : {"a", "b", "c"}) {
         const std::string file = memory.makeFile(name);
         ASSERT_EQ(::truncate(file.c_str(), std::numeric_limits<off_t>::max()), 0);

@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "support/ChildProcess.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>

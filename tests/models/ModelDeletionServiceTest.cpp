@@ -3,6 +3,7 @@
 #include "models/LocalModel.h"
 #include "support/ChildProcess.h"
 #include "support/FakeCommandRunner.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>
@@ -61,14 +62,6 @@ protected:
 
     [[nodiscard]] static bool exists(const std::string& path) {
         return std::filesystem::exists(std::filesystem::symlink_status(path));
-    }
-
-    /// Lets the user of `becomeOrdinaryUser` own everything below the home folder.
-    void giveHomeAway() const {
-        ASSERT_EQ(::chown(home.path().c_str(), test::ordinaryUserId, test::ordinaryUserId), 0);
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(home.path())) {
-            ASSERT_EQ(::lchown(entry.path().c_str(), test::ordinaryUserId, test::ordinaryUserId), 0);
-        }
     }
 
     test::TemporaryHome home;
@@ -162,7 +155,7 @@ TEST_F(ModelDeletionServiceTest, AnOllamaThatHangsIsEndedAndNothingIsDeleted) {
 
 TEST_F(ModelDeletionServiceTest, AManifestThatCannotBeRemovedIsToldAfterOllamasSuccess) {
     ASSERT_EQ(::chmod(home.path().c_str(), 0755), 0);
-    giveHomeAway();
+    test::giveToOrdinaryUser(home.path());
     const std::string folder = std::filesystem::path(manifest).parent_path();
     ASSERT_EQ(::chmod(folder.c_str(), 0555), 0);
     EXPECT_TRUE(test::passesInChild([&] {
@@ -230,7 +223,7 @@ TEST_F(ModelDeletionServiceTest, AHubFolderThatCannotGoWholeIsAFailure) {
     home.makeFile(".cache/huggingface/hub/models--org--name/blobs/abc", "12345");
     const std::string kept = home.makeFile(".cache/huggingface/hub/models--org--name/locked/kept", "12345");
     ASSERT_EQ(::chmod(home.path().c_str(), 0755), 0);
-    giveHomeAway();
+    test::giveToOrdinaryUser(home.path());
     ASSERT_EQ(::chmod((folder + "/locked").c_str(), 0555), 0);
     EXPECT_TRUE(test::passesInChild([&] {
         test::becomeOrdinaryUser();

@@ -1,6 +1,8 @@
 #include "platform/PropertyList.h"
 
 #include "support/ChildProcess.h"
+#include "support/OrdinaryUser.h"
+#include "support/PrivateMounts.h"
 #include "support/Processes.h"
 #include "support/TemporaryDirectory.h"
 
@@ -361,13 +363,14 @@ TEST_F(PropertyListTest, AFolderWithoutWritePermissionKeepsTheOldFile) {
         EXPECT_FALSE(setPropertyListString(unreadable, "K", "v"));
     }));
     EXPECT_EQ(contentOf(path), infoList());
+    std::filesystem::permissions(unreadable, std::filesystem::perms::owner_read);
     EXPECT_EQ(contentOf(unreadable), infoList());
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path("closed")), {}), 1);
 }
 
 TEST_F(PropertyListTest, AFullDiskKeepsTheOldFileAndNoTemporaryOne) {
-    if (!test::canMount()) {
-        GTEST_SKIP() << "only root can mount a small disk, and only on Linux";
+    if (const auto obstacle = test::mountObstacle()) {
+        GTEST_SKIP() << *obstacle;
     }
     const std::string mountPoint = folder.makeDirectory("disk");
     EXPECT_TRUE(test::passesInChild([&] {

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <functional>
-#include <string>
+
+#include <sys/types.h>
 
 namespace zentrill::test {
 
@@ -14,23 +15,19 @@ namespace zentrill::test {
 ///     }));
 [[nodiscard]] bool passesInChild(const std::function<void()>& body);
 
-/// Drops every right of the superuser for good; no change for any other user. Throws if that fails.
-void becomeOrdinaryUser();
+/// A child that runs `body` over and over until the object goes.
+class BackgroundLoop {
+public:
+    explicit BackgroundLoop(const std::function<void()>& body);
+    ~BackgroundLoop();
 
-/// The user that `becomeOrdinaryUser` turns into when root calls it.
-inline constexpr unsigned ordinaryUserId = 65534;
+    BackgroundLoop(const BackgroundLoop&) = delete;
+    BackgroundLoop& operator=(const BackgroundLoop&) = delete;
+    BackgroundLoop(BackgroundLoop&&) = delete;
+    BackgroundLoop& operator=(BackgroundLoop&&) = delete;
 
-/// Whether the three functions below work: on Linux, as root.
-[[nodiscard]] bool canMount();
-
-/// From here on this process alone sees the mounts it makes, and they end with it. Throws if that fails.
-void enterPrivateMountNamespace();
-
-/// Mounts an empty file system in memory over the folder `at`, with mount options such as "size=16k". Throws
-/// if that fails; call it only in a mount namespace of the test's own.
-void mountMemoryDisk(const std::string& at, const std::string& options = {});
-
-/// Makes the file system mounted at `at` read-only. Throws if that fails.
-void remountReadOnly(const std::string& at);
+private:
+    pid_t child_ = -1;
+};
 
 } // namespace zentrill::test

@@ -43,6 +43,12 @@ exec /usr/sbin/dockerd --config-file="$1/daemon.json" --host="unix://$1/docker.s
     --iptables=false --ip6tables=false --ip-forward=false --ip-masq=false
 )";
 
+/// What a container's root may not do by default.
+constexpr auto trialScript = R"(
+mount -t tmpfs tmpfs /run || exit
+test -w /sys/fs/cgroup || { echo "/sys/fs/cgroup: read-only" >&2; exit 1; }
+)";
+
 /// The processes that `pid` has started and not yet reaped.
 std::vector<pid_t> childrenOf(pid_t pid) {
     const std::string number = std::to_string(pid);
@@ -89,12 +95,17 @@ std::string printed(const CommandResult& result) {
 
 std::optional<std::string> DockerEngine::obstacle() {
     if (::geteuid() != 0) {
-        return "a Docker Engine runs only as root";
+        return "needs root to start a Docker Engine";
     }
     for (const char* needed : {daemon, client, shell, asSoonAsTheParentDies, inNamespaces}) {
         if (::access(needed, X_OK) != 0) {
             return std::string(needed) + " is missing: install docker.io, busybox-static and util-linux";
         }
+    }
+    const CommandResult trial = ShellCommandRunner().run(
+        inNamespaces, {"--mount", "--pid", "--fork", "--mount-proc", "/bin/sh", "-c", trialScript});
+    if (!trial.succeeded()) {
+        return "needs mounts and control groups of its own to start a Docker Engine: " + trial.diagnostic();
     }
     return std::nullopt;
 }

@@ -1,12 +1,13 @@
 #include "truth/TruthTrial.h"
 
+#include "support/MemoryFolder.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryDirectory.h"
 #include "truth/ExpectedReport.h"
 #include "truth/TrialDeletion.h"
 
 #include <algorithm>
 #include <fstream>
-#include <grp.h>
 #include <iterator>
 #include <set>
 #include <sstream>
@@ -218,10 +219,6 @@ std::optional<std::string> runAll(std::uint64_t firstSeed, std::uint64_t count, 
     return std::nullopt;
 }
 
-std::string trialFolder() {
-    return ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp";
-}
-
 } // namespace
 
 std::optional<std::string> runTruthTrial(std::uint64_t seed, const std::string& folder) {
@@ -241,22 +238,16 @@ std::optional<std::string> runTruthTrial(std::uint64_t seed, const std::string& 
 }
 
 std::optional<std::string> runTruthTrials(std::uint64_t firstSeed, std::uint64_t count) {
-    const TemporaryDirectory folder(trialFolder());
+    const TemporaryDirectory folder(memoryFolder());
     if (::geteuid() != 0) {
         return runAll(firstSeed, count, folder.path());
     }
-    constexpr uid_t ordinaryUser = 65534;
-    if (::chown(folder.path().c_str(), ordinaryUser, ordinaryUser) != 0) {
-        return "cannot give the folder away";
-    }
+    giveToOrdinaryUser(folder.path());
     const std::string answer = folder.path("answer");
     const pid_t child = ::fork();
     if (child == 0) {
-        if (::setgroups(0, nullptr) != 0 || ::setresgid(ordinaryUser, ordinaryUser, ordinaryUser) != 0 ||
-            ::setresuid(ordinaryUser, ordinaryUser, ordinaryUser) != 0) {
-            ::_exit(2);
-        }
         try {
+            becomeOrdinaryUser();
             const std::optional<std::string> complaint = runAll(firstSeed, count, folder.path());
             std::ofstream(answer) << complaint.value_or("");
             ::_exit(complaint ? 1 : 0);

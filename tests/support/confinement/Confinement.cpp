@@ -8,10 +8,12 @@
 #include "support/confinement/ScratchCleaner.h"
 #include "support/confinement/Trial.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <optional>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace zentrill::confinement {
 
@@ -130,6 +132,22 @@ Confinement confineThisProcess(const std::vector<std::string>& alsoWritable) {
     } catch (...) {
         scratch.removeEmpty();
         throw;
+    }
+}
+
+void confineOrEnd() {
+    constexpr int failed = 1;
+    constexpr int skipped = 77;
+    try {
+        if (confineThisProcess().hold >= 0) {
+            check(::chdir(valueOf(folderVariable).c_str()), "the scratch folder");
+        }
+    } catch (const NoRung& nothing) {
+        std::fprintf(stderr, "Skipped: removes files, and nothing here confines it: %s\n", nothing.what());
+        ::_exit(skipped);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "Cannot be confined: %s\n", error.what());
+        ::_exit(failed);
     }
 }
 

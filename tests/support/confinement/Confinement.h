@@ -33,4 +33,9 @@ public:
 /// wrong.
 Confinement confineThisProcess(const std::vector<std::string>& alsoWritable = {});
 
+/// The same for a program of which nothing may run unconfined: where it cannot be had the process ends, with
+/// one line on stderr that says why, and with status 77 where the machine allows no rung. Otherwise the
+/// scratch folder is the current one, unless the process was confined already.
+void confineOrEnd();
+
 } // namespace zentrill::confinement

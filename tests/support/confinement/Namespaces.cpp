@@ -64,15 +64,19 @@ void setReadOnly(const std::string& at, bool readOnly, unsigned flags, bool requ
 
 } // namespace
 
-void enterNamespaces(const std::vector<std::string>& writable) {
-    std::error_code unknown;
-    const std::filesystem::path here = std::filesystem::current_path(unknown);
-    const bool ordinary = ::geteuid() != 0;
-    const bool permitted = ::unshare(CLONE_NEWNS) == 0;
-    if (!permitted) {
+void takePrivateMounts() {
+    if (::unshare(CLONE_NEWNS) != 0) {
+        // Root would no longer be able to become anybody else in there.
+        check(::geteuid() == 0 ? -1 : 0, "unshare");
         enterUserNamespace();
     }
     check(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), "private mounts");
+}
+
+void enterNamespaces(const std::vector<std::string>& writable) {
+    std::error_code unknown;
+    const std::filesystem::path here = std::filesystem::current_path(unknown);
+    takePrivateMounts();
     for (const std::string& folder : writable) {
         check(::mount(folder.c_str(), folder.c_str(), nullptr, MS_BIND | MS_REC, nullptr), folder);
     }
@@ -83,7 +87,7 @@ void enterNamespaces(const std::vector<std::string>& writable) {
     // Neither holds anybody's files. A user namespace inside this one and a Docker Engine write to them.
     setReadOnly("/proc", false, 0, false);
     setReadOnly("/sys/fs/cgroup", false, AT_RECURSIVE, false);
-    if (!permitted && ordinary) {
+    if (::geteuid() != 0) {
         dropRights();
     }
     // The way back to where the process is may lead through one of the new mounts.

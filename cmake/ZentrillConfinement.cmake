@@ -1,0 +1,61 @@
+# zentrill_require_confinement()
+#
+# Fails where a program could remove files without anything that confines it: one that links the deletion engine, or
+# what tests share, must link zentrill_confined_program, zentrill_confined_tests (which zentrill_test does) or, with
+# the property ZENTRILL_CONFINES_ITSELF, zentrill_confinement. The program itself is the one exception. Call it when
+# all targets are made.
+function(zentrill_require_confinement)
+  if(NOT TARGET zentrill_confinement)
+    return()
+  endif()
+  zentrill_collect_targets("${PROJECT_SOURCE_DIR}" targets)
+  foreach(target IN LISTS targets)
+    get_target_property(type ${target} TYPE)
+    if(NOT type STREQUAL "EXECUTABLE" OR target STREQUAL "Zentrill")
+      continue()
+    endif()
+    zentrill_collect_links(${target} links)
+    if(NOT "zentrill_deletion" IN_LIST links AND NOT "zentrill_test_support" IN_LIST links)
+      continue()
+    endif()
+    get_target_property(by_itself ${target} ZENTRILL_CONFINES_ITSELF)
+    if("zentrill_confined_program" IN_LIST links
+       OR "zentrill_confined_tests" IN_LIST links
+       OR (by_itself AND "zentrill_confinement" IN_LIST links)
+    )
+      continue()
+    endif()
+    message(FATAL_ERROR "${target} can remove files, and nothing confines it: link zentrill_confined_program.")
+  endforeach()
+endfunction()
+
+# All targets of a folder and of those below it.
+function(zentrill_collect_targets folder result)
+  get_property(targets DIRECTORY "${folder}" PROPERTY BUILDSYSTEM_TARGETS)
+  get_property(subfolders DIRECTORY "${folder}" PROPERTY SUBDIRECTORIES)
+  foreach(subfolder IN LISTS subfolders)
+    zentrill_collect_targets("${subfolder}" more)
+    list(APPEND targets ${more})
+  endforeach()
+  set(${result} "${targets}" PARENT_SCOPE)
+endfunction()
+
+# All targets that a target links, directly or through others.
+function(zentrill_collect_links target result)
+  set(found "")
+  set(next ${target})
+  while(next)
+    list(POP_FRONT next current)
+    foreach(property LINK_LIBRARIES INTERFACE_LINK_LIBRARIES)
+      get_target_property(links ${current} ${property})
+      string(REGEX REPLACE "\\$<LINK_ONLY:([^>]*)>" "\\1" links "${links}")
+      foreach(link IN LISTS links)
+        if(TARGET "${link}" AND NOT link IN_LIST found)
+          list(APPEND found "${link}")
+          list(APPEND next "${link}")
+        endif()
+      endforeach()
+    endforeach()
+  endwhile()
+  set(${result} "${found}" PARENT_SCOPE)
+endfunction()
