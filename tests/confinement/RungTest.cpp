@@ -155,9 +155,9 @@ TEST_F(RungTest, IsTakenOnce) {
         std::filesystem::permissions(elsewhere.path(), std::filesystem::perms(0755));
         std::filesystem::permissions(claimed, std::filesystem::perms(01777));
         EXPECT_TRUE(passesInChild([&] {
-            const std::string rung(nameOf(rung));
-            ::setenv("ZENTRILL_CONFINEMENT", rung.c_str(), 1);
-            ::setenv("ZENTRILL_CONFINED", rung.c_str(), 1);
+            const std::string name(nameOf(rung));
+            ::setenv("ZENTRILL_CONFINEMENT", name.c_str(), 1);
+            ::setenv("ZENTRILL_CONFINED", name.c_str(), 1);
             ::setenv("TMPDIR", claimed.c_str(), 1);
             ::setenv("ZENTRILL_MEMORY", claimed.c_str(), 1);
             EXPECT_EQ(confinement::confineThisProcess().rung, rung);

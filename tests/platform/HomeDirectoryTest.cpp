@@ -5,7 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <pwd.h>
 #include <string>
+
+#include <unistd.h>
 
 namespace zentrill {
 namespace {
@@ -22,8 +25,9 @@ TEST(HomeDirectory, IgnoresAValueThatIsNoAbsolutePath) {
     for (const char* value : {"", "relative/home", "~"}) {
         ::setenv("HOME", value, 1);
         const std::string found = homeDirectory();
-        EXPECT_NE(found, value);
         EXPECT_TRUE(found.empty() || found.front() == '/') << found;
+        // Not every user has an entry that tells a home folder.
+        EXPECT_EQ(found.empty(), ::getpwuid(::getuid()) == nullptr) << value;
     }
 }
 
