@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <pwd.h>
 #include <string>
 
+#include <pwd.h>
 #include <unistd.h>
 
 namespace zentrill {

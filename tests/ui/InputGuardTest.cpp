@@ -50,7 +50,7 @@ protected:
 
     void pass(quint64 milliseconds) { now_ += milliseconds; }
 
-    [[nodiscard]] static quint64 doubleClick() {
+    [[nodiscard]] static quint64 doubleClickTime() {
         return static_cast<quint64>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
     }
 
@@ -76,10 +76,10 @@ TEST_F(InputGuardTest, dropsAKeyThatIsHeldUntilItIsPressedAnew) {
     EXPECT_TRUE(press(Qt::Key_Return));
     show(Surface::window);
     EXPECT_FALSE(repeat(Qt::Key_Return));
-    pass(doubleClick());
+    pass(doubleClickTime());
     EXPECT_FALSE(repeat(Qt::Key_Return));
     EXPECT_FALSE(release(Qt::Key_Return));
-    pass(doubleClick());
+    pass(doubleClickTime());
     EXPECT_TRUE(press(Qt::Key_Return));
     EXPECT_TRUE(repeat(Qt::Key_Return));
     EXPECT_TRUE(release(Qt::Key_Return));
@@ -90,7 +90,7 @@ TEST_F(InputGuardTest, dropsTheKeyThatClosedAModalWhileItIsPressedAgainAtOnce) {
     EXPECT_TRUE(type(Qt::Key_Return));
     show(Surface::window);
     for (int times = 0; times < 5; ++times) {
-        pass(doubleClick() / 2);
+        pass(doubleClickTime() / 2);
         EXPECT_FALSE(type(Qt::Key_Return));
     }
     EXPECT_TRUE(type(Qt::Key_Down)) << "another key is another matter";
@@ -100,9 +100,9 @@ TEST_F(InputGuardTest, takesTheKeyThatClosedAModalAfterAPause) {
     show(Surface::confirmation);
     EXPECT_TRUE(type(Qt::Key_Return));
     show(Surface::window);
-    pass(doubleClick() / 2);
+    pass(doubleClickTime() / 2);
     EXPECT_FALSE(type(Qt::Key_Return));
-    pass(doubleClick());
+    pass(doubleClickTime());
     EXPECT_TRUE(type(Qt::Key_Return));
     EXPECT_TRUE(type(Qt::Key_Return));
 }
@@ -153,13 +153,13 @@ TEST_F(InputGuardTest, dropsTheSecondOfTwoClicks) {
     show(Surface::confirmation);
     EXPECT_TRUE(click(10));
     show(Surface::window);
-    pass(doubleClick() / 2);
+    pass(doubleClickTime() / 2);
     EXPECT_FALSE(click(11));
     EXPECT_TRUE(click(200)) << "somewhere else";
     show(Surface::confirmation);
     EXPECT_TRUE(click(300));
     show(Surface::window);
-    pass(doubleClick());
+    pass(doubleClickTime());
     EXPECT_TRUE(click(300));
 }
 
