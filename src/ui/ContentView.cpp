@@ -71,7 +71,7 @@ void ContentView::reportFailure(const QUrl& file) {
     const QList<QQmlError> errors = QQmlComponent(engine(), file).errors();
     // The first ones name the views that need it, the last one what is missing.
     const QString reason = errors.isEmpty() ? file.toString() : errors.last().description();
-    QMetaObject::invokeMethod(this, [this, reason] { Q_EMIT failed(reason); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, "failed", Qt::QueuedConnection, Q_ARG(QString, reason));
 }
 
 bool ContentView::event(QEvent* event) {

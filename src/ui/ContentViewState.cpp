@@ -216,12 +216,16 @@ void ContentViewState::showApplications() {
     Q_EMIT selectionChanged();
 }
 
+InputGuard::Surface ContentViewState::surface() const {
+    if (resultShown()) {
+        return InputGuard::Surface::result;
+    }
+    return confirmation_.isPending() ? InputGuard::Surface::confirmation : InputGuard::Surface::window;
+}
+
 void ContentViewState::showModal() {
-    using Surface = InputGuard::Surface;
     // Before the views show it: they ask at once whether it can have been seen.
-    input_.setSurface(resultShown()               ? Surface::result
-                      : confirmation_.isPending() ? Surface::confirmation
-                                                  : Surface::window);
+    input_.setSurface(surface());
     Q_EMIT modalChanged();
 }
 

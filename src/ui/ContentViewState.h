@@ -150,6 +150,8 @@ private:
     void connectToController();
     void showApplications();
     void showDocker();
+    /// What takes the input now.
+    [[nodiscard]] InputGuard::Surface surface() const;
     void showModal();
 
     UninstallerViewModel& controller_;

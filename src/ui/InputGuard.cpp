@@ -19,12 +19,8 @@ void InputGuard::setSurface(Surface surface) {
     surface_ = surface;
     settling_.stop();
     stale_ = held_;
-    if (lastKey_) {
-        lastKey_->ofFormerSurface = true;
-    }
-    if (lastClick_) {
-        lastClick_->ofFormerSurface = true;
-    }
+    lastKey_.ofFormerSurface = lastKey_.isThere;
+    lastClick_.ofFormerSurface = lastClick_.isThere;
     // A confirmation asks for a code, which nobody has typed by mistake.
     awaitsFrame_ = surface_ != Surface::confirmation;
     setSettled(!awaitsFrame_);
@@ -57,8 +53,8 @@ bool InputGuard::admits(const QKeyEvent& event) {
         }
         return admitted;
     }
-    if (lastKey_ && lastKey_->what == key) {
-        lastKey_->time = event.timestamp(); // What counts is how soon after its release it is pressed again.
+    if (lastKey_.isThere && lastKey_.what == key) {
+        lastKey_.time = event.timestamp(); // What counts is how soon after its release it is pressed again.
     }
     held_.erase(key);
     return stale_.erase(key) == 0;
@@ -67,12 +63,12 @@ bool InputGuard::admits(const QKeyEvent& event) {
 bool InputGuard::admits(const QMouseEvent& press) {
     const QPoint place = press.globalPosition().toPoint();
     const int reach = QGuiApplication::styleHints()->mouseDoubleClickDistance();
-    const bool isSecond = lastClick_ && lastClick_->goesOnAt(press.timestamp()) &&
-                          (place - lastClick_->what).manhattanLength() <= reach;
+    const bool isSecond =
+        lastClick_.goesOnAt(press.timestamp()) && (place - lastClick_.what).manhattanLength() <= reach;
     if (isSecond || !settled_) {
         return false;
     }
-    lastClick_ = {.what = place, .time = press.timestamp()};
+    lastClick_ = {.isThere = true, .what = place, .time = press.timestamp()};
     return true;
 }
 
@@ -82,8 +78,8 @@ void InputGuard::forgetHeldKeys() {
 }
 
 bool InputGuard::admitsPress(KeyCode key, Timestamp time) {
-    if (lastKey_ && lastKey_->what == key && lastKey_->goesOnAt(time)) {
-        lastKey_->time = time;
+    if (lastKey_.what == key && lastKey_.goesOnAt(time)) {
+        lastKey_.time = time;
         if (settling_.isActive()) {
             startSettling();
         }
@@ -92,14 +88,12 @@ bool InputGuard::admitsPress(KeyCode key, Timestamp time) {
     if (!settled_) {
         return false;
     }
-    lastKey_ = {.what = key, .time = time};
+    lastKey_ = {.isThere = true, .what = key, .time = time};
     return true;
 }
 
 void InputGuard::settle() {
-    if (lastKey_) {
-        lastKey_->ofFormerSurface = false;
-    }
+    lastKey_.ofFormerSurface = false;
     setSettled(true);
 }
 

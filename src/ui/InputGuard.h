@@ -5,7 +5,6 @@
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
-#include <optional>
 #include <unordered_set>
 
 QT_BEGIN_NAMESPACE
@@ -63,6 +62,7 @@ private:
     /// it: it was made for another surface.
     template <typename What>
     struct LastPress {
+        bool isThere = false;
         What what{};
         Timestamp time = 0;
         bool ofFormerSurface = false;
@@ -86,8 +86,8 @@ private:
     std::unordered_set<KeyCode> held_;
     /// Those of the held ones that do not count until they are pressed anew.
     std::unordered_set<KeyCode> stale_;
-    std::optional<LastPress<KeyCode>> lastKey_;
-    std::optional<LastPress<QPoint>> lastClick_;
+    LastPress<KeyCode> lastKey_;
+    LastPress<QPoint> lastClick_;
 };
 
 } // namespace zentrill
