@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <ranges>
 #include <utility>
 
 namespace zentrill {
@@ -65,9 +66,8 @@ std::optional<std::string> HandedOverFolders::takeBack() {
 
 /// Keeps the list short, however many folders there are and however long one of them takes.
 void HandedOverFolders::absorbFinished() {
-    const auto first = std::find_if_not(folders_.rbegin(), folders_.rend(), [this](const Folder& folder) {
-                           return isOfTop(folder);
-                       }).base();
+    const auto ofTop = [this](const Folder& folder) { return isOfTop(folder); };
+    const auto first = std::ranges::find_if_not(folders_ | std::views::reverse, ofTop).base();
     const auto isDone = [this](Folder& folder) {
         const bool finished = folder.subtree->isFinished();
         if (finished) {

@@ -6,14 +6,14 @@
 namespace zentrill {
 
 OrderedRecord::Place OrderedRecord::keepPlace() {
-    const Place place = parts_.emplace(std::next(current_));
+    const auto place = parts_.emplace(std::next(current_));
     current_ = parts_.emplace(std::next(place));
     return place;
 }
 
 void OrderedRecord::close(Place place) {
-    const Place before = std::prev(place);
-    const Place after = std::next(place);
+    const auto before = std::prev(place);
+    const auto after = std::next(place);
     if (current_ == place || current_ == after) {
         current_ = before;
     }

@@ -55,7 +55,8 @@ CommandResult activeContext(const Client& client) {
     }
     // Tools before version 23, such as Debian 12's, cannot show it; to inspect a context that is not named is
     // to inspect the active one.
-    CommandResult inspected = client.run({"context", "inspect", "--format", "{{.Name}}"}, contextTimeout);
+    const CommandResult inspected =
+        client.run({"context", "inspect", "--format", "{{.Name}}"}, contextTimeout);
     const bool isNamed = inspected.succeeded() && !docker_listing::trimmed(inspected.stdout).empty();
     return isNamed ? inspected : shown;
 }
