@@ -67,7 +67,7 @@ void keepQtFromWritingFiles() {
 
 /// Without its views the program would go on in a window that shows nothing.
 void endWithoutViews(const QString& reason) {
-    std::fprintf(stderr, "Zentrill cannot open its window: %s.\n", qPrintable(reason));
+    static_cast<void>(std::fprintf(stderr, "Zentrill cannot open its window: %s.\n", qPrintable(reason)));
     QCoreApplication::exit(EXIT_FAILURE);
 }
 
