@@ -44,7 +44,10 @@ bool InputGuard::admits(const QKeyEvent& event) {
         return held_.contains(key) && !stale_.contains(key);
     }
     if (event.type() == QEvent::KeyPress) {
-        const bool admitted = admitsPress(key, event.timestamp());
+        // A repetition whose release was read by itself: nobody lets go and presses within the same instant.
+        const bool repeats =
+            lastRelease_.isThere && lastRelease_.what == key && lastRelease_.time == event.timestamp();
+        const bool admitted = !repeats && admitsPress(key, event.timestamp());
         held_.insert(key);
         if (admitted) {
             stale_.erase(key);
@@ -56,6 +59,7 @@ bool InputGuard::admits(const QKeyEvent& event) {
     if (lastKey_.isThere && lastKey_.what == key) {
         lastKey_.time = event.timestamp(); // What counts is how soon after its release it is pressed again.
     }
+    lastRelease_ = {.isThere = true, .what = key, .time = event.timestamp()};
     held_.erase(key);
     return stale_.erase(key) == 0;
 }

@@ -87,6 +87,7 @@ private:
     /// Those of the held ones that do not count until they are pressed anew.
     std::unordered_set<KeyCode> stale_;
     LastPress<KeyCode> lastKey_;
+    LastPress<KeyCode> lastRelease_;
     LastPress<QPoint> lastClick_;
 };
 

@@ -18,7 +18,7 @@ class InputGuardTest : public ::testing::Test {
 protected:
     [[nodiscard]] bool key(QEvent::Type type, int key, bool repeated = false) {
         QKeyEvent event(type, key, Qt::NoModifier, {}, repeated);
-        event.setTimestamp(now_);
+        event.setTimestamp(type == QEvent::KeyPress && !repeated ? ++now_ : now_);
         return guard_.admits(event);
     }
 
