@@ -70,7 +70,7 @@ class Tour(Window):
         self.display.key("Return")
 
     def read_result(self):
-        self.screen.wait("push button", "OK")
+        self.screen.wait("push button", "OK", states=["focused"])  # It takes no key before.
         self.picture("result")
         self.display.key("Return")
         self.screen.wait_gone("dialog")
