@@ -81,7 +81,15 @@ bool ContentView::event(QEvent* event) {
 
 void ContentView::keyPressEvent(QKeyEvent* event) {
     setKeyboardUsed(true);
-    if (state_->input()->admits(*event)) {
+    InputGuard& input = *state_->input();
+    if (input.isRepetition(*event)) {
+        QKeyEvent repetition(event->type(), event->key(), event->modifiers(), event->nativeScanCode(),
+                             event->nativeVirtualKey(), event->nativeModifiers(), event->text(), true,
+                             static_cast<quint16>(event->count()));
+        repetition.setTimestamp(event->timestamp());
+        keyPressEvent(&repetition);
+        event->setAccepted(repetition.isAccepted());
+    } else if (input.admits(*event)) {
         QQuickView::keyPressEvent(event);
     }
 }

@@ -19,10 +19,12 @@ void InputGuard::setSurface(Surface surface) {
     surface_ = surface;
     settling_.stop();
     stale_ = held_;
-    lastKey_.ofFormerSurface = lastKey_.isThere;
+    lastRelease_.wasStale = true;
+    // A confirmation asks for a code, which nobody has typed by mistake, and Escape leaves it at any time.
+    const bool asksForCode = surface_ == Surface::confirmation;
+    lastKey_.ofFormerSurface = lastKey_.isThere && !asksForCode;
     lastClick_.ofFormerSurface = lastClick_.isThere;
-    // A confirmation asks for a code, which nobody has typed by mistake.
-    awaitsFrame_ = surface_ != Surface::confirmation;
+    awaitsFrame_ = !asksForCode;
     setSettled(!awaitsFrame_);
 }
 
@@ -38,16 +40,18 @@ void InputGuard::noteFrame() {
     }
 }
 
+bool InputGuard::isRepetition(const QKeyEvent& press) const {
+    const bool tellsItsTime = press.timestamp() != 0;
+    return tellsItsTime && !press.isAutoRepeat() && lastRelease_.goesOnWith(code(press), press.timestamp());
+}
+
 bool InputGuard::admits(const QKeyEvent& event) {
     const KeyCode key = code(event);
     if (event.isAutoRepeat()) {
-        return held_.contains(key) && !stale_.contains(key);
+        return admitsRepetition(key, event.timestamp());
     }
     if (event.type() == QEvent::KeyPress) {
-        // A repetition whose release was read by itself: nobody lets go and presses within the same instant.
-        const bool repeats =
-            lastRelease_.isThere && lastRelease_.what == key && lastRelease_.time == event.timestamp();
-        const bool admitted = !repeats && admitsPress(key, event.timestamp());
+        const bool admitted = admitsPress(key, event.timestamp());
         held_.insert(key);
         if (admitted) {
             stale_.erase(key);
@@ -59,9 +63,10 @@ bool InputGuard::admits(const QKeyEvent& event) {
     if (lastKey_.isThere && lastKey_.what == key) {
         lastKey_.time = event.timestamp(); // What counts is how soon after its release it is pressed again.
     }
-    lastRelease_ = {.isThere = true, .what = key, .time = event.timestamp()};
     held_.erase(key);
-    return stale_.erase(key) == 0;
+    const bool wasStale = stale_.erase(key) != 0;
+    lastRelease_ = {.isThere = true, .key = key, .time = event.timestamp(), .wasStale = wasStale};
+    return !wasStale;
 }
 
 bool InputGuard::admits(const QMouseEvent& press) {
@@ -79,6 +84,16 @@ bool InputGuard::admits(const QMouseEvent& press) {
 void InputGuard::forgetHeldKeys() {
     held_.clear();
     stale_.clear();
+}
+
+bool InputGuard::admitsRepetition(KeyCode key, Timestamp time) {
+    if (!held_.contains(key) && lastRelease_.goesOnWith(key, time)) {
+        held_.insert(key); // It was never let go.
+        if (lastRelease_.wasStale) {
+            stale_.insert(key);
+        }
+    }
+    return held_.contains(key) && !stale_.contains(key);
 }
 
 bool InputGuard::admitsPress(KeyCode key, Timestamp time) {

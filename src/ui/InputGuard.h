@@ -42,6 +42,10 @@ public:
     /// The window has been drawn as it is now.
     void noteFrame();
 
+    /// Whether a press is the repetition of a held key that the toolkit took for a press: it knows one by its
+    /// release only when it reads both at once. Nobody lets a key go and presses it within the same instant.
+    [[nodiscard]] bool isRepetition(const QKeyEvent& press) const;
+
     /// Whether the press, repetition or release of a key, or the press of a mouse button, counts; to be asked
     /// for each, in order.
     [[nodiscard]] bool admits(const QKeyEvent& event);
@@ -70,10 +74,22 @@ private:
         [[nodiscard]] bool goesOnAt(Timestamp now) const { return ofFormerSurface && now < time + pause(); }
     };
 
+    struct LastRelease {
+        bool isThere = false;
+        KeyCode key = 0;
+        Timestamp time = 0;
+        bool wasStale = false;
+
+        [[nodiscard]] bool goesOnWith(KeyCode pressed, Timestamp now) const {
+            return isThere && key == pressed && time == now;
+        }
+    };
+
     [[nodiscard]] static KeyCode code(const QKeyEvent& event);
     /// Presses that are so many milliseconds apart do not belong together.
     [[nodiscard]] static quint64 pause();
 
+    [[nodiscard]] bool admitsRepetition(KeyCode key, Timestamp time);
     [[nodiscard]] bool admitsPress(KeyCode key, Timestamp time);
     void settle();
     void startSettling();
@@ -87,8 +103,8 @@ private:
     /// Those of the held ones that do not count until they are pressed anew.
     std::unordered_set<KeyCode> stale_;
     LastPress<KeyCode> lastKey_;
-    LastPress<KeyCode> lastRelease_;
     LastPress<QPoint> lastClick_;
+    LastRelease lastRelease_;
 };
 
 } // namespace zentrill

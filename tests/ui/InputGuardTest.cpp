@@ -9,6 +9,8 @@
 #include <QStyleHints>
 #include <gtest/gtest.h>
 
+#include <memory>
+
 namespace zentrill {
 namespace {
 
@@ -16,10 +18,18 @@ using Surface = InputGuard::Surface;
 
 class InputGuardTest : public ::testing::Test {
 protected:
+    [[nodiscard]] std::unique_ptr<QKeyEvent> event(QEvent::Type type, int key, bool repeated = false) const {
+        auto made = std::make_unique<QKeyEvent>(type, key, Qt::NoModifier, QString(), repeated);
+        made->setTimestamp(now_);
+        return made;
+    }
+
     [[nodiscard]] bool key(QEvent::Type type, int key, bool repeated = false) {
-        QKeyEvent event(type, key, Qt::NoModifier, {}, repeated);
-        event.setTimestamp(type == QEvent::KeyPress && !repeated ? ++now_ : now_);
-        return guard_.admits(event);
+        return guard_.admits(*event(type, key, repeated));
+    }
+
+    [[nodiscard]] bool isRepetition(int key, bool repeated = false) const {
+        return guard_.isRepetition(*event(QEvent::KeyPress, key, repeated));
     }
 
     [[nodiscard]] bool press(int pressed) { return key(QEvent::KeyPress, pressed); }
@@ -37,10 +47,10 @@ protected:
 
     [[nodiscard]] bool click(int x) {
         const QPointF place(x, 10);
-        QMouseEvent event(QEvent::MouseButtonPress, place, place, Qt::LeftButton, Qt::LeftButton,
-                          Qt::NoModifier);
-        event.setTimestamp(now_);
-        return guard_.admits(event);
+        QMouseEvent made(QEvent::MouseButtonPress, place, place, Qt::LeftButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        made.setTimestamp(now_);
+        return guard_.admits(made);
     }
 
     void show(Surface surface) {
@@ -121,6 +131,14 @@ TEST_F(InputGuardTest, takesNothingBeforeTheWindowWithoutTheModalIsShown) {
     EXPECT_TRUE(click(10));
 }
 
+TEST_F(InputGuardTest, leavesAConfirmationByTheKeyThatLeftTheOneBefore) {
+    show(Surface::confirmation);
+    EXPECT_TRUE(type(Qt::Key_Escape));
+    show(Surface::window);
+    show(Surface::confirmation);
+    EXPECT_TRUE(type(Qt::Key_Escape));
+}
+
 TEST_F(InputGuardTest, takesTheFirstDigitOfACodeAtOnce) {
     guard_.setSurface(Surface::confirmation);
     EXPECT_TRUE(type(Qt::Key_4));
@@ -161,6 +179,45 @@ TEST_F(InputGuardTest, dropsTheSecondOfTwoClicks) {
     show(Surface::window);
     pass(doubleClickTime());
     EXPECT_TRUE(click(300));
+}
+
+TEST_F(InputGuardTest, knowsARepetitionByTheReleaseOfTheSameInstant) {
+    EXPECT_TRUE(type(Qt::Key_Space));
+    EXPECT_TRUE(isRepetition(Qt::Key_Space));
+    EXPECT_FALSE(isRepetition(Qt::Key_Return)) << "another key";
+    EXPECT_FALSE(isRepetition(Qt::Key_Space, true)) << "the toolkit knows it";
+    pass(1);
+    EXPECT_FALSE(isRepetition(Qt::Key_Space)) << "a later instant";
+}
+
+TEST_F(InputGuardTest, takesEventsWithoutATimeForPresses) {
+    now_ = 0;
+    EXPECT_TRUE(type(Qt::Key_1));
+    EXPECT_FALSE(isRepetition(Qt::Key_1));
+}
+
+TEST_F(InputGuardTest, aKeyWhoseReleaseWasReadByItselfIsStillHeld) {
+    EXPECT_TRUE(type(Qt::Key_Down));
+    EXPECT_TRUE(repeat(Qt::Key_Down));
+    EXPECT_TRUE(release(Qt::Key_Down));
+    pass(1);
+    EXPECT_FALSE(repeat(Qt::Key_Down)) << "a later instant";
+}
+
+TEST_F(InputGuardTest, aStaleKeyStaysStaleWhenItsReleaseIsReadByItself) {
+    show(Surface::confirmation);
+    EXPECT_TRUE(press(Qt::Key_Return));
+    show(Surface::window);
+    EXPECT_FALSE(release(Qt::Key_Return));
+    EXPECT_FALSE(repeat(Qt::Key_Return));
+    EXPECT_FALSE(release(Qt::Key_Return));
+}
+
+TEST_F(InputGuardTest, aModalThatClosesBetweenTheHalvesOfARepetitionEndsIt) {
+    show(Surface::confirmation);
+    EXPECT_TRUE(type(Qt::Key_Return));
+    show(Surface::window);
+    EXPECT_FALSE(repeat(Qt::Key_Return));
 }
 
 TEST_F(InputGuardTest, forgetsKeysThatMayBeLetGoUnseen) {
