@@ -9,8 +9,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
+#include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -19,6 +22,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -327,28 +331,35 @@ TEST(HostileChanges, AFolderMovedAwayIsNotClimbedIntoItsNewSurroundings) {
 TEST(HostileChanges, AFolderOutOfReachIsAFailureAndTheWalkGoesOnAbove) {
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const TemporaryDirectory folder;
-        std::string relative = "tree";
-        std::string upper;
-        std::string lower;
-        for (int level = 0; level < 60; ++level) {
-            relative += "/d";
-            if (level == 10) {
-                upper = relative;
-            }
-            if (level == 20) {
-                lower = relative;
-            }
+        std::vector<std::string> chain{"tree"};
+        for (int level = 1; level <= 60; ++level) {
+            chain.push_back(chain.back() + "/d");
         }
-        const std::string bottom = folder.makeFile(relative + "/file");
+        const std::string& upper = chain[11];
+        const std::string& lower = chain[21];
+        const std::string bottom = folder.makeFile(chain.back() + "/file");
         const std::string sibling = folder.makeFile("tree/sibling");
-        // The lower one leaves the tree, and another folder takes the place of one between it and the top.
+        // The lower one leaves the tree, and another folder takes the place of one between it and the top. It
+        // has the same names in it: whoever looks at nothing else takes it for the one that was there.
         const DeletionReport report = engineDisturbedAt(bottom, [&] {
                                           fs::rename(folder.path(lower), folder.path("lower"));
                                           fs::rename(folder.path(upper), folder.path("upper"));
                                           folder.makeFile(upper + "/new");
+                                          folder.makeDirectory(lower);
                                       }).deleteItem(folder.path("tree"), options);
-        EXPECT_FALSE(report.failures.empty());
+        // With a shield, each folder whose entries nobody can reach any more; otherwise the first one.
+        std::vector<std::string> failures;
+        if (options.preserveCredentials) {
+            for (std::size_t level = 20; level >= 11; --level) {
+                failures.push_back(folder.path(chain[level]) + ": " + std::strerror(ESTALE));
+            }
+        } else {
+            failures.push_back(folder.path("tree") + ": " + std::strerror(ESTALE) + " (at " +
+                               folder.path(chain[20]) + ")");
+        }
+        EXPECT_EQ(report.failures, failures);
         EXPECT_TRUE(exists(folder.path(upper + "/new")));
+        EXPECT_TRUE(exists(folder.path(lower)));
         EXPECT_TRUE(exists(folder.path("upper")));
         EXPECT_FALSE(exists(sibling));
     }
