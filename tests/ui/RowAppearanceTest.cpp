@@ -4,6 +4,8 @@
 #include <QAccessible>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace zentrill {
 namespace {
 
@@ -51,9 +53,9 @@ protected:
         return open("models") && drawn("pub/foo.gguf");
     }
 
-    [[nodiscard]] bool openDocker() {
+    [[nodiscard]] bool openDocker(QSize size = {900, 650}) {
         playManyContainers();
-        return open("containers") && drawn("long");
+        return open("containers", size) && drawn("long");
     }
 
     void expectTilesAndTagsToStandOut(std::size_t count) const {
@@ -108,6 +110,40 @@ TEST_F(RowAppearanceTest, theStatesOfAllContainersStandInOneColumn) {
     const QQuickItem* const image = text(QStringLiteral("web:1"));
     ASSERT_NE(image, nullptr);
     EXPECT_GE(image->width(), 150);
+}
+
+TEST_F(RowAppearanceTest, theStateOfARunningContainerStandsBeforeItsButtonsInANarrowWindow) {
+    ASSERT_TRUE(openDocker({640, 450}));
+    const QQuickItem* const running = text(QStringLiteral("Up 3 minutes"));
+    const std::vector<QQuickItem*> stops = ofType("ActionButton", "text", QStringLiteral("Stop"));
+    ASSERT_NE(running, nullptr);
+    ASSERT_FALSE(stops.empty());
+    EXPECT_LT(place(*running->parentItem()).right(), place(*stops.front()).left());
+    EXPECT_GT(running->width(), 30);
+    const QQuickItem* const ended = text(QStringLiteral("Exited (0) 2 hours ago"));
+    ASSERT_NE(ended, nullptr);
+    EXPECT_EQ(place(*ended).left(), place(*running).left());
+}
+
+TEST_F(RowAppearanceTest, theEndOfAListHasItsMargin) {
+    for (int number = 0; number < 40; ++number) {
+        home_.makeFile(".lmstudio/models/pub/foo" + std::to_string(number) + ".gguf", "123");
+    }
+    ASSERT_TRUE(open("models") && drawn("LM Studio (GGUF)"));
+    const std::vector<QQuickItem*> lists = ofType("RecordList");
+    ASSERT_EQ(lists.size(), 1U);
+    lists.front()->forceActiveFocus();
+    QTest::keyClick(view_.get(), Qt::Key_End);
+    const auto lowest = [&] {
+        qreal bottom = 0;
+        for (const QQuickItem* row : ofType("LocalModelRowView")) {
+            bottom = std::max(bottom, place(*row).bottom());
+        }
+        return bottom;
+    };
+    const qreal end = place(*lists.front()).bottom();
+    EXPECT_TRUE(test::waitUntil([&] { return lowest() > end - 20; }));
+    EXPECT_NEAR(end - lowest(), lists.front()->property("bottomMargin").toReal(), 1);
 }
 
 TEST_F(RowAppearanceTest, anElidedImageNameFillsItsColumn) {

@@ -14,8 +14,15 @@ FocusScope {
     // Whether the focus is shown on this row.
     required property bool marked
 
-    // Where the states begin: in one column in all rows, whatever buttons they have.
-    readonly property real stateColumn: Math.round(Math.max(160, Math.min(320, (width - words.x) * 0.38)))
+    // Where the states begin: in one column in all rows, whatever buttons they have, and in a narrow window
+    // before the buttons of a running container.
+    readonly property real stateColumn: {
+        const wide = Math.max(160, Math.min(320, (width - words.x) * 0.38));
+        const allButtons = stop.implicitWidth + buttons.spacing + remove.implicitWidth + buttons.anchors.rightMargin;
+        const leastWords = width - words.x - words.anchors.rightMargin - allButtons;
+        return Math.round(Math.min(wide, Math.max(leastState, leastWords - leastState)));
+    }
+    readonly property real leastState: 56
 
     signal selected
     signal stopRequested

@@ -24,7 +24,8 @@ Item {
         visible: pane.state_.dockerNoticeHeading === ""
         focus: true
         model: pane.state_.dockerRows
-        stopFrom: (row, step) => pane.state_.dockerStop(row, step)
+        // Asked once more while the window closes, when there are no rows any longer.
+        stopFrom: (row, step) => pane.state_ ? pane.state_.dockerStop(row, step) : -1
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Docker containers and images")
 

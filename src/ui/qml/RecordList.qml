@@ -55,8 +55,10 @@ ListView {
         // What stands before the first stop and after the last is not reached in another way.
         if (stopFrom(stop - 1, -1) < 0)
             positionViewAtBeginning();
-        else if (stopFrom(stop + 1, 1) < 0)
+        else if (stopFrom(stop + 1, 1) < 0) {
             positionViewAtEnd();
+            scroll(bottomMargin); // The list itself leaves that out.
+        }
         else
             positionViewAtIndex(stop, ListView.Contain);
     }
