@@ -42,11 +42,15 @@ OutputPump::OutputPump(FileDescriptor output, FileDescriptor errorOutput, int ch
       interruption_(interruption) {}
 
 bool OutputPump::waitForChild(Clock::time_point deadline) {
-    return pumpUntil(deadline, true);
+    return pumpUntil(deadline, Event::childEnd);
+}
+
+bool OutputPump::settle(Clock::time_point deadline) {
+    return pumpUntil(deadline, Event::endOfStreams);
 }
 
 void OutputPump::pause(Clock::duration time) {
-    static_cast<void>(pumpUntil(Clock::now() + time, false));
+    static_cast<void>(pumpUntil(Clock::now() + time, Event::none));
 }
 
 void OutputPump::drain() {
@@ -54,13 +58,14 @@ void OutputPump::drain() {
     errorOutput_.drain();
 }
 
-bool OutputPump::pumpUntil(Clock::time_point deadline, bool stopAtChildEnd) {
-    while (!interrupted_) {
+bool OutputPump::pumpUntil(Clock::time_point deadline, Event event) {
+    const auto isSettled = [&] { return event == Event::endOfStreams && haveEnded(); };
+    while (!interrupted_ && !isSettled()) {
         const auto remaining = deadline - Clock::now();
         // `poll` skips negative descriptors: a stream at its end, the child when it is not waited for.
         std::array<pollfd, 4> entries{{
             {.fd = interruption_, .events = POLLIN, .revents = 0},
-            {.fd = stopAtChildEnd ? childEnd_ : -1, .events = POLLIN, .revents = 0},
+            {.fd = event == Event::childEnd ? childEnd_ : -1, .events = POLLIN, .revents = 0},
             {.fd = output_.pipe.get(), .events = POLLIN, .revents = 0},
             {.fd = errorOutput_.pipe.get(), .events = POLLIN, .revents = 0},
         }};
@@ -77,10 +82,10 @@ bool OutputPump::pumpUntil(Clock::time_point deadline, bool stopAtChildEnd) {
             }
         }
         if (remaining <= Clock::duration::zero()) {
-            return false;
+            break;
         }
     }
-    return false;
+    return isSettled();
 }
 
 std::size_t OutputPump::Stream::read(std::size_t limit) {

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <string>
 
 namespace zentrill {
@@ -23,6 +24,10 @@ public:
     /// Processes that the child left behind may hold the pipes open; they are not waited for.
     [[nodiscard]] bool waitForChild(Clock::time_point deadline);
 
+    /// Reads until both streams have ended (true), since then nothing is on its way any more, or the deadline
+    /// has passed or the interruption came (false). A process that the child left behind keeps a stream open.
+    [[nodiscard]] bool settle(Clock::time_point deadline);
+
     /// Reads for all of the time, unless interrupted.
     void pause(Clock::duration time);
 
@@ -36,6 +41,9 @@ public:
     [[nodiscard]] DataBox::Text takeErrorOutput() { return errorOutput_.box.take(); }
 
 private:
+    /// What ends a wait before its deadline.
+    enum class Event : std::uint8_t { none, childEnd, endOfStreams };
+
     struct Stream {
         FileDescriptor pipe;
         DataBox box;
@@ -51,7 +59,10 @@ private:
     int interruption_;
     bool interrupted_ = false;
 
-    [[nodiscard]] bool pumpUntil(Clock::time_point deadline, bool stopAtChildEnd);
+    [[nodiscard]] bool haveEnded() const noexcept { return !output_.pipe && !errorOutput_.pipe; }
+
+    /// Whether `event` came.
+    [[nodiscard]] bool pumpUntil(Clock::time_point deadline, Event event);
 };
 
 } // namespace zentrill

@@ -27,8 +27,6 @@ using Timeout = CommandExecuting::Timeout;
 constexpr Timeout shortestTimeout = 0.05s;
 /// Far beyond any use, and still representable on the clock.
 constexpr Timeout longestTimeout = 24h * 365;
-/// For output that is still on its way when the child has ended.
-constexpr auto settlingTime = 50ms;
 constexpr auto shutdownLimit = 500ms;
 
 OutputPump::Clock::time_point deadlineAfter(Timeout timeout) {
@@ -44,7 +42,8 @@ CommandResult launchFailure(std::string description) {
 }
 
 CommandResult runCommand(const std::string& executable, const std::vector<std::string>& arguments,
-                         const Environment& environment, Timeout timeout) {
+                         const Environment& environment, Timeout timeout,
+                         std::chrono::milliseconds settlingTime) {
     const CommandsInFlight::Entry flight;
     abandoned_children::reapEnded();
 
@@ -70,7 +69,7 @@ CommandResult runCommand(const std::string& executable, const std::vector<std::s
         child_ending::endAlone(child, pump);
     }
     child.signalGroup(SIGTERM);
-    pump.pause(settlingTime);
+    static_cast<void>(pump.settle(OutputPump::Clock::now() + settlingTime));
     if (pump.wasInterrupted()) {
         child_ending::endAtOnce(child, childEnd);
     }
@@ -90,7 +89,8 @@ CommandResult runCommand(const std::string& executable, const std::vector<std::s
 
 } // namespace
 
-ShellCommandRunner::ShellCommandRunner(Environment environment) : environment_(std::move(environment)) {}
+ShellCommandRunner::ShellCommandRunner(Environment environment, std::chrono::milliseconds settlingTime)
+    : environment_(std::move(environment)), settlingTime_(settlingTime) {}
 
 Environment ShellCommandRunner::defaultEnvironment() {
     Environment environment = currentEnvironment();
@@ -107,7 +107,7 @@ void ShellCommandRunner::shutDown() noexcept {
 CommandResult ShellCommandRunner::run(const std::string& executable,
                                       const std::vector<std::string>& arguments, Timeout timeout) {
     try {
-        return runCommand(executable, arguments, environment_, timeout);
+        return runCommand(executable, arguments, environment_, timeout, settlingTime_);
     } catch (const std::system_error& error) {
         return launchFailure(error.code().message());
     } catch (const std::bad_alloc&) {

@@ -3,6 +3,8 @@
 #include "process/CommandExecuting.h"
 #include "process/Environment.h"
 
+#include <chrono>
+
 namespace zentrill {
 
 /// Runs programs of the system, without a shell. Every child leads its own process group and gets the null
@@ -10,7 +12,15 @@ namespace zentrill {
 /// has been told to end. May be used by any number of threads at once.
 class ShellCommandRunner final : public CommandExecuting {
 public:
-    explicit ShellCommandRunner(Environment environment = defaultEnvironment());
+    /// For output that is still on its way when a child has ended: long enough for a process that was told to
+    /// end with it to say a last word.
+    static constexpr std::chrono::milliseconds defaultSettlingTime{50};
+
+    /// `settlingTime` is how long `run` goes on reading after the child has ended, while any process keeps
+    /// one of its output streams open. Once both streams have ended nothing is on its way, and `run` waits no
+    /// longer.
+    explicit ShellCommandRunner(Environment environment = defaultEnvironment(),
+                                std::chrono::milliseconds settlingTime = defaultSettlingTime);
 
     /// The environment of this process with a `PATH` of the places where the tools are installed: a desktop
     /// application does not inherit the one of the user's shell.
@@ -31,6 +41,7 @@ public:
 
 private:
     Environment environment_;
+    std::chrono::milliseconds settlingTime_;
 };
 
 } // namespace zentrill
