@@ -59,6 +59,43 @@ TEST_F(ShellCommandRunnerGroupTest, AProcessThatKeepsThePipeOpenDoesNotKeepTheCo
     EXPECT_TRUE(eventually([&] { return isGone(left); }));
 }
 
+TEST_F(ShellCommandRunnerGroupTest, AProcessThatKeepsAStreamOpenIsHeardForTheSettlingTime) {
+    ShellCommandRunner brief(ShellCommandRunner::defaultEnvironment(), 300ms);
+    for (const std::string other : {"2", "1"}) {
+        SCOPED_TRACE("without stream " + other);
+        const auto start = Clock::now();
+        const CommandResult result = brief.run(
+            "/bin/sh", {"-c",
+                        "setsid sh -c 'echo $$ > $1/new; mv $1/new $1/left; exec sleep 600' sh $1 " + other +
+                            "> /dev/null &\n"
+                            "while [ ! -e $1/left ]; do sleep 0.01; done",
+                        "sh", folder.path()});
+        EXPECT_GE(Clock::now() - start, 300ms);
+        EXPECT_TRUE(result.succeeded());
+        const pid_t left = std::stoi(contentOf(folder.path("left")));
+        ASSERT_FALSE(isGone(left));
+        ::kill(left, SIGKILL);
+        EXPECT_TRUE(eventually([&] { return isGone(left); }));
+        ASSERT_EQ(::unlink(folder.path("left").c_str()), 0);
+    }
+}
+
+TEST_F(ShellCommandRunnerGroupTest, ALastWordWithinTheSettlingTimeArrives) {
+    // It is said once the command is over: the command stays unreaped for as long as the runner listens.
+    EXPECT_TRUE(test::holdsInForkedChild([&] {
+        ::alarm(60); // Ends this process, should it go on listening after the last word.
+        ShellCommandRunner patient(ShellCommandRunner::defaultEnvironment(), 1h);
+        const CommandResult result = patient.run(
+            "/bin/sh", {"-c",
+                        "setsid sh -c 'echo > $1/ready\n"
+                        "while state=$(cut -d \" \" -f 3 /proc/$2/stat) && [ \"$state\" != Z ]; do\n"
+                        "sleep 0.01; done; echo late; echo too >&2' sh $1 $$ &\n"
+                        "while [ ! -e $1/ready ]; do sleep 0.01; done; echo done",
+                        "sh", folder.path()});
+        return result.succeeded() && result.stdout == "done\nlate\n" && result.stderr == "too\n";
+    }));
+}
+
 TEST_F(ShellCommandRunnerGroupTest, AProcessThatFloodsThePipeDoesNotKeepTheCommand) {
     const auto start = Clock::now();
     const CommandResult result = shell("(trap '' TERM; exec yes) & echo $! >&2");
@@ -86,6 +123,19 @@ TEST_F(ShellCommandRunnerGroupTest, ATimeOutGivesTheGroupTimeToTidyUp) {
                                        0.5s);
     EXPECT_TRUE(result.timedOut);
     EXPECT_EQ(result.stdout, "tidied\n");
+}
+
+TEST_F(ShellCommandRunnerGroupTest, ATimeOutStopsACommandThatKeepsForkingBeforeItIsAskedToEnd) {
+    // Without the stop the command would answer the request with one process more, which ends after the
+    // others.
+    const CommandResult result =
+        shell("trap 'asked=1' TERM; echo > $1/ready\n"
+              "while :; do (:); if [ \"$asked\" ]; then (echo late >> $1/late); fi; done",
+              0.5s);
+    EXPECT_TRUE(result.timedOut);
+    EXPECT_EQ(result.exitCode, SIGKILL);
+    EXPECT_EQ(contentOf(folder.path("ready")), "\n");
+    EXPECT_EQ(contentOf(folder.path("late")), "");
 }
 
 TEST_F(ShellCommandRunnerGroupTest, LeadsAGroupOfItsOwn) {

@@ -1,10 +1,13 @@
 #include "platform/FileDescriptor.h"
+#include "process/Pipe.h"
 #include "process/ShellCommandRunner.h"
+#include "process/SpawnChild.h"
 #include "support/Processes.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -52,10 +55,19 @@ TEST_F(ShellCommandRunnerIsolationTest, IgnoredAndBlockedSignalsAreNotInherited)
 }
 
 TEST_F(ShellCommandRunnerIsolationTest, DescriptorsWithoutCloseOnExecAreNotInherited) {
-    const FileDescriptor leaky(::open("/dev/null", O_RDONLY)); // NOLINT(android-cloexec-open): the point
-    const FileDescriptor high(::fcntl(leaky.get(), F_DUPFD, 200));
-    ASSERT_GE(high.get(), 200);
-    EXPECT_EQ(runner.run("/bin/ls", {"/proc/self/fd"}).stdout, onlyItsOwn);
+    // Whatever this process has open already: every descriptor from the first one above standard error up to
+    // a high one.
+    EXPECT_TRUE(test::holdsInForkedChild([&] {
+        constexpr int high = 100;
+        const FileDescriptor null(::open("/dev/null", O_RDONLY)); // NOLINT(android-cloexec-open): the point
+        for (int number = STDERR_FILENO + 1; number <= high; ++number) {
+            const bool isOpen = ::fcntl(number, F_GETFD) >= 0 || ::dup2(null.get(), number) == number;
+            if (!isOpen || ::fcntl(number, F_SETFD, 0) != 0) {
+                return false;
+            }
+        }
+        return runner.run("/bin/ls", {"/proc/self/fd"}).stdout == onlyItsOwn;
+    }));
 }
 
 TEST_F(ShellCommandRunnerIsolationTest, SixteenThreadsDoNotHoldEachOthersPipes) {
@@ -90,6 +102,50 @@ TEST_F(ShellCommandRunnerIsolationTest, WorksWithoutStandardDescriptors) {
         const CommandResult result = runner.run("/bin/sh", {"-c", "echo out; echo err >&2; cat"});
         return result.succeeded() && result.stdout == "out\n" && result.stderr == "err\n";
     }));
+}
+
+TEST_F(ShellCommandRunnerIsolationTest, WorksWithoutSomeOfTheStandardDescriptors) {
+    for (const std::vector<int>& missing :
+         std::vector<std::vector<int>>{{0}, {1}, {2}, {0, 1}, {0, 2}, {1, 2}}) {
+        SCOPED_TRACE(testing::PrintToString(missing));
+        EXPECT_TRUE(test::holdsInForkedChild([&] {
+            for (const int standard : missing) {
+                ::close(standard);
+            }
+            const CommandResult result = runner.run("/bin/sh", {"-c", "echo out; echo err >&2; cat"});
+            // What this process writes to a standard descriptor must not end up in a pipe.
+            return result.succeeded() && result.stdout == "out\n" && result.stderr == "err\n" &&
+                   std::ranges::all_of(missing, [](int standard) { return ::fcntl(standard, F_GETFD) < 0; });
+        }));
+    }
+}
+
+TEST_F(ShellCommandRunnerIsolationTest, NoEndOfAPipeIsAStandardDescriptor) {
+    for (const std::vector<int>& missing : std::vector<std::vector<int>>{{2}, {1, 2}, {0, 1, 2}}) {
+        SCOPED_TRACE(testing::PrintToString(missing));
+        EXPECT_TRUE(test::holdsInForkedChild([&] {
+            for (const int standard : missing) {
+                ::close(standard);
+            }
+            const Pipe first = Pipe::open();
+            const Pipe second = Pipe::open();
+            return std::ranges::all_of(std::array{first.reading.get(), first.writing.get(),
+                                                  second.reading.get(), second.writing.get()},
+                                       [](int end) { return end > STDERR_FILENO; });
+        }));
+    }
+}
+
+TEST_F(ShellCommandRunnerIsolationTest, ReapsWhatWasAbandonedBefore) {
+    const Pipe pipe = Pipe::open();
+    SpawnedChild spawned = spawnChild("/bin/sleep", {"600"}, {}, pipe.writing.get(), pipe.writing.get());
+    ASSERT_TRUE(spawned.child) << spawned.error.message();
+    // It still runs, so it is killed and left to be reaped later.
+    ASSERT_EQ(spawned.child->reap(), -1);
+    ASSERT_TRUE(test::eventually([&] { return test::isGone(spawned.child->id()); }));
+    EXPECT_FALSE(test::hasNoChildren());
+    EXPECT_TRUE(runner.run("/bin/true", {}).succeeded());
+    EXPECT_TRUE(test::hasNoChildren());
 }
 
 TEST_F(ShellCommandRunnerIsolationTest, ReturnsInAProcessThatIgnoresItsChildren) {
