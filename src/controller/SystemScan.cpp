@@ -3,10 +3,13 @@
 #include "catalog/ApplicationDetectionRegistry.h"
 #include "catalog/InstallationDetector.h"
 #include "controller/HomePathExpander.h"
+#include "controller/OperationQueue.h"
 #include "docker/DockerScanner.h"
 #include "models/LocalModelScanner.h"
 #include "platform/HomeDirectory.h"
+#include "platform/WorkerThread.h"
 
+#include <future>
 #include <iterator>
 #include <utility>
 
@@ -49,10 +52,17 @@ std::vector<LocalModel> scanModels(const OperationContext& context) {
 } // namespace
 
 ScanSnapshot collectScan(const OperationContext& context) {
+    const auto scanDocker = [scanner = DockerScanner(context.commandRunner, context.dockerLocator)] {
+        beginWorkerThread(OperationQueue::label);
+        return scanner.scan();
+    };
+    // Docker mostly keeps its caller waiting. It shares nothing with the rest that changes, and logs nothing.
+    // Without a policy the libraries start a thread; where none is to be had, they leave the call to `get`.
+    std::future<DockerAvailability> docker = std::async(scanDocker);
     ScanSnapshot snapshot;
     snapshot.apps = scanApplications(context);
     snapshot.models = scanModels(context);
-    snapshot.docker = DockerScanner(context.commandRunner, context.dockerLocator).scan();
+    snapshot.docker = docker.get();
     return snapshot;
 }
 
