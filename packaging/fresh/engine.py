@@ -85,25 +85,32 @@ class PrivateEngine:
         done = subprocess.run(["docker", *arguments], env=self._environment(), stdout=subprocess.PIPE,
                               stderr=subprocess.PIPE, start_new_session=True, **options)
         if done.returncode != 0:
-            raise EngineError(f"docker {arguments[0]}: {done.stderr.decode(errors='replace').strip()}")
+            raise EngineError(f"docker {arguments[0]}: {(done.stderr or done.stdout).decode(errors='replace').strip()}")
         return done.stdout.decode(errors="replace").strip()
 
     def run(self, log, *arguments, timeout):
         """`docker run` with these arguments, its output into the file; the status, or nothing when time ran out."""
-        with subprocess.Popen(["docker", "run", *self.container_options, *arguments], env=self._environment(),
-                              stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True) as client:
-            try:
-                return client.wait(timeout)
-            except subprocess.TimeoutExpired:
-                return None
-            finally:
-                client.kill()
+        return self._follow(log, "run", *self.container_options, *arguments, timeout=timeout)
+
+    def execute(self, log, *arguments, timeout):
+        """The same for `docker exec`. What it started goes on when time ran out."""
+        return self._follow(log, "exec", *arguments, timeout=timeout)
 
     def write_log(self, container, path):
         """What the container has printed, each line with its time."""
         with path.open("wb") as log:
             subprocess.run(["docker", "logs", "--timestamps", container], env=self._environment(), stdout=log, stderr=log,
                            check=False)
+
+    def _follow(self, log, *arguments, timeout):
+        with subprocess.Popen(["docker", *arguments], env=self._environment(), stdin=subprocess.DEVNULL, stdout=log,
+                              stderr=log, start_new_session=True) as client:
+            try:
+                return client.wait(timeout)
+            except subprocess.TimeoutExpired:
+                return None
+            finally:
+                client.kill()
 
     def _start_with_own_network(self):
         """Containers get what a default engine gives them: addresses of their own behind a bridge. Nothing of it is
