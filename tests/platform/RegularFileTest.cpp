@@ -1,12 +1,17 @@
 #include "platform/RegularFile.h"
 
+#include "platform/FileSystem.h"
+#include "support/ChildProcess.h"
 #include "support/TemporaryDirectory.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <string>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -69,6 +74,20 @@ TEST_F(RegularFileTest, ATemporaryFileOfAnInterruptedRunIsNoObstacle) {
     const std::string left = folder.makeFile(".zentrill-" + std::to_string(::getpid()) + "-0.tmp", "left");
     EXPECT_TRUE(replaceRegularFile(folder.path("file"), "new"));
     EXPECT_EQ(readRegularFile(left, 4, FinalLink::refuse).content, "left");
+}
+
+TEST_F(RegularFileTest, AReplacementThatCannotBeWrittenLeavesTheOldFileAndNoOther) {
+    const std::string file = folder.makeFile("file", "old");
+    EXPECT_TRUE(test::passesInChild([&] {
+        // Without the signal, writing beyond the limit is an error like that of a full disk.
+        ::signal(SIGXFSZ, SIG_IGN); // NOLINT(performance-no-int-to-ptr): the system's own constant
+        const rlimit none{.rlim_cur = 0, .rlim_max = 0};
+        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &none), 0);
+        EXPECT_FALSE(replaceRegularFile(file, "new"));
+    }));
+    EXPECT_EQ(readRegularFile(file, 3, FinalLink::refuse).content, "old");
+    EXPECT_THAT(FileSystem::shared().entryNames(folder.path()),
+                testing::Optional(testing::ElementsAre("file")));
 }
 
 } // namespace
