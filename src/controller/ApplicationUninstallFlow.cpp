@@ -83,7 +83,7 @@ ApplicationUninstallResult uninstall(const OperationContext& context, const AppI
     const ApplicationUninstallService service(context.deletionEngine, InstallationDetector(), isAlive);
     ApplicationUninstallResult result =
         service.uninstall(ApplicationDetectionRegistry::rule(app.name), preserveCredentials,
-                          homePathExpander(), context.isCancelled);
+                          homePathExpander(), context.isCancelled, context.isAbandoned);
     for (const std::string& path : result.deletionReport.preserved) {
         context.log("[Safety Shield] Preserved: " + path);
     }

@@ -47,10 +47,11 @@ ApplicationUninstallService::ProcessAliveChecker ApplicationUninstallService::li
     return liveProcessAliveChecker(std::make_shared<ShellCommandRunner>());
 }
 
-ApplicationUninstallResult
-ApplicationUninstallService::uninstall(const ApplicationDetectionRule& rule, bool preserveCredentials,
-                                       const PathExpander& pathExpander,
-                                       const CancellationCheck& cancellation) const {
+ApplicationUninstallResult ApplicationUninstallService::uninstall(const ApplicationDetectionRule& rule,
+                                                                  bool preserveCredentials,
+                                                                  const PathExpander& pathExpander,
+                                                                  const CancellationCheck& cancellation,
+                                                                  const AbandonmentCheck& abandonment) const {
     ApplicationUninstallResult result;
     if (processAliveChecker_(rule.processNames)) {
         result.deletionReport.failures.push_back(rule.name + " is currently running. Quit " + rule.name +
@@ -58,7 +59,7 @@ ApplicationUninstallService::uninstall(const ApplicationDetectionRule& rule, boo
         result.presence = InstallationPresence::installed;
         return result;
     }
-    result.deletionReport = deleteEntries(rule, preserveCredentials, pathExpander, cancellation);
+    result.deletionReport = deleteEntries(rule, preserveCredentials, pathExpander, cancellation, abandonment);
     result.remainingDataPaths = detector_.existingPaths(expanded(rule.scanResidualDataPaths(), pathExpander));
     result.presence = detector_.presence(rule, pathExpander);
     if (result.presence == InstallationPresence::installed) {
@@ -71,13 +72,14 @@ ApplicationUninstallService::uninstall(const ApplicationDetectionRule& rule, boo
 DeletionReport ApplicationUninstallService::deleteEntries(const ApplicationDetectionRule& rule,
                                                           bool preserveCredentials,
                                                           const PathExpander& pathExpander,
-                                                          const CancellationCheck& cancellation) const {
+                                                          const CancellationCheck& cancellation,
+                                                          const AbandonmentCheck& abandonment) const {
     DeletionReport report;
     DeletionOptions options{.preserveCredentials = preserveCredentials,
                             .explicitCredentialPaths = expanded(rule.credentialPaths, pathExpander),
                             .preserveUnrecognized = false};
     for (const std::string& entry : rule.uninstallPaths) {
-        if (cancellation()) {
+        if (cancellation() || abandonment()) {
             report.failures.emplace_back("Operation cancelled.");
             break;
         }

@@ -26,6 +26,9 @@ public:
     /// Whether the user has cancelled.
     using CancellationCheck = std::function<bool()>;
 
+    /// Whether nobody is there any more to see what comes of it, as when the window is closed.
+    using AbandonmentCheck = std::function<bool()>;
+
     explicit ApplicationUninstallService(
         std::shared_ptr<const SafeDeletionEngine> deletion = std::make_shared<const SafeDeletionEngine>(),
         InstallationDetector detector = InstallationDetector(),
@@ -41,16 +44,19 @@ public:
     [[nodiscard]] static ProcessAliveChecker liveProcessAliveChecker();
 
     /// `preserveCredentials` is the Safety Shield. With it on, data folders keep every file that is not
-    /// recognised as safe to delete; executables and bundles lose all but credentials. `cancellation` is
-    /// asked before each entry of the rule. Problems are told in the report's failures.
+    /// recognised as safe to delete; executables and bundles lose all but credentials. `cancellation` and
+    /// `abandonment` are asked before each entry of the rule; either one's "yes" leaves the rest as it is and
+    /// is a failure of the report. Problems are told in the report's failures.
     [[nodiscard]] ApplicationUninstallResult uninstall(
         const ApplicationDetectionRule& rule, bool preserveCredentials, const PathExpander& pathExpander,
-        const CancellationCheck& cancellation = [] { return false; }) const;
+        const CancellationCheck& cancellation = [] { return false; },
+        const AbandonmentCheck& abandonment = [] { return false; }) const;
 
 private:
     [[nodiscard]] DeletionReport deleteEntries(const ApplicationDetectionRule& rule, bool preserveCredentials,
                                                const PathExpander& pathExpander,
-                                               const CancellationCheck& cancellation) const;
+                                               const CancellationCheck& cancellation,
+                                               const AbandonmentCheck& abandonment) const;
 
     std::shared_ptr<const SafeDeletionEngine> deletion_;
     InstallationDetector detector_;

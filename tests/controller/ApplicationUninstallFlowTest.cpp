@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 
 namespace zentrill {
@@ -38,6 +39,17 @@ protected:
         std::ranges::transform(names, std::back_inserter(apps),
                                [this](const auto& name) { return app(name); });
         return apps;
+    }
+
+    /// For calls without the controller; `log` gets the lines.
+    [[nodiscard]] OperationContext context(std::function<void(std::string)> log) const {
+        OperationContext context;
+        context.commandRunner = commands_;
+        context.deletionEngine = engine_;
+        context.log = std::move(log);
+        context.isCancelled = [] { return false; };
+        context.isAbandoned = [] { return false; };
+        return context;
     }
 
     static constexpr const char* support = "Library/Application Support/VendorApp";
@@ -262,19 +274,82 @@ TEST_F(ApplicationUninstallFlowTest, saysSoWhenApplicationsWereNotEvenBegun) {
     home_.makeFile(std::string(caches) + "/file");
     startScanned();
     std::vector<std::string> lines;
-    OperationContext context;
-    context.commandRunner = commands_;
-    context.deletionEngine = engine_;
-    context.log = [&lines](std::string line) { lines.push_back(std::move(line)); };
-    context.isCancelled = [] { return true; };
-    context.isAbandoned = [] { return false; };
-    const ResultAlert alert = uninstallApps(context, targets({"VendorApp"}), false);
+    OperationContext cancelled = context([&lines](std::string line) { lines.push_back(std::move(line)); });
+    cancelled.isCancelled = [] { return true; };
+    const ResultAlert alert = uninstallApps(cancelled, targets({"VendorApp"}), false);
     EXPECT_TRUE(exists(caches));
     EXPECT_THAT(lines, ElementsAre("Operation cancelled."));
     EXPECT_EQ(alert,
               (ResultAlert{"Uninstallation Completed with Errors",
                            "Removed 0 filesystem items for 0 application(s).\nErrors:\nOperation cancelled.",
                            ResultOutcome::errors, 0}));
+}
+
+TEST_F(ApplicationUninstallFlowTest, completesWhenTheCancellationComesAfterTheLastTool) {
+    const std::string settings = home_.makeFile(std::string(support) + "/settings.json");
+    home_.makeFile(std::string(caches) + "/file.log");
+    startScanned();
+    bool isCancelled = false;
+    std::vector<std::string> lines;
+    // What the shield kept is told when the tool is done.
+    OperationContext late = context([&](std::string line) {
+        isCancelled = isCancelled || line.starts_with("[Safety Shield]");
+        lines.push_back(std::move(line));
+    });
+    late.isCancelled = [&isCancelled] { return isCancelled; };
+    const ResultAlert alert = uninstallApps(late, targets({"VendorApp"}), true);
+    EXPECT_TRUE(isCancelled);
+    EXPECT_THAT(lines, Contains("[Safety Shield] Preserved: " + settings));
+    EXPECT_THAT(lines, Not(Contains("Operation cancelled.")));
+    EXPECT_EQ(alert.title, "Uninstallation Completed with Data Remaining");
+    EXPECT_EQ(alert.outcome, ResultOutcome::dataRemaining);
+    EXPECT_THAT(alert.message, Not(::testing::HasSubstr("cancelled")));
+}
+
+TEST_F(ApplicationUninstallFlowTest, doesNotReportAsRemainingWhatTheNextToolRemoved) {
+    home_.makeFile(".codex/history");
+    home_.makeFile("Library/Application Support/com.openai.chat/file");
+    startScanned();
+    // The folder that both tools share cannot go with the first one.
+    std::atomic<bool> isHeld = true;
+    engine_ = std::make_shared<SafeDeletionEngine>(
+        FileSystem::shared(), CredentialMatcher(), [&isHeld, home = home_.path()](const std::string& path) {
+            return path.starts_with(home + "/") && !(isHeld && path.starts_with(home + "/.codex"));
+        });
+    bool wasLeftByTheFirst = false;
+    const ResultAlert alert = uninstallApps(context([&](const std::string& line) {
+                                                if (line == "Uninstalling: Codex Tooling") {
+                                                    wasLeftByTheFirst = exists(".codex/history");
+                                                    isHeld = false;
+                                                }
+                                            }),
+                                            targets({"ChatGPT", "Codex Tooling"}), false);
+    EXPECT_TRUE(wasLeftByTheFirst);
+    EXPECT_FALSE(exists(".codex"));
+    EXPECT_EQ(alert.message, "Removed 1 filesystem items for 2 application(s).\n"
+                             "Remaining selected-app data (not deleted; review before removing manually):\n"
+                             "ChatGPT: " +
+                                 home_.path("Library/Application Support/com.openai.chat"));
+    EXPECT_EQ(alert.retainedPathCount, 1);
+    EXPECT_EQ(alert.outcome, ResultOutcome::dataRemaining);
+}
+
+TEST_F(ApplicationUninstallFlowTest, reportsCompleteWhenTheNextToolRemovedAllThatWasLeft) {
+    home_.makeFile(".codex/history");
+    startScanned();
+    std::atomic<bool> isHeld = true;
+    engine_ = std::make_shared<SafeDeletionEngine>(FileSystem::shared(), CredentialMatcher(),
+                                                   [&isHeld, home = home_.path()](const std::string& path) {
+                                                       return path.starts_with(home + "/") && !isHeld;
+                                                   });
+    const ResultAlert alert = uninstallApps(context([&isHeld](const std::string& line) {
+                                                isHeld = isHeld && line != "Uninstalling: Codex Tooling";
+                                            }),
+                                            targets({"ChatGPT", "Codex Tooling"}), false);
+    EXPECT_FALSE(exists(".codex"));
+    EXPECT_EQ(alert,
+              (ResultAlert{"Uninstallation Completed", "Removed 1 filesystem items for 2 application(s).",
+                           ResultOutcome::complete, 0}));
 }
 
 TEST_F(ApplicationUninstallFlowTest, givesTheNextOperationAFreshToken) {

@@ -123,19 +123,88 @@ TEST_F(ClosingTest, deletesNothingOnceTheStepBeforeWasCutShort) {
     EXPECT_TRUE(FileSystem::shared().fileExists(data));
 }
 
+TEST_F(ClosingTest, stopsARemovalAtTheNextEntryWhetherItWasCancelledBeforeOrNot) {
+    for (const bool isCancelledBefore : {false, true}) {
+        SCOPED_TRACE(isCancelledBefore);
+        const std::string first = home_.makeFile("Library/Application Support/VendorApp/file");
+        const std::string second = home_.makeFile("Library/Caches/com.vendor.app/file");
+        test::Gate gate;
+        engine_ = std::make_shared<SafeDeletionEngine>(FileSystem::shared(), CredentialMatcher(),
+                                                       [&](const std::string& path) {
+                                                           gate.pass();
+                                                           return path.starts_with(home_.path() + "/");
+                                                       });
+        endCommands_ = [&gate] { gate.open(); };
+        start();
+        controller_->uninstallAppsFromConfirmation({app("VendorApp")}, false);
+        ASSERT_TRUE(gate.waitForArrival());
+        if (isCancelledBefore) {
+            controller_->cancelOperation();
+        }
+        EXPECT_TRUE(controller_->shutDown());
+        EXPECT_FALSE(FileSystem::shared().fileExists(first));
+        EXPECT_TRUE(FileSystem::shared().fileExists(second));
+    }
+}
+
+TEST_F(ClosingTest, beginsNoRescanAfterARemoval) {
+    test::Gate gate;
+    locator_->set("/opt/docker");
+    answer_ = [&gate](const FakeCommandRunner::Call&) {
+        gate.pass();
+        return test::ok();
+    };
+    endCommands_ = [&gate] { gate.open(); };
+    start();
+    controller_->stopContainer({.id = "c0ffee", .name = "web", .status = "Up 3 minutes"});
+    ASSERT_TRUE(gate.waitForArrival());
+    EXPECT_TRUE(controller_->shutDown());
+    EXPECT_EQ(commands_->calls().size(), 1U);
+}
+
+/// Runs commands for real and remembers which were started.
+class WatchedRunner final : public CommandExecuting {
+public:
+    CommandResult run(const std::string& executable, const std::vector<std::string>& arguments,
+                      Timeout timeout) override {
+        CommandResult result = runner_.run(executable, arguments, timeout);
+        if (!result.launchError) {
+            const std::lock_guard guard(mutex_);
+            started_.push_back(arguments.front());
+        }
+        return result;
+    }
+
+    [[nodiscard]] std::vector<std::string> started() const {
+        const std::lock_guard guard(mutex_);
+        return started_;
+    }
+
+private:
+    ShellCommandRunner runner_;
+    mutable std::mutex mutex_;
+    std::vector<std::string> started_;
+};
+
 class ClosingDeathTest : public ControllerFixture {
 protected:
     ClosingDeathTest() { ::testing::GTEST_FLAG(death_test_style) = "threadsafe"; }
 
-    /// Scans with a `docker` that hangs, closes in mid-scan and ends the process with status 0 if that went
-    /// as it should. Runs in a process of its own: ending commands is for good.
-    [[noreturn]] void closeInMidScan() {
+    /// Scans, at the start or after a container was stopped, with a `docker` that hangs when it is asked for
+    /// its context, closes in mid-scan and ends the process with status 0 if that went as it should. Runs in
+    /// a process of its own: ending commands is for good.
+    [[noreturn]] void closeInMidScan(bool isAfterRemoval) {
         const std::string pidFile = home_.path("docker.pid");
-        locator_->set(home_.makeExecutable("docker", "#!/bin/sh\necho $$ > " + pidFile + ".new\nmv " +
-                                                         pidFile + ".new " + pidFile + "\nexec sleep 600\n"));
-        ApplicationHooks hooks = ApplicationHooks::ofThisProgram();
-        UninstallerViewModel controller(std::make_shared<ShellCommandRunner>(), engine_, locator_, true,
-                                        std::move(hooks));
+        locator_->set(home_.makeExecutable("docker", "#!/bin/sh\ncase $1 in container) exit 0;; esac\n"
+                                                     "echo $$ > " +
+                                                         pidFile + ".new\nmv " + pidFile + ".new " + pidFile +
+                                                         "\nexec sleep 600\n"));
+        const auto runner = std::make_shared<WatchedRunner>();
+        UninstallerViewModel controller(runner, engine_, locator_, !isAfterRemoval,
+                                        ApplicationHooks::ofThisProgram());
+        if (isAfterRemoval) {
+            controller.stopContainer({.id = "c0ffee", .name = "web", .status = "Up 3 minutes"});
+        }
         const bool hangs = waitUntil([&] { return FileSystem::shared().fileExists(pidFile); });
         const auto before = steady_clock::now();
         const bool ended = controller.shutDown();
@@ -143,16 +212,24 @@ protected:
         pid_t pid = -1;
         std::ifstream(pidFile) >> pid;
         const bool gone = pid > 0 && ::kill(pid, 0) != 0;
+        const auto expected = isAfterRemoval ? std::vector<std::string>{"container", "context"}
+                                             : std::vector<std::string>{"context"};
+        const bool nothingMore = runner->started() == expected;
         std::cerr << "hangs " << hangs << ", ended " << ended << " after " << duration.count() << " ms, gone "
-                  << gone << '\n';
+                  << gone << ", no further command " << nothingMore << '\n';
         std::filesystem::remove_all(home_.path());
-        std::_Exit(hangs && ended && gone && duration < std::chrono::seconds(1) ? EXIT_SUCCESS
-                                                                                : EXIT_FAILURE);
+        std::_Exit(hangs && ended && gone && nothingMore && duration < std::chrono::seconds(1)
+                       ? EXIT_SUCCESS
+                       : EXIT_FAILURE);
     }
 };
 
 TEST_F(ClosingDeathTest, endsPromptlyInMidScanAndLeavesNoChildBehind) {
-    EXPECT_EXIT(closeInMidScan(), ::testing::ExitedWithCode(EXIT_SUCCESS), "");
+    EXPECT_EXIT(closeInMidScan(false), ::testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+TEST_F(ClosingDeathTest, endsPromptlyInTheRescanAfterARemoval) {
+    EXPECT_EXIT(closeInMidScan(true), ::testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 
 } // namespace

@@ -179,6 +179,18 @@ TEST_F(ApplicationUninstallServiceTest, CancellingKeepsTheEntriesThatAreLeft) {
     EXPECT_FALSE(result.succeeded());
 }
 
+TEST_F(ApplicationUninstallServiceTest, BeingAbandonedKeepsTheEntriesThatAreLeft) {
+    const std::string bundle = make("/Applications/VendorApp.app");
+    const std::string support = make("~/Library/Application Support/VendorApp/data");
+    int asked = 0;
+    const ApplicationUninstallResult result = quietService().uninstall(
+        rule("VendorApp"), false, expander(), [] { return false; }, [&asked] { return ++asked > 1; });
+    EXPECT_EQ(asked, 2);
+    EXPECT_THAT(result.deletionReport.removed, ElementsAre(bundle));
+    EXPECT_THAT(result.deletionReport.failures, ElementsAre("Operation cancelled."));
+    EXPECT_TRUE(exists(support));
+}
+
 TEST_F(ApplicationUninstallServiceTest, CancellationIsAskedOncePerEntry) {
     int asked = 0;
     const auto result = quietService().uninstall(rule("Ollama"), false, expander(), [&asked] {
