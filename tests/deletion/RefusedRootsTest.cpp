@@ -118,10 +118,13 @@ TEST(RefusedRoots, TheHomeFolderUnderAnotherName) {
         ::setenv("HOME", home.c_str(), 1);
         ASSERT_EQ(::mount(folder.path("Users").c_str(), users.c_str(), nullptr, MS_BIND, nullptr), 0);
         for (const std::string& path : {users, users + "/u"}) {
-            bool asked = false;
-            EXPECT_THAT(harmlessEngine(asked).deleteItem(path, shielded).failures,
-                        ElementsAre("Refusing to delete a folder that is or holds the home folder: " + path));
-            EXPECT_FALSE(asked);
+            for (const DeletionOptions& options : {unshielded, shielded}) {
+                bool asked = false;
+                EXPECT_THAT(
+                    harmlessEngine(asked).deleteItem(path, options).failures,
+                    ElementsAre("Refusing to delete a folder that is or holds the home folder: " + path));
+                EXPECT_FALSE(asked);
+            }
         }
     }));
 }

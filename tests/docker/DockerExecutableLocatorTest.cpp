@@ -92,6 +92,12 @@ TEST_F(DockerExecutableLocatorTest, PassesOverADanglingLink) {
     EXPECT_EQ(locator.locate(), "/opt/homebrew/bin/docker");
 }
 
+TEST_F(DockerExecutableLocatorTest, PassesOverALinkWhoseTargetHasChangedMeanwhile) {
+    files.executables = {"/cellar/docker", "/opt/homebrew/bin/docker"};
+    files.links = {{"/usr/local/bin/docker", "/cellar/docker"}, {"/cellar/docker", "/gone/docker"}};
+    EXPECT_EQ(locator.locate(), "/opt/homebrew/bin/docker");
+}
+
 TEST_F(DockerExecutableLocatorTest, FindsOnTheRealFileSystemWhatIsInstalledMeanwhile) {
     const test::TemporaryDirectory home;
     const std::string last = home.path("last");

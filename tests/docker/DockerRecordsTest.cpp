@@ -133,5 +133,15 @@ TEST(DockerImageUsage, HasItsRawValues) {
     EXPECT_EQ(rawValue(DockerImageUsage::unknown), "unknown");
 }
 
+TEST(DockerImage, ItsFullIDHasHexadecimalDigitsOnly) {
+    const std::string most = "sha256:" + std::string(63, 'a');
+    for (const char digit : {'0', '9', 'a', 'f', 'A', 'F'}) {
+        EXPECT_TRUE(isFullImageID(most + digit)) << digit;
+    }
+    for (const char neighbour : {'/', ':', '`', 'g', '@', 'G'}) {
+        EXPECT_FALSE(isFullImageID(most + neighbour)) << neighbour;
+    }
+}
+
 } // namespace
 } // namespace zentrill
