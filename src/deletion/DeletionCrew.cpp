@@ -82,15 +82,13 @@ std::shared_ptr<DeletionJob> DeletionCrew::takeOldest() {
     std::shared_ptr<DeletionJob> job = std::move(queue_.front());
     queue_.pop_front();
     queued_.store(queue_.size(), std::memory_order_relaxed);
-    job->state_.store(DeletionJob::State::running, std::memory_order_relaxed);
     return job;
 }
 
 void DeletionCrew::runUnlocked(DeletionJob& job, bool mayHelp, std::unique_lock<std::mutex>& lock) {
     lock.unlock();
-    job.run(mayHelp);
-    lock.lock();
-    job.state_.store(DeletionJob::State::finished, std::memory_order_release);
+    job.execute(mayHelp);
+    lock.lock(); // Whoever found it unfinished under the lock is waiting by now.
     progress_.notify_all();
 }
 

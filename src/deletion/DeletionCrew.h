@@ -3,7 +3,6 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <memory>
 #include <mutex>
@@ -22,19 +21,18 @@ public:
     DeletionJob& operator=(DeletionJob&&) = delete;
     virtual ~DeletionJob() = default;
 
-    [[nodiscard]] bool isFinished() const noexcept {
-        return state_.load(std::memory_order_acquire) == State::finished;
+    [[nodiscard]] bool isFinished() const noexcept { return finished_.load(std::memory_order_acquire); }
+
+    /// Does the job, once; `mayHelp` as for `DeletionCrew::await`.
+    void execute(bool mayHelp) {
+        run(mayHelp);
+        finished_.store(true, std::memory_order_release);
     }
 
 private:
-    friend class DeletionCrew;
-
-    enum class State : std::uint8_t { waiting, running, finished };
-
-    /// `mayHelp` as for `DeletionCrew::await`.
     virtual void run(bool mayHelp) = 0;
 
-    std::atomic<State> state_{State::waiting};
+    std::atomic<bool> finished_{false};
 };
 
 /// The threads that take part in one deletion beside the one that began it.

@@ -2,20 +2,28 @@
 
 #include "deletion/DeletionCrew.h"
 #include "deletion/DeletionOutcome.h"
-#include "deletion/DeletionRules.h"
+#include "deletion/ItemPaths.h"
 #include "platform/DirectoryHandle.h"
 
-#include <string>
+#include <functional>
 
 namespace zentrill {
 
 /// A folder that a walk leaves to another thread.
 class DeletionSubtree : public DeletionJob {
 public:
-    /// `parent` is a handle of its own on the folder that holds the one at `path`; the paths are those of the
-    /// folder as for `DeletionWalk`. `rules` and `crew` outlive the job.
-    DeletionSubtree(const DeletionRules& rules, DeletionCrew& crew, DirectoryHandle parent, std::string path,
-                    std::string standardizedPath);
+    /// What there is to know of the folder.
+    struct Task {
+        /// A handle of its own on the folder that holds it.
+        DirectoryHandle parent;
+        ItemPaths paths;
+    };
+
+    /// Removes a folder; `mayHelp` as for `DeletionCrew::await`.
+    using Remover = std::function<DeletionOutcome(Task task, bool mayHelp)>;
+
+    /// `remove` outlives the job.
+    DeletionSubtree(const Remover& remove, Task task);
 
     /// What became of it; once it is finished.
     [[nodiscard]] DeletionOutcome& outcome() noexcept { return outcome_; }
@@ -23,11 +31,8 @@ public:
 private:
     void run(bool mayHelp) override;
 
-    const DeletionRules& rules_;
-    DeletionCrew& crew_;
-    DirectoryHandle parent_;
-    std::string path_;
-    std::string standardizedPath_;
+    const Remover& remove_;
+    Task task_;
     DeletionOutcome outcome_;
 };
 

@@ -1,18 +1,14 @@
 #include "deletion/DeletionWalk.h"
 
-#include "platform/Paths.h"
 #include "platform/SystemError.h"
 
 #include <cerrno>
+#include <optional>
 #include <utility>
 
 namespace zentrill {
 
 namespace {
-
-/// Names read from a directory before its entries are handled, in bytes: few enough that what the kernel has
-/// just looked at is still in the processor's cache when it goes: a megabyte at a time is 2 % slower.
-constexpr std::size_t listingBytes = std::size_t{16} * 1024;
 
 /// How often a directory is gone through again because somebody keeps adding to it.
 constexpr int rescanLimit = 8;
@@ -33,62 +29,64 @@ bool isNoDirectory(int error) {
 DeletionWalk::DeletionWalk(const DeletionRules& rules, std::string path, std::string standardizedPath,
                            DirectoryHandle parent)
     : rules_(rules),
-      standardizedPath_(std::move(standardizedPath)),
-      stack_(std::move(path), std::string(paths::lastComponent(standardizedPath_)), std::move(parent)),
-      handedOver_(rules, stack_, record_) {}
+      paths_(std::move(path), std::move(standardizedPath)),
+      itemName_(paths_.name()),
+      stack_(std::move(parent)),
+      folders_(1),
+      handedOver_(lend(), rules.mayRemove ? DeletionConcurrency{} : rules.concurrency) {}
 
-DeletionWalk::DeletionWalk(const DeletionRules& rules, std::string path, std::string standardizedPath,
-                           DirectoryHandle parent, DeletionCrew& crew, bool mayHelp)
+DeletionWalk::DeletionWalk(const DeletionRules& rules, DeletionSubtree::Task task, DeletionCrew& crew,
+                           bool mayHelp)
     : rules_(rules),
-      standardizedPath_(std::move(standardizedPath)),
-      stack_(std::move(path), std::string(paths::lastComponent(standardizedPath_)), std::move(parent)),
-      handedOver_(rules, stack_, record_, crew, mayHelp) {}
+      paths_(std::move(task.paths)),
+      itemName_(paths_.name()),
+      stack_(std::move(task.parent)),
+      folders_(1),
+      handedOver_(lend(), crew, mayHelp) {}
+
+HandedOverFolders::Walk DeletionWalk::lend() {
+    return {.stack = stack_,
+            .record = record_,
+            .remove =
+                [this](DeletionSubtree::Task task, DeletionCrew& crew, bool mayHelp) {
+                    return DeletionWalk(rules_, std::move(task), crew, mayHelp)
+                        .runUnprotected(EntryKind::directory);
+                },
+            .finished =
+                [this](const DeletionOutcome& outcome) { folder().left = folder().left || outcome.left; }};
+}
 
 DeletionOutcome DeletionWalk::run() {
-    if (rules_.shield != nullptr && rules_.shield->isProtected(standardizedPath_)) {
-        recordPreserved("");
+    if (rules_.shield != nullptr && rules_.shield->isProtected(paths_.standardized(""))) {
+        recordPreserved(itemName_.c_str());
         return {.record = record_.take(), .left = true};
     }
     return runUnprotected(EntryKind::unknown);
 }
 
 DeletionOutcome DeletionWalk::runUnprotected(EntryKind kind) {
-    remove(std::string(paths::lastComponent(standardizedPath_)).c_str(), kind);
+    remove(itemName_.c_str(), kind);
     while (stack_.depth() > 1) {
-        if (const std::optional<std::size_t> index = nextEntry()) {
-            handle(top().listing.name(*index), top().listing.kind(*index));
+        if (const auto entry = stack_.nextEntry()) {
+            handle(entry->name, entry->kind);
+        } else if (const int error = stack_.takeListingError(); error != 0) {
+            // A directory that somebody removed meanwhile has no entries; removing it will tell.
+            if (error != ENOENT) {
+                recordFailure(paths_.reported(below()), error);
+                folder().left = true;
+            }
         } else if (const std::optional<std::string> name = handedOver_.takeBack()) {
             remove(name->c_str(), EntryKind::directory);
         } else {
             leave();
         }
     }
-    return {.record = record_.take(), .left = top().left};
-}
-
-std::optional<std::size_t> DeletionWalk::nextEntry() {
-    DirectoryFrame& frame = top();
-    while (frame.next == frame.listing.size()) {
-        // A directory that somebody removed meanwhile has no entries; removing it will tell.
-        if (frame.listingError != 0 && frame.listingError != ENOENT) {
-            recordFailure(stack_.pathOfTop(), frame.listingError);
-            frame.left = true;
-        }
-        frame.listingError = 0;
-        if (frame.listingComplete) {
-            return std::nullopt;
-        }
-        frame.listing.clear();
-        frame.next = 0;
-        frame.listingError = frame.directory.readEntries(frame.listing, listingBytes, frame.listingComplete);
-        frame.listingComplete = frame.listingComplete || frame.listingError != 0;
-    }
-    return frame.next++;
+    return {.record = record_.take(), .left = folder().left};
 }
 
 void DeletionWalk::handle(const char* name, EntryKind kind) {
     ++handledEntries_;
-    if (rules_.shield != nullptr && rules_.shield->isProtectedName(name, top().explicitNames)) {
+    if (rules_.shield != nullptr && rules_.shield->isProtectedName(name, folder().explicitNames)) {
         recordPreserved(name);
     } else if (kind != EntryKind::directory || !handOver(name)) {
         remove(name, kind);
@@ -98,8 +96,8 @@ void DeletionWalk::handle(const char* name, EntryKind kind) {
 void DeletionWalk::remove(const char* name, EntryKind kind) {
     for (int attempt = 0; attempt < kindChangeLimit; ++attempt) {
         if (kind == EntryKind::unknown) {
-            FileIdentity ignored;
-            const int error = top().directory.lookUp(name, kind, ignored);
+            EntryStatus status;
+            const int error = stack_.directory().lookUp(name, status);
             if (error == ENOENT) {
                 return;
             }
@@ -107,6 +105,7 @@ void DeletionWalk::remove(const char* name, EntryKind kind) {
                 fail(name, error);
                 return;
             }
+            kind = status.kind;
         }
         const Step step = kind == EntryKind::directory ? enter(name) : removeLeaf(name);
         if (step == Step::done) {
@@ -119,18 +118,18 @@ void DeletionWalk::remove(const char* name, EntryKind kind) {
 
 DeletionWalk::Step DeletionWalk::removeLeaf(const char* name) {
     if (rules_.preserveUnrecognized) {
-        if (top().lookUpError == 0) {
+        if (folder().lookUpError == 0) {
             recordPreserved(name);
         } else {
-            fail(name, top().lookUpError);
+            fail(name, folder().lookUpError);
         }
         return Step::done;
     }
     if (!mayRemove(name)) {
-        top().left = true;
+        folder().left = true;
         return Step::done;
     }
-    const int error = top().directory.removeFile(name);
+    const int error = stack_.directory().removeFile(name);
     if (error == 0) {
         recordRemoved(name);
         return Step::done;
@@ -140,9 +139,8 @@ DeletionWalk::Step DeletionWalk::removeLeaf(const char* name) {
     }
     if (error == EISDIR || error == EPERM) {
         // Systems disagree on how unlink refuses a directory.
-        EntryKind kind{};
-        FileIdentity ignored;
-        if (top().directory.lookUp(name, kind, ignored) == 0 && kind == EntryKind::directory) {
+        EntryStatus status;
+        if (stack_.directory().lookUp(name, status) == 0 && status.kind == EntryKind::directory) {
             return Step::kindChanged;
         }
     }
@@ -152,13 +150,12 @@ DeletionWalk::Step DeletionWalk::removeLeaf(const char* name) {
 
 DeletionWalk::Step DeletionWalk::enter(const char* name) {
     if (!mayRemove(name)) {
-        top().left = true;
+        folder().left = true;
         return Step::done;
     }
-    DirectoryHandle directory;
-    const int error = stack_.openChild(name, directory);
+    const int error = stack_.enter(name);
     if (error == 0) {
-        push(name, std::move(directory));
+        begin();
         return Step::done;
     }
     if (error == ENOENT) {
@@ -176,7 +173,7 @@ DeletionWalk::Step DeletionWalk::enter(const char* name) {
 
 /// A folder that must not be read may still be empty.
 DeletionWalk::Step DeletionWalk::removeUnread(const char* name, int openingError) {
-    const int error = top().directory.removeDirectory(name);
+    const int error = stack_.directory().removeDirectory(name);
     if (error == ENOTDIR) {
         return Step::kindChanged;
     }
@@ -188,45 +185,45 @@ DeletionWalk::Step DeletionWalk::removeUnread(const char* name, int openingError
     return Step::done;
 }
 
-void DeletionWalk::push(const char* name, DirectoryHandle directory) {
-    stack_.push(name, std::move(directory));
+/// Gathers what there is to know of the directory just entered.
+void DeletionWalk::begin() {
+    if (folders_.size() < stack_.depth()) {
+        folders_.emplace_back();
+    }
+    Folder& entered = folder();
+    entered.left = false;
+    entered.lookUpError = 0;
+    entered.rescans = 0;
+    entered.explicitNames.clear();
     if (rules_.shield != nullptr && rules_.shield->hasExplicitCredentials()) {
-        top().explicitNames =
-            rules_.shield->explicitNames(standardizedPath_ + std::string(stack_.pathBelowItem()));
+        entered.explicitNames = rules_.shield->explicitNames(paths_.standardized(below()));
     }
     if (rules_.preserveUnrecognized) {
         // Once for all entries, which are then kept as what the directory says they are.
-        EntryKind ignoredKind{};
-        FileIdentity ignoredIdentity;
-        top().lookUpError = top().directory.lookUp(".", ignoredKind, ignoredIdentity);
+        EntryStatus ignored;
+        entered.lookUpError = stack_.directory().lookUp(".", ignored);
     }
 }
 
 void DeletionWalk::leave() {
-    DirectoryFrame& frame = top();
-    if (!stack_.ensureParentOpen()) {
-        stack_.pop();
+    if (!stack_.openDirectoryAround()) {
+        stack_.leave();
         // The folder around it is out of reach, with whatever it still holds.
-        recordFailure(stack_.pathOfTop(), ESTALE);
-        top().left = true;
-        top().next = top().listing.size();
-        top().listingComplete = true;
+        recordFailure(paths_.reported(below()), ESTALE);
+        folder().left = true;
         return;
     }
-    if (frame.left) {
-        stack_.pop();
-        top().left = true;
+    if (folder().left) {
+        stack_.leave();
+        folder().left = true;
         return;
     }
     const std::string name = stack_.nameOfTop();
-    const int error = stack_.parentOfTop().directory.removeDirectory(name.c_str());
-    if (isNotEmpty(error) && frame.directory && frame.rescans < rescanLimit &&
-        frame.directory.rewind() == 0) {
-        ++frame.rescans;
-        frame.listingComplete = false;
+    const int error = stack_.directoryAround().removeDirectory(name.c_str());
+    if (isNotEmpty(error) && rescan()) {
         return;
     }
-    stack_.pop();
+    stack_.leave();
     if (error == 0) {
         recordRemoved(name.c_str());
     } else if (error == ENOTDIR) {
@@ -239,36 +236,52 @@ void DeletionWalk::leave() {
     }
 }
 
+/// Goes through the top directory again, if that has not been done too often.
+bool DeletionWalk::rescan() {
+    if (folder().rescans >= rescanLimit || stack_.rewind() != 0) {
+        return false;
+    }
+    ++folder().rescans;
+    return true;
+}
+
 /// Leaves the folder `name` of the top directory to another thread, if one has nothing to do.
 bool DeletionWalk::handOver(const char* name) {
     if (!handedOver_.areWanted(handledEntries_)) {
         return false;
     }
-    std::string standardizedPath = standardizedPath_;
-    standardizedPath.append(stack_.pathBelowItem()).append("/").append(name);
-    return handedOver_.handOver(name, std::move(standardizedPath));
+    return handedOver_.handOver(
+        name, ItemPaths(pathOf(name), paths_.standardized(below()).append("/").append(name)));
+}
+
+std::string_view DeletionWalk::below() const {
+    return stack_.relativePath().substr(itemName_.size());
+}
+
+std::string DeletionWalk::pathOf(const char* name) const {
+    return stack_.depth() == 1 ? paths_.reported("") : paths_.reported(below(), name);
 }
 
 bool DeletionWalk::mayRemove(const char* name) const {
-    return !rules_.mayRemove || rules_.mayRemove(stack_.pathOf(name));
+    return !rules_.mayRemove || rules_.mayRemove(pathOf(name));
 }
 
 void DeletionWalk::recordRemoved(const char* name) {
     DeletionRecord& record = record_.current();
     ++record.removedCount;
     if (rules_.shield != nullptr) {
-        record.report.removed.push_back(stack_.pathOf(name));
+        record.report.removed.push_back(pathOf(name));
     }
 }
 
 void DeletionWalk::recordPreserved(const char* name) {
-    record_.current().report.preserved.push_back(stack_.pathOf(name));
-    top().left = true;
+    record_.current().report.preserved.push_back(pathOf(name));
+    folder().left = true;
 }
 
 void DeletionWalk::fail(const char* name, int error) {
-    recordFailure(stack_.pathOf(name), error);
-    top().left = true;
+    recordFailure(pathOf(name), error);
+    folder().left = true;
 }
 
 void DeletionWalk::recordFailure(std::string path, int error) {

@@ -3,15 +3,17 @@
 #include "deletion/DeletionCrew.h"
 #include "deletion/DeletionOutcome.h"
 #include "deletion/DeletionRules.h"
-#include "deletion/DirectoryStack.h"
 #include "deletion/HandedOverFolders.h"
+#include "deletion/ItemPaths.h"
 #include "deletion/OrderedRecord.h"
 #include "platform/DirectoryHandle.h"
+#include "platform/DirectoryStack.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace zentrill {
 
@@ -29,45 +31,59 @@ public:
     DeletionWalk(const DeletionRules& rules, std::string path, std::string standardizedPath,
                  DirectoryHandle parent);
 
-    /// For a folder that another walk of the same deletion left to this thread; `crew` outlives the walk,
-    /// `mayHelp` is as for `DeletionCrew::await`.
-    DeletionWalk(const DeletionRules& rules, std::string path, std::string standardizedPath,
-                 DirectoryHandle parent, DeletionCrew& crew, bool mayHelp);
-
-    /// Removes the item; `run` or `runFolder`, once for each object.
+    /// Removes the item; once for each object.
     [[nodiscard]] DeletionOutcome run();
-
-    /// The same for what is known to be a folder of which nothing but its contents may be protected.
-    [[nodiscard]] DeletionOutcome runFolder() { return runUnprotected(EntryKind::directory); }
 
 private:
     enum class Step : std::uint8_t { done, kindChanged };
 
+    /// What the deletion knows of a directory of the stack.
+    struct Folder {
+        /// Something inside stays, so the directory does too.
+        bool left = false;
+        /// Why no entry in here can be looked up; 0 if they can.
+        int lookUpError = 0;
+        int rescans = 0;
+        std::vector<std::string_view> explicitNames;
+    };
+
+    /// For a folder that another walk of the same deletion left to this thread; `mayHelp` is as for
+    /// `DeletionCrew::await`.
+    DeletionWalk(const DeletionRules& rules, DeletionSubtree::Task task, DeletionCrew& crew, bool mayHelp);
+
     [[nodiscard]] DeletionOutcome runUnprotected(EntryKind kind);
 
-    [[nodiscard]] DirectoryFrame& top() { return stack_.top(); }
+    [[nodiscard]] HandedOverFolders::Walk lend();
 
-    /// The next unhandled entry's index in the top frame, reading on where needed; nothing at the end.
-    [[nodiscard]] std::optional<std::size_t> nextEntry();
+    /// Of the top directory.
+    [[nodiscard]] Folder& folder() { return folders_[stack_.depth() - 1]; }
+
     void handle(const char* name, EntryKind kind);
     void remove(const char* name, EntryKind kind);
     [[nodiscard]] Step removeLeaf(const char* name);
     [[nodiscard]] Step enter(const char* name);
     [[nodiscard]] Step removeUnread(const char* name, int openingError);
-    void push(const char* name, DirectoryHandle directory);
+    void begin();
     void leave();
+    [[nodiscard]] bool rescan();
 
     [[nodiscard]] bool handOver(const char* name);
     [[nodiscard]] bool mayRemove(const char* name) const;
+    /// What leads from the item to the top directory, as for `ItemPaths`.
+    [[nodiscard]] std::string_view below() const;
+    [[nodiscard]] std::string pathOf(const char* name) const;
     void recordRemoved(const char* name);
     void recordPreserved(const char* name);
     void fail(const char* name, int error);
     void recordFailure(std::string path, int error);
 
     const DeletionRules& rules_;
-    /// The item's path in the form that the shield compares.
-    std::string standardizedPath_;
+    ItemPaths paths_;
+    std::string itemName_;
+    /// From the item's parent down.
     DirectoryStack stack_;
+    /// One for each directory of the stack; the others keep their memory for the next one.
+    std::vector<Folder> folders_;
     OrderedRecord record_;
     HandedOverFolders handedOver_;
     std::size_t handledEntries_ = 0;

@@ -1,6 +1,5 @@
 #include "deletion/HandedOverFolders.h"
 
-#include "deletion/DeletionSubtree.h"
 #include "platform/DirectoryHandle.h"
 
 #include <algorithm>
@@ -10,34 +9,39 @@
 
 namespace zentrill {
 
-HandedOverFolders::HandedOverFolders(const DeletionRules& rules, DirectoryStack& stack, OrderedRecord& record)
-    : rules_(rules), stack_(stack), record_(record) {}
+HandedOverFolders::HandedOverFolders(Walk walk, const DeletionConcurrency& concurrency)
+    : walk_(std::move(walk)),
+      concurrency_(concurrency),
+      remove_([this](DeletionSubtree::Task task, bool mayHelp) {
+          return walk_.remove(std::move(task), *crew_, mayHelp);
+      }) {}
 
-HandedOverFolders::HandedOverFolders(const DeletionRules& rules, DirectoryStack& stack, OrderedRecord& record,
-                                     DeletionCrew& crew, bool mayHelp)
-    : rules_(rules), stack_(stack), record_(record), crew_(&crew), mayHelp_(mayHelp) {}
+HandedOverFolders::HandedOverFolders(Walk walk, DeletionCrew& crew, bool mayHelp)
+    : HandedOverFolders(std::move(walk), DeletionConcurrency{}) {
+    crew_ = &crew;
+    mayHelp_ = mayHelp;
+}
 
 HandedOverFolders::~HandedOverFolders() = default;
 
 bool HandedOverFolders::areWanted(std::size_t handledEntries) {
-    if (crew_ == nullptr && rules_.concurrency.threads > 1 && !rules_.mayRemove &&
-        handledEntries > rules_.concurrency.afterEntries) {
-        ownCrew_ = std::make_unique<DeletionCrew>(rules_.concurrency.threads - 1);
+    if (crew_ == nullptr && concurrency_.threads > 1 && handledEntries > concurrency_.afterEntries) {
+        ownCrew_ = std::make_unique<DeletionCrew>(concurrency_.threads - 1);
         crew_ = ownCrew_.get();
     }
     return crew_ != nullptr && crew_->wantsJobs();
 }
 
-bool HandedOverFolders::handOver(const char* name, std::string standardizedPath) {
+bool HandedOverFolders::handOver(const char* name, ItemPaths paths) {
     DirectoryHandle parent;
-    if (stack_.top().directory.duplicate(parent) != 0) {
+    if (walk_.stack.directory().duplicate(parent) != 0) {
         return false;
     }
     absorbFinished();
-    auto subtree = std::make_shared<DeletionSubtree>(rules_, *crew_, std::move(parent), stack_.pathOf(name),
-                                                     std::move(standardizedPath));
+    auto subtree = std::make_shared<DeletionSubtree>(
+        remove_, DeletionSubtree::Task{.parent = std::move(parent), .paths = std::move(paths)});
     folders_.push_back(
-        {.depth = stack_.depth(), .name = name, .place = record_.keepPlace(), .subtree = subtree});
+        {.depth = walk_.stack.depth(), .name = name, .place = walk_.record.keepPlace(), .subtree = subtree});
     crew_->offer(std::move(subtree));
     return true;
 }
@@ -47,8 +51,8 @@ std::optional<std::string> HandedOverFolders::takeBack() {
         Folder& last = folders_.back();
         if (last.subtree && crew_->withdraw(*last.subtree)) {
             last.subtree.reset();
-            if (stack_.top().directory) {
-                record_.goTo(last.place);
+            if (walk_.stack.directory()) {
+                walk_.record.goTo(last.place);
                 return std::move(last.name);
             }
             // The directory is out of reach, and reported so.
@@ -57,7 +61,7 @@ std::optional<std::string> HandedOverFolders::takeBack() {
             crew_->await(*last.subtree, mayHelp_);
             absorb(last);
         } else {
-            record_.close(last.place);
+            walk_.record.close(last.place);
         }
         folders_.pop_back();
     }
@@ -81,8 +85,8 @@ void HandedOverFolders::absorbFinished() {
 void HandedOverFolders::absorb(Folder& folder) {
     DeletionOutcome& outcome = folder.subtree->outcome();
     ++outcome.record.foldersOfOthers;
-    record_.fill(folder.place, std::move(outcome.record));
-    stack_.top().left = stack_.top().left || outcome.left;
+    walk_.finished(outcome);
+    walk_.record.fill(folder.place, std::move(outcome.record));
 }
 
 } // namespace zentrill

@@ -47,10 +47,8 @@ DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
     if (parent.unsafeAncestor) {
         return failureReport(symlinkRefusal(*parent.unsafeAncestor));
     }
-    EntryKind kind{};
-    FileIdentity identity;
-    const int error =
-        parent.error != 0 ? parent.error : parent.handle.lookUp(parent.name.c_str(), kind, identity);
+    EntryStatus status;
+    const int error = parent.error != 0 ? parent.error : parent.handle.lookUp(parent.name.c_str(), status);
     if (error != 0) {
         // A path that cannot be looked up counts as missing; one that only could not be opened does not.
         if (!fileManager_->itemExistsWithoutFollowingSymlink(standardized)) {
@@ -58,7 +56,7 @@ DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
         }
         return failureReport(atPath + ": " + systemDescription(error));
     }
-    if (UndeletableFolders().contains(identity)) {
+    if (UndeletableFolders().contains(status.identity)) {
         return failureReport("Refusing to delete a folder that is or holds the home folder: " + atPath);
     }
     return options.preserveCredentials

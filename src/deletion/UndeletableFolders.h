@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DirectoryHandle.h"
+#include "platform/EntryStatus.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "models/FolderSize.h"
 
-#include "models/FolderWalk.h"
+#include "platform/TreeVisit.h"
 
 #include <algorithm>
 #include <atomic>
@@ -8,9 +8,6 @@
 #include <limits>
 #include <system_error>
 #include <thread>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace zentrill {
 
@@ -23,15 +20,15 @@ constexpr unsigned mostThreads = 16;
 
 std::int64_t folderSize(const std::string& path, const std::function<bool()>& shouldStop) {
     std::int64_t total = 0;
-    walkFolder(
+    visitTree(
         path,
-        [&total](const WalkEntry& entry) {
-            struct stat status{};
-            if (::fstatat(entry.folder, entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        [&total](const DirectoryStack& stack, const DirectoryStack::Entry& entry) {
+            EntryStatus status;
+            if (stack.directory().lookUp(entry.name, status) != 0) {
                 return;
             }
             // A few sparse files are enough to claim more than 64 bits can tell.
-            if (__builtin_add_overflow(total, std::int64_t{status.st_size}, &total)) {
+            if (__builtin_add_overflow(total, status.size, &total)) {
                 total = std::numeric_limits<std::int64_t>::max();
             }
         },

@@ -1,18 +1,15 @@
 #include "models/LocalModelScanner.h"
 
 #include "models/FolderSize.h"
-#include "models/FolderWalk.h"
 #include "models/OllamaManifestSizer.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
+#include "platform/TreeVisit.h"
 
 #include <array>
 #include <iterator>
 #include <optional>
 #include <utility>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace zentrill {
 
@@ -42,9 +39,9 @@ std::string childPath(std::string_view folder, std::string_view name) {
     return std::string(folder).append("/").append(name);
 }
 
-std::int64_t sizeOfEntry(const WalkEntry& entry) {
-    struct stat status{};
-    return ::fstatat(entry.folder, entry.name, &status, AT_SYMLINK_NOFOLLOW) == 0 ? status.st_size : 0;
+std::int64_t sizeOfEntry(const DirectoryHandle& folder, const char* name) {
+    EntryStatus status;
+    return folder.lookUp(name, status) == 0 ? status.size : 0;
 }
 
 } // namespace
@@ -119,16 +116,17 @@ std::vector<LocalModel> LocalModelScanner::scanGGUFRecursively(const std::string
                                                                const std::string& rootFolder) const {
     std::vector<LocalModel> models;
     const std::string rootPrefix = rootFolder + '/';
-    walkFolder(
+    visitTree(
         folder,
-        [&](const WalkEntry& entry) {
-            if (entry.isDirectory || !std::string_view(entry.name).ends_with(ggufSuffix)) {
+        [&](const DirectoryStack& stack, const DirectoryStack::Entry& entry) {
+            if (entry.kind == EntryKind::directory || !std::string_view(entry.name).ends_with(ggufSuffix)) {
                 return;
             }
-            std::string path = childPath(entry.folderPath, entry.name);
+            const std::string_view below = stack.relativePath();
+            std::string path = childPath(below.empty() ? folder : childPath(folder, below), entry.name);
             models.push_back({.name = replacingAll(path, rootPrefix, ""),
                               .source = std::string(lmStudioSource),
-                              .sizeBytes = sizeOfEntry(entry),
+                              .sizeBytes = sizeOfEntry(stack.directory(), entry.name),
                               .path = std::move(path)});
         },
         shouldStop_);

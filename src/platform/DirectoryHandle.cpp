@@ -47,10 +47,23 @@ int errorOf(int result) {
 }
 
 EntryKind kindFromType(unsigned char type) {
-    if (type == DT_UNKNOWN) {
+    switch (type) {
+    case DT_UNKNOWN:
         return EntryKind::unknown;
+    case DT_DIR:
+        return EntryKind::directory;
+    case DT_LNK:
+        return EntryKind::link;
+    default:
+        return EntryKind::other;
     }
-    return type == DT_DIR ? EntryKind::directory : EntryKind::other;
+}
+
+EntryKind kindFromMode(mode_t mode) {
+    if (S_ISDIR(mode)) {
+        return EntryKind::directory;
+    }
+    return S_ISLNK(mode) ? EntryKind::link : EntryKind::other;
 }
 
 bool isDotOrDotDot(std::string_view name) {
@@ -71,7 +84,7 @@ std::optional<bool> isMountRoot(int descriptor) {
 
 /// Opens without stepping over a mount point, so that a server that no longer answers is never asked. A bind
 /// mount counts, though its device number is that of the directory around it.
-int openWithinMount(int directory, const char* name) {
+int openRefusingMounts(int directory, const char* name) {
     open_how how{};
     how.flags = static_cast<decltype(how.flags)>(O_RDONLY | directoryFlags);
     how.resolve = RESOLVE_NO_XDEV;
@@ -89,7 +102,7 @@ std::optional<bool> isMountRoot(int) {
     return std::nullopt;
 }
 
-int openWithinMount(int, const char*) {
+int openRefusingMounts(int, const char*) {
     errno = ENOSYS;
     return -1;
 }
@@ -122,21 +135,25 @@ int DirectoryHandle::openForSearch(const char* name, DirectoryHandle& opened) co
     return error;
 }
 
-int DirectoryHandle::openChild(const char* name, DirectoryHandle& opened) const {
-    FileDescriptor descriptor(uninterrupted([&] { return openWithinMount(descriptor_.get(), name); }));
-    int error = errorOf(descriptor.get());
-    const bool mountChecked = error == 0;
-    if (isUnavailable(error)) {
-        descriptor = FileDescriptor(
-            uninterrupted([&] { return ::openat(descriptor_.get(), name, O_RDONLY | directoryFlags); }));
-        error = errorOf(descriptor.get());
+int DirectoryHandle::open(const std::string& path, FinalLink link, DirectoryHandle& opened) {
+    return openAt(AT_FDCWD, path.c_str(), link == FinalLink::follow ? 0 : O_NOFOLLOW, opened);
+}
+
+int DirectoryHandle::openChild(const char* name, Mounts mounts, DirectoryHandle& opened) const {
+    return mounts == Mounts::enter ? openAt(descriptor_.get(), name, O_NOFOLLOW, opened)
+                                   : openWithinMount(name, opened);
+}
+
+int DirectoryHandle::openWithinMount(const char* name, DirectoryHandle& opened) const {
+    FileDescriptor descriptor(uninterrupted([&] { return openRefusingMounts(descriptor_.get(), name); }));
+    if (descriptor) {
+        opened.descriptor_ = std::move(descriptor);
+        return opened.rememberIdentity();
     }
-    if (error != 0) {
-        return error;
+    if (!isUnavailable(errno)) {
+        return errno;
     }
-    opened.descriptor_ = std::move(descriptor);
-    error = opened.rememberIdentity();
-    if (error != 0 || mountChecked) {
+    if (const int error = openAt(descriptor_.get(), name, O_NOFOLLOW, opened); error != 0) {
         return error;
     }
     struct stat own{};
@@ -149,9 +166,7 @@ int DirectoryHandle::openChild(const char* name, DirectoryHandle& opened) const 
 }
 
 int DirectoryHandle::openParent(DirectoryHandle& opened) const {
-    opened.descriptor_ = FileDescriptor(
-        uninterrupted([&] { return ::openat(descriptor_.get(), "..", O_RDONLY | directoryFlags); }));
-    return opened.descriptor_ ? opened.rememberIdentity() : errno;
+    return openAt(descriptor_.get(), "..", O_NOFOLLOW, opened);
 }
 
 int DirectoryHandle::duplicate(DirectoryHandle& copy) const {
@@ -160,14 +175,17 @@ int DirectoryHandle::duplicate(DirectoryHandle& copy) const {
     return errorOf(copy.descriptor_.get());
 }
 
-int DirectoryHandle::lookUp(const char* name, EntryKind& kind, FileIdentity& identity) const {
-    struct stat status{};
-    if (uninterrupted([&] { return ::fstatat(descriptor_.get(), name, &status, AT_SYMLINK_NOFOLLOW); }) !=
-        0) {
+int DirectoryHandle::lookUp(const char* name, EntryStatus& status) const {
+    constexpr std::int64_t blockSize = 512; // The unit of `st_blocks`, whatever the file system's own.
+    struct stat found{};
+    if (uninterrupted([&] { return ::fstatat(descriptor_.get(), name, &found, AT_SYMLINK_NOFOLLOW); }) != 0) {
         return errno;
     }
-    kind = S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::other;
-    identity = {.device = status.st_dev, .inode = status.st_ino};
+    status = {.kind = kindFromMode(found.st_mode),
+              .identity = {.device = found.st_dev, .inode = found.st_ino},
+              .size = found.st_size,
+              .allocatedSize = found.st_blocks * blockSize,
+              .linkCount = found.st_nlink};
     return 0;
 }
 
@@ -192,11 +210,18 @@ int DirectoryHandle::rewind() const {
     return ::lseek(descriptor_.get(), 0, SEEK_SET) < 0 ? errno : 0;
 }
 
+int DirectoryHandle::openAt(int directory, const char* name, int flags, DirectoryHandle& opened) {
+    FileDescriptor descriptor(
+        uninterrupted([&] { return ::openat(directory, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags); }));
+    if (!descriptor) {
+        return errno;
+    }
+    opened.descriptor_ = std::move(descriptor);
+    return opened.rememberIdentity();
+}
+
 int DirectoryHandle::rememberIdentity() {
     struct stat status{};
-    if (!descriptor_) {
-        return EBADF;
-    }
     if (::fstat(descriptor_.get(), &status) != 0) {
         return errno;
     }

@@ -1,25 +1,23 @@
 #pragma once
 
 #include "platform/DirectoryListing.h"
+#include "platform/EntryStatus.h"
 #include "platform/FileDescriptor.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 
-#include <sys/types.h>
-
 namespace zentrill {
 
-/// Which file a name led to, whatever it is called now.
-struct FileIdentity {
-    dev_t device = 0;
-    ino_t inode = 0;
+/// Whether a mount point is opened as what is mounted there, or refused.
+enum class Mounts : std::uint8_t { refuse, enter };
 
-    bool operator==(const FileIdentity&) const = default;
-};
+/// Whether a path that ends in a symbolic link is followed there, or refused.
+enum class FinalLink : std::uint8_t { refuse, follow };
 
-/// An open directory, and what can be done with the names directly inside it. No call here follows a
+/// An open directory, and what can be done with the names directly inside it. No call on it follows a
 /// symbolic link, and a path swapped somewhere above no longer matters once the directory is open.
 ///
 /// Calls that can fail return the system's error number, 0 for success.
@@ -30,9 +28,12 @@ public:
     /// Opens "/" for looking up names.
     [[nodiscard]] static int openRoot(DirectoryHandle& opened);
 
+    /// Opens the folder at `path` for listing, wherever it is. Links above it are followed.
+    [[nodiscard]] static int open(const std::string& path, FinalLink link, DirectoryHandle& opened);
+
     [[nodiscard]] explicit operator bool() const noexcept { return static_cast<bool>(descriptor_); }
 
-    /// Of the directory when it was opened by `openChild` or `openParent`.
+    /// Of the directory when it was opened for listing.
     [[nodiscard]] const FileIdentity& identity() const noexcept { return identity_; }
 
     void close() noexcept { descriptor_.reset(); }
@@ -41,8 +42,9 @@ public:
     /// mount point.
     [[nodiscard]] int openForSearch(const char* name, DirectoryHandle& opened) const;
 
-    /// Opens the folder `name` for listing. EXDEV for a mount point, ENOTDIR or ELOOP for what is no folder.
-    [[nodiscard]] int openChild(const char* name, DirectoryHandle& opened) const;
+    /// Opens the folder `name` for listing. ENOTDIR or ELOOP for what is no folder, EXDEV for a mount point
+    /// that is refused.
+    [[nodiscard]] int openChild(const char* name, Mounts mounts, DirectoryHandle& opened) const;
 
     /// Opens whatever "..", the folder above, is by now; the caller compares its identity.
     [[nodiscard]] int openParent(DirectoryHandle& opened) const;
@@ -50,7 +52,7 @@ public:
     /// Makes `copy` a second handle on the same directory.
     [[nodiscard]] int duplicate(DirectoryHandle& copy) const;
 
-    [[nodiscard]] int lookUp(const char* name, EntryKind& kind, FileIdentity& identity) const;
+    [[nodiscard]] int lookUp(const char* name, EntryStatus& status) const;
 
     /// Where the link `name` points, as it is written there; nothing if it is no link.
     [[nodiscard]] std::optional<std::string> linkDestination(const char* name) const;
@@ -68,6 +70,9 @@ public:
     [[nodiscard]] int rewind() const;
 
 private:
+    /// Opens `name` for listing, seen from `directory`.
+    [[nodiscard]] static int openAt(int directory, const char* name, int flags, DirectoryHandle& opened);
+    [[nodiscard]] int openWithinMount(const char* name, DirectoryHandle& opened) const;
     [[nodiscard]] int rememberIdentity();
 
     FileDescriptor descriptor_;

@@ -1,20 +1,12 @@
 #pragma once
 
+#include "platform/EntryStatus.h"
+
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
 namespace zentrill {
-
-/// What a directory says about an entry without looking the entry itself up.
-enum class EntryKind : std::uint8_t {
-    /// The file system does not tell.
-    unknown,
-    directory,
-    /// Anything that is no directory: a file, a link, a pipe, a device.
-    other,
-};
 
 /// A batch of a directory's entries. The names lie end to end in one block, so that a batch of any size
 /// costs two allocations and a cleared one none.

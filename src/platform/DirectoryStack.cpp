@@ -1,0 +1,168 @@
+#include "platform/DirectoryStack.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <utility>
+
+namespace zentrill {
+
+namespace {
+
+/// Names read from a directory before its entries are handed out, in bytes: few enough that what the kernel
+/// has just looked at is still in the processor's cache when the walk gets there. A megabyte at a time makes
+/// a deletion 2 % slower.
+constexpr std::size_t listingBytes = std::size_t{16} * 1024;
+
+bool isOutOfDescriptors(int error) {
+    return error == EMFILE || error == ENFILE;
+}
+
+} // namespace
+
+DirectoryStack::DirectoryStack(DirectoryHandle base, Mounts mounts, std::size_t openDirectories)
+    : mounts_(mounts), openDirectories_(openDirectories), frames_(1) {
+    frames_[0].directory = std::move(base);
+}
+
+std::optional<DirectoryStack::Entry> DirectoryStack::nextEntry() {
+    Frame& frame = top();
+    while (frame.next == frame.listing.size()) {
+        if (frame.listingComplete) {
+            return std::nullopt;
+        }
+        frame.listing.clear();
+        frame.next = 0;
+        frame.listingError = frame.directory.readEntries(frame.listing, listingBytes, frame.listingComplete);
+        frame.listingComplete = frame.listingComplete || frame.listingError != 0;
+    }
+    const std::size_t index = frame.next++;
+    return Entry{.name = frame.listing.name(index), .kind = frame.listing.kind(index)};
+}
+
+int DirectoryStack::takeListingError() {
+    return std::exchange(top().listingError, 0);
+}
+
+int DirectoryStack::rewind() {
+    Frame& frame = top();
+    if (!frame.directory) {
+        return ESTALE;
+    }
+    const int error = frame.directory.rewind();
+    if (error == 0) {
+        frame.listing.clear();
+        frame.next = 0;
+        frame.listingComplete = false;
+        frame.listingError = 0;
+    }
+    return error;
+}
+
+int DirectoryStack::enter(const char* name) {
+    DirectoryHandle opened;
+    int error = directory().openChild(name, mounts_, opened);
+    while (isOutOfDescriptors(error) && closeOldest()) {
+        error = directory().openChild(name, mounts_, opened);
+    }
+    if (error == 0) {
+        push(name, std::move(opened));
+    }
+    return error;
+}
+
+void DirectoryStack::push(const char* name, DirectoryHandle directory) {
+    // `name` lies in a listing or with the caller, never in `path_`.
+    if (depth_ > 1) {
+        path_.append("/");
+    }
+    const std::size_t nameOffset = path_.size();
+    path_.append(name);
+    if (depth_ == frames_.size()) {
+        frames_.emplace_back();
+    }
+    Frame& frame = frames_[depth_++];
+    frame.identity = directory.identity();
+    frame.directory = std::move(directory);
+    frame.listing.clear();
+    frame.next = 0;
+    frame.listingComplete = false;
+    frame.listingError = 0;
+    frame.nameOffset = nameOffset;
+    frame.pathLength = path_.size();
+    if (depth_ - oldestOpen_ > openDirectories_) {
+        (void)closeOldest();
+    }
+}
+
+bool DirectoryStack::leave() {
+    const bool reached = openDirectoryAround();
+    top().directory.close();
+    --depth_;
+    path_.resize(top().pathLength);
+    oldestOpen_ = std::max<std::size_t>(1, std::min(oldestOpen_, depth_ - 1));
+    if (!reached) {
+        top().next = top().listing.size();
+        top().listingComplete = true;
+    }
+    return reached;
+}
+
+/// Gives up the oldest open directory other than the top one; it is reached again by "..".
+bool DirectoryStack::closeOldest() {
+    while (oldestOpen_ + 1 < depth_) {
+        Frame& frame = frames_[oldestOpen_++];
+        if (!frame.directory) {
+            continue;
+        }
+        // A reopened directory is read from its start, where entries that were left would be met twice.
+        if (!frame.listingComplete) {
+            frame.listingError = frame.directory.readEntries(frame.listing, SIZE_MAX, frame.listingComplete);
+            frame.listingComplete = true;
+        }
+        frame.directory.close();
+        return true;
+    }
+    return false;
+}
+
+bool DirectoryStack::openDirectoryAround() {
+    Frame& around = frames_[depth_ - 2];
+    if (around.directory) {
+        return true;
+    }
+    DirectoryHandle opened;
+    if (directory() && directory().openParent(opened) == 0 && opened.identity() == around.identity) {
+        around.directory = std::move(opened);
+        oldestOpen_ = std::min(oldestOpen_, depth_ - 2);
+        return true;
+    }
+    return reopenFromAbove(depth_ - 2);
+}
+
+/// ".." leads elsewhere when somebody moved the directory away from under the one around it.
+bool DirectoryStack::reopenFromAbove(std::size_t index) {
+    std::size_t open = index;
+    while (open > 0 && !frames_[open].directory) {
+        --open;
+    }
+    DirectoryHandle current;
+    for (std::size_t i = open + 1; i <= index; ++i) {
+        const DirectoryHandle& above = i == open + 1 ? frames_[open].directory : current;
+        DirectoryHandle next;
+        if (above.openChild(nameOf(frames_[i]).c_str(), mounts_, next) != 0 ||
+            next.identity() != frames_[i].identity) {
+            return false;
+        }
+        current = std::move(next);
+    }
+    frames_[index].directory = std::move(current);
+    oldestOpen_ = std::min(oldestOpen_, index);
+    return true;
+}
+
+std::string DirectoryStack::nameOf(const Frame& frame) const {
+    return path_.substr(frame.nameOffset, frame.pathLength - frame.nameOffset);
+}
+
+} // namespace zentrill
