@@ -5,6 +5,7 @@ from harness.case import Case
 
 # The shield keeps the data, so that the tool stays selected.
 _RESULT = "Uninstallation Completed with Data Remaining"
+_CHECKED = "object:state-changed:checked"
 _FIELD = "Type the eight digit confirmation code manually"
 
 
@@ -47,9 +48,13 @@ class HeldKeyOnARow(KeysCase):
         self.focus(row)
         for key, checked in (("space", True), ("Return", False), ("space", True), ("KP_Enter", False)):
             with self.subTest(key=key):
+                changes = self.screen.listen(_CHECKED)
                 self.hold(key)
                 self.settle()
                 self.assertEqual("checked" in row.states, checked)
+                # An even number of them leaves the row as one does.
+                self.screen.until(changes, "the change of the row")
+                self.assertEqual(len(changes()), 1, changes())
         self.close()
 
 
@@ -135,12 +140,14 @@ class KeyHeldWhileAModalCloses(KeysCase):
                 self.dialog("Self-Uninstall Zentrill?")
                 self.screen.wait("text", _FIELD, states=["focused"])
                 self.display.press_key(held, repeats=1)
+                changes = self.screen.listen(_CHECKED)
                 self.press("Cancel")
                 self.screen.wait_gone("dialog")
                 self.display.wait_for_repeats(8)
                 self.display.release_key(held)
                 self.settle()
                 self.assertEqual(self.selected(), ["0 selected"])
+                self.assertEqual(changes(), [])
         self.display.key("space")
         self.screen.wait("check box", "Claude Code (CLI)", states=["checked"])
         self.close()
