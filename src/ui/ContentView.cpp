@@ -79,7 +79,13 @@ bool ContentView::event(QEvent* event) {
     return isStalePress(*event) || QQuickView::event(event);
 }
 
+bool ContentView::nativeEvent(const QByteArray& type, void* message, qintptr* result) {
+    keyTimes_.noteNativeEvent(type, message);
+    return QQuickView::nativeEvent(type, message, result);
+}
+
 void ContentView::keyPressEvent(QKeyEvent* event) {
+    keyTimes_.setTime(*event);
     setKeyboardUsed(true);
     InputGuard& input = *state_->input();
     if (input.isRepetition(*event)) {
@@ -87,7 +93,9 @@ void ContentView::keyPressEvent(QKeyEvent* event) {
                              event->nativeVirtualKey(), event->nativeModifiers(), event->text(), true,
                              static_cast<quint16>(event->count()));
         repetition.setTimestamp(event->timestamp());
-        keyPressEvent(&repetition);
+        if (input.admits(repetition)) {
+            QQuickView::keyPressEvent(&repetition);
+        }
         event->setAccepted(repetition.isAccepted());
     } else if (input.admits(*event)) {
         QQuickView::keyPressEvent(event);
@@ -95,6 +103,7 @@ void ContentView::keyPressEvent(QKeyEvent* event) {
 }
 
 void ContentView::keyReleaseEvent(QKeyEvent* event) {
+    keyTimes_.setTime(*event);
     if (state_->input()->admits(*event)) {
         QQuickView::keyReleaseEvent(event);
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/KeyTimes.h"
+
 #include <QQuickView>
 
 #include <memory>
@@ -34,6 +36,7 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent* event) override;
+    bool nativeEvent(const QByteArray& type, void* message, qintptr* result) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -49,6 +52,7 @@ private:
     std::unique_ptr<ContentViewState> state_;
     /// The engine's; none when the views could not be loaded.
     KeyboardUse* keyboardUse_ = nullptr;
+    KeyTimes keyTimes_;
     /// Whether the last press of the pointer counted: what comes of it does only then.
     bool pressAdmitted_ = true;
 };

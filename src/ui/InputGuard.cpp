@@ -8,6 +8,7 @@
 namespace zentrill {
 
 InputGuard::InputGuard(QObject* parent) : QObject(parent) {
+    clock_.start();
     settling_.setSingleShot(true);
     connect(&settling_, &QTimer::timeout, this, &InputGuard::settle);
 }
@@ -48,10 +49,10 @@ bool InputGuard::isRepetition(const QKeyEvent& press) const {
 bool InputGuard::admits(const QKeyEvent& event) {
     const KeyCode key = code(event);
     if (event.isAutoRepeat()) {
-        return admitsRepetition(key, event.timestamp());
+        return admitsRepetition(key, timeOf(event));
     }
     if (event.type() == QEvent::KeyPress) {
-        const bool admitted = admitsPress(key, event.timestamp());
+        const bool admitted = admitsPress(key, timeOf(event));
         held_.insert(key);
         if (admitted) {
             stale_.erase(key);
@@ -61,23 +62,23 @@ bool InputGuard::admits(const QKeyEvent& event) {
         return admitted;
     }
     if (lastKey_.isThere && lastKey_.what == key) {
-        lastKey_.time = event.timestamp(); // What counts is how soon after its release it is pressed again.
+        lastKey_.time = timeOf(event); // What counts is how soon after its release it is pressed again.
     }
     held_.erase(key);
     const bool wasStale = stale_.erase(key) != 0;
-    lastRelease_ = {.isThere = true, .key = key, .time = event.timestamp(), .wasStale = wasStale};
+    lastRelease_ = {.isThere = true, .key = key, .time = timeOf(event), .wasStale = wasStale};
     return !wasStale;
 }
 
 bool InputGuard::admits(const QMouseEvent& press) {
     const QPoint place = press.globalPosition().toPoint();
     const int reach = QGuiApplication::styleHints()->mouseDoubleClickDistance();
-    const bool isSecond =
-        lastClick_.goesOnAt(press.timestamp()) && (place - lastClick_.what).manhattanLength() <= reach;
+    const Timestamp now = timeOf(press);
+    const bool isSecond = lastClick_.goesOnAt(now) && (place - lastClick_.what).manhattanLength() <= reach;
     if (isSecond || !settled_) {
         return false;
     }
-    lastClick_ = {.isThere = true, .what = place, .time = press.timestamp()};
+    lastClick_ = {.isThere = true, .what = place, .time = now};
     return true;
 }
 
@@ -130,6 +131,10 @@ void InputGuard::setSettled(bool settled) {
 InputGuard::KeyCode InputGuard::code(const QKeyEvent& event) {
     // The key itself: what it stands for changes with the modifiers while it is down.
     return event.nativeScanCode() != 0 ? event.nativeScanCode() : static_cast<KeyCode>(event.key());
+}
+
+InputGuard::Timestamp InputGuard::timeOf(const QInputEvent& event) const {
+    return event.timestamp() != 0 ? event.timestamp() : static_cast<Timestamp>(clock_.elapsed());
 }
 
 quint64 InputGuard::pause() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
 #include <QTimer>
@@ -8,6 +9,7 @@
 #include <unordered_set>
 
 QT_BEGIN_NAMESPACE
+class QInputEvent;
 class QKeyEvent;
 class QMouseEvent;
 QT_END_NAMESPACE
@@ -59,7 +61,8 @@ Q_SIGNALS:
 
 private:
     using KeyCode = quint32;
-    /// In milliseconds; events tell when they came from the person, however late they are read.
+    /// In milliseconds; events tell when they came from the person, however late they are read. For those
+    /// that do not it is when they were read.
     using Timestamp = quint64;
 
     /// The last press of one key or place, and whether what follows it as fast as a double click belongs to
@@ -86,6 +89,7 @@ private:
     };
 
     [[nodiscard]] static KeyCode code(const QKeyEvent& event);
+    [[nodiscard]] Timestamp timeOf(const QInputEvent& event) const;
     /// Presses that are so many milliseconds apart do not belong together.
     [[nodiscard]] static quint64 pause();
 
@@ -99,6 +103,7 @@ private:
     bool settled_ = true;
     bool awaitsFrame_ = false;
     QTimer settling_;
+    QElapsedTimer clock_;
     std::unordered_set<KeyCode> held_;
     /// Those of the held ones that do not count until they are pressed anew.
     std::unordered_set<KeyCode> stale_;

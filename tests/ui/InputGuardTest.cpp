@@ -2,6 +2,7 @@
 
 #include "support/EventLoop.h"
 
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -194,6 +195,19 @@ TEST_F(InputGuardTest, takesEventsWithoutATimeForPresses) {
     now_ = 0;
     EXPECT_TRUE(type(Qt::Key_1));
     EXPECT_FALSE(isRepetition(Qt::Key_1));
+}
+
+TEST_F(InputGuardTest, goesByItsOwnClockWhereEventsTellNoTime) {
+    now_ = 0;
+    show(Surface::confirmation);
+    EXPECT_TRUE(type(Qt::Key_Return));
+    show(Surface::window);
+    EXPECT_FALSE(type(Qt::Key_Return));
+    QElapsedTimer sinceThen;
+    sinceThen.start();
+    ASSERT_TRUE(
+        test::waitUntil([&] { return sinceThen.elapsed() > static_cast<qint64>(doubleClickTime()); }));
+    EXPECT_TRUE(type(Qt::Key_Return));
 }
 
 TEST_F(InputGuardTest, aKeyWhoseReleaseWasReadByItselfIsStillHeld) {

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QByteArray>
+#include <QEvent>
+
+#include <deque>
+
+QT_BEGIN_NAMESPACE
+class QKeyEvent;
+QT_END_NAMESPACE
+
+namespace zentrill {
+
+/// When keys were pressed and let go, which the toolkit's own key events leave out on X: theirs is 0.
+///
+/// The window sees what the X server sent, with the server's time, before the toolkit makes a key event of
+/// it. Elsewhere nothing is noted, and the events stay as they are.
+class KeyTimes {
+public:
+    /// For every native event of the window, as `QWindow::nativeEvent` gets it.
+    void noteNativeEvent(const QByteArray& type, const void* message);
+
+    /// For one key of that native code; `time` is in milliseconds.
+    void note(QEvent::Type type, quint32 scanCode, quint64 time);
+
+    /// Gives the event the time that was noted for it, if it has none itself. To be called for every key
+    /// event, in order.
+    void setTime(QKeyEvent& event);
+
+private:
+    struct Noted {
+        QEvent::Type type;
+        quint32 scanCode;
+        quint64 time;
+    };
+
+    /// The oldest first.
+    std::deque<Noted> noted_;
+};
+
+} // namespace zentrill
