@@ -52,7 +52,15 @@ def read_list(path, checkout):
         entries = tomllib.loads(path.read_text())["fault"]
     except (OSError, KeyError, tomllib.TOMLDecodeError) as error:
         raise ListError(f"{path.name}: {error}") from error
-    return [_fault(path.stem, number, entry, checkout) for number, entry in enumerate(entries, 1)]
+    faults, wrong = [], []
+    for number, entry in enumerate(entries, 1):
+        try:
+            faults.append(_fault(path.stem, number, entry, checkout))
+        except ListError as error:
+            wrong.append(str(error))
+    if wrong:
+        raise ListError("\n".join(wrong))
+    return faults
 
 
 def _fault(folder, number, entry, checkout):

@@ -52,7 +52,8 @@ class ListsTest(unittest.TestCase):
 
     def test_a_text_has_to_be_there_once(self):
         entry = "[[fault]]\nfile = 'Numbers.cpp'\ntext = '{}'\nreplacement = ''\n"
-        told = self.complaint(entry.format("return 3") + entry.format("return 1"))
+        told = self.complaint(entry.format("return 3") + entry.format("return 1") + entry.format("two"))
+        self.assertIn("numbers/3: its text is not there", told)
         self.assertIn("numbers/1: its text is not there in src/numbers/Numbers.cpp", told)
         self.assertIn("is there 2 times", self.complaint(entry.format("return")))
 
