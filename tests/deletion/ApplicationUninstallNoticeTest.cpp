@@ -31,8 +31,9 @@ TEST(ApplicationUninstallNotice, FailuresKeepTheirOrderAndComeLast) {
                               "Errors:\n"
                               "second.\n"
                               "first.");
-    EXPECT_EQ(ApplicationUninstallNotice(1, 1, {}, {"bad."}).message,
-              "Removed 1 filesystem items for 1 application(s).\nErrors:\nbad.");
+    const ApplicationUninstallNotice one(1, 1, {}, {"bad."});
+    EXPECT_EQ(one.title, "Uninstallation Completed with Errors");
+    EXPECT_EQ(one.message, "Removed 1 filesystem items for 1 application(s).\nErrors:\nbad.");
 }
 
 } // namespace
