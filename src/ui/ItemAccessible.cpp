@@ -39,7 +39,7 @@ std::vector<QQuickItem*> childrenInReadingOrder(const QQuickItem& item) {
     std::vector<QQuickItem*> ordered(children.begin(), children.end());
     if (holdsRows(item)) {
         std::erase_if(ordered, [](const QQuickItem* row) { return !row->isVisible(); });
-        std::ranges::stable_sort(ordered, {}, &QQuickItem::y);
+        std::ranges::sort(ordered, {}, &QQuickItem::y); // No two rows begin at the same height.
     }
     return ordered;
 }
