@@ -1,5 +1,7 @@
 #include "deletion/DeletionCrew.h"
 
+#include "support/Processes.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -60,6 +62,15 @@ TEST(DeletionCrew, AHelperDoesWhatIsOffered) {
     crew.await(*job, false);
     EXPECT_TRUE(job->isFinished());
     EXPECT_NE(doneBy, std::this_thread::get_id());
+}
+
+TEST(DeletionCrew, AHelperThatSleepsIsWoken) {
+    DeletionCrew crew(1);
+    for (int round = 0; round < 10; ++round) {
+        const auto job = std::make_shared<Job>([](bool) {});
+        crew.offer(job);
+        ASSERT_TRUE(test::eventually([&job] { return job->isFinished(); }));
+    }
 }
 
 TEST(DeletionCrew, WhatNobodyHasBegunCanBeTakenBack) {

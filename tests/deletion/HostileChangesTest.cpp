@@ -18,6 +18,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <map>
 #include <new>
 #include <string>
 #include <thread>
@@ -382,6 +383,29 @@ TEST(HostileChanges, AFolderThatIsAlwaysRefilledIsAFailureAfterAWhile) {
         EXPECT_THAT(report.failures[0], testing::HasSubstr("Directory not empty"));
         EXPECT_GT(made, 1);
         EXPECT_TRUE(exists(full));
+    }
+}
+
+TEST(HostileChanges, EachFolderIsGoneThroughAgainWhateverItTookBefore) {
+    for (const DeletionOptions& options : {unshielded, shielded}) {
+        const TemporaryDirectory folder;
+        std::map<std::string, int> refills;
+        for (const char* name : {"tree/one", "tree/two"}) {
+            refills[folder.path(name)] = 5;
+            folder.makeFile(std::string(name) + "/file");
+        }
+        const SafeDeletionEngine engine(FileSystem::shared(), {}, [&](const std::string& path) {
+            const auto left = refills.find(path.substr(0, path.rfind('/')));
+            if (left != refills.end() && left->second > 0) {
+                folder.makeFile(left->first.substr(folder.path().size() + 1) + "/file" +
+                                std::to_string(left->second--));
+            }
+            return true;
+        });
+        EXPECT_THAT(engine.deleteItem(folder.path("tree"), options).failures, IsEmpty());
+        EXPECT_FALSE(exists(folder.path("tree")));
+        EXPECT_EQ(refills,
+                  (std::map<std::string, int>{{folder.path("tree/one"), 0}, {folder.path("tree/two"), 0}}));
     }
 }
 

@@ -2,6 +2,7 @@
 #include "deletion/SafeDeletionEngine.h"
 #include "platform/FileDescriptor.h"
 #include "support/ChildProcess.h"
+#include "support/FailingSystemCall.h"
 #include "support/OrdinaryUser.h"
 #include "support/PrivateMounts.h"
 #include "support/TemporaryDirectory.h"
@@ -24,6 +25,7 @@
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/sysmacros.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -252,6 +254,20 @@ TEST_F(StubbornItems, NothingAtOrBelowAProtectedFolderIsOpened) {
     EXPECT_FALSE(watch.sawOpening());
     EXPECT_THAT(report.preserved, UnorderedElementsAre(tree + "/.ssh", tree + "/vault", key));
     EXPECT_THAT(report.removed, IsEmpty());
+}
+
+TEST_F(StubbornItems, AFolderThatCannotBeListedIsAFailureAndStays) {
+    const std::string file = folder_.makeFile("tree/file");
+    const std::string tree = folder_.path("tree");
+    EXPECT_TRUE(test::passesInChild([&] {
+        ASSERT_TRUE(test::makeSystemCallFail(SYS_getdents64, EIO));
+        for (const DeletionOptions& options : {unshielded, shielded}) {
+            const DeletionReport report = SafeDeletionEngine().deleteItem(tree, options);
+            EXPECT_THAT(report.failures, ElementsAre(tree + ": Input/output error"));
+            EXPECT_THAT(report.removed, IsEmpty());
+        }
+    }));
+    EXPECT_TRUE(exists(file));
 }
 
 TEST_F(StubbornItems, EntriesWithoutATypeAreLookedUp) {

@@ -6,15 +6,14 @@
 #include "process/OutputPump.h"
 #include "process/Pipe.h"
 #include "process/SpawnChild.h"
+#include "support/FailingSystemCall.h"
 #include "support/Processes.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstddef>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -22,10 +21,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #ifdef __linux__
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-
-#include <sys/prctl.h>
 #include <sys/syscall.h>
 #endif
 
@@ -94,18 +89,9 @@ TEST(ChildProcess, OneThatStillRunsIsReapedLater) {
 }
 
 #ifdef __linux__
-/// From here on the kernel answers this process's `waitid` with an error that says nothing about its
-/// children.
+/// The error says nothing about the children.
 bool makeWaitidFail() {
-    std::array<sock_filter, 4> instructions{
-        sock_filter{BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},
-        sock_filter{BPF_JMP | BPF_JEQ | BPF_K, 0, 1, SYS_waitid},
-        sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ERRNO | ENOMEM},
-        sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ALLOW},
-    };
-    const sock_fprog program{.len = instructions.size(), .filter = instructions.data()};
-    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-           ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+    return test::makeSystemCallFail(SYS_waitid, ENOMEM);
 }
 
 TEST(ChildProcess, IsNotGivenUpForAnErrorThatDoesNotSayThatItIsGone) {
