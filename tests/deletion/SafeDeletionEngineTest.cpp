@@ -8,9 +8,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <map>
 #include <set>
 #include <string>
+#include <thread>
 
 namespace zentrill {
 namespace {
@@ -241,6 +243,21 @@ TEST(SafeDeletionEngine, AnItemThatThePredicateRefusesIsLeftWithoutAWord) {
             EXPECT_THAT(report.removed, IsEmpty()); // The tree as a whole is still there.
         }
     }
+}
+
+TEST(SafeDeletionEngine, ThePredicateIsAskedByTheCallersThreadAlone) {
+    const TemporaryDirectory folder;
+    for (int i = 0; i < 200; ++i) {
+        folder.makeFile("tree/" + std::to_string(i) + "/sub/file");
+    }
+    std::atomic<int> askedByOthers = 0;
+    const SafeDeletionEngine engine(FileSystem::shared(), {},
+                                    [&, caller = std::this_thread::get_id()](const std::string&) {
+                                        askedByOthers += std::this_thread::get_id() == caller ? 0 : 1;
+                                        return true;
+                                    });
+    EXPECT_TRUE(engine.deleteItem(folder.path("tree"), shielded).succeeded());
+    EXPECT_EQ(askedByOthers, 0);
 }
 
 TEST(SafeDeletionEngine, ThePredicateIsAskedAboutTheItemItself) {
