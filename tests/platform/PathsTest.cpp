@@ -16,6 +16,7 @@ TEST(Paths, StandardizesByTextAlone) {
     EXPECT_EQ(standardized("/.."), "/");
     EXPECT_EQ(standardized("/../a"), "/a");
     EXPECT_EQ(standardized("a/../../b"), "../b");
+    EXPECT_EQ(standardized("../../a"), "../../a");
     EXPECT_EQ(standardized("a/.."), ".");
     EXPECT_EQ(standardized(""), "");
 }

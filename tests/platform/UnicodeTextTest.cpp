@@ -36,6 +36,12 @@ TEST(UnicodeText, IsConvertedFromTheFormThatItsMarkTells) {
               "A\U0001F9F9");
 }
 
+TEST(UnicodeText, TakesAsManyBytesAsEachCharacterNeeds) {
+    // The last character of each length, and the first of the next.
+    EXPECT_EQ(withoutByteOrderMark("\xFE\xFF\0\x7F\0\x80\x07\xFF\x08\0\xFF\xFF\xD8\0\xDC\0"s),
+              "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80");
+}
+
 TEST(UnicodeText, ThatContradictsItsMarkIsNone) {
     for (const std::string& content :
          {"\xFE\xFF\0"s, "\xFE\xFF\xD8\0"s, "\xFE\xFF\xDC\0"s, "\xFE\xFF\xD8\0\0A"s, "\xFE\xFF\xDC\0\xD8\0"s,

@@ -78,6 +78,28 @@ TEST(ChildProcess, IsKilledAndReapedWhenDroppedEarly) {
     }));
 }
 
+TEST(ChildProcess, TakesItsGroupAlongWhenDroppedEarly) {
+    const Pipe pipe = Pipe::open();
+    std::string told;
+    {
+        const SpawnedChild spawned = spawnChild("/bin/sh", {"-c", "/bin/sleep 600 & echo $!; wait"}, {},
+                                                pipe.writing.get(), pipe.writing.get());
+        ASSERT_TRUE(spawned.child);
+        ASSERT_TRUE(eventually([&] {
+            char byte = 0;
+            while (::read(pipe.reading.get(), &byte, 1) == 1) {
+                told += byte;
+            }
+            return told.ends_with('\n');
+        }));
+    }
+    EXPECT_TRUE(eventually([&] { return test::isGone(std::stoi(told)); }));
+    EXPECT_TRUE(eventually([] {
+        abandoned_children::reapEnded();
+        return hasNoChildren();
+    }));
+}
+
 TEST(ChildProcess, OneThatStillRunsIsReapedLater) {
     ChildProcess child = spawnSleeper();
     EXPECT_EQ(child.reap(), -1);
