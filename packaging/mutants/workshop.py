@@ -15,6 +15,8 @@ _LOG = "build/release/Testing/Temporary/LastTest.log"
 _COSTS = "build/release/Testing/Temporary/CTestCostData.txt"
 _FAILED = re.compile(r"^ *\d+/\d+ Test +#\d+: (.*?) \.*\**\*\*\*(Failed|Timeout|Exception)", re.MULTILINE)
 _BUILD_LIMIT = 1800
+# A fault may have a test collect things for as long as it is let.
+_MEMORY = "4g"
 #: Seconds that a test may take to be run before the others.
 _QUICK = 0.5
 #: How much longer than without a fault the tests may take.
@@ -38,8 +40,8 @@ class Workshop:
         archive = self._results / "checkout.tar"
         archive_checkout(checkout, archive)
         images.make(PREPARED)
-        self._engine.docker("run", "--detach", "--name", _NAME, "--network", "none", "--workdir", _CHECKOUT,
-                            "--volume", f"{archive}:/checkout.tar:ro", PREPARED, *_IDLE)
+        self._engine.docker("run", "--detach", "--name", _NAME, "--network", "none", "--memory", _MEMORY,
+                            "--workdir", _CHECKOUT, "--volume", f"{archive}:/checkout.tar:ro", PREPARED, *_IDLE)
         self._must("tar", "--extract", "--file", "/checkout.tar", "--no-same-owner")
         self._must("cmake", "--preset", "release", "-DZENTRILL_BUILD_TESTS=ON")
 
