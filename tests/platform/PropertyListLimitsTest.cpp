@@ -37,6 +37,11 @@ TEST(PropertyListLimits, ATableBeyondTheEndIsNone) {
     EXPECT_FALSE(isWithinPropertyListLimits(binaryList("\xD0\x08"s, 9, 9)));
 }
 
+TEST(PropertyListLimits, ALongCountIsAnInteger) {
+    EXPECT_TRUE(isWithinPropertyListLimits(binaryList("\xDF\x10\0\x08"s, 1, 11)));
+    EXPECT_FALSE(isWithinPropertyListLimits(binaryList("\xDF\x20\0\x08"s, 1, 11)));
+}
+
 /// The table's only entry begins with the last byte of the list and would end with the byte behind it, which
 /// would make it point to the dictionary.
 TEST(PropertyListLimits, NothingIsReadBehindTheEnd) {
