@@ -141,7 +141,7 @@ TEST_F(ModalAppearanceTest, aNoticeOfSeveralLinesIsReadFromTheLeft) {
     locator_->set("/opt/docker");
     for (const auto& [answer, alignment] : {std::pair("no answer", Qt::AlignHCenter),
                                             std::pair("no answer\nUsage: something else", Qt::AlignLeft)}) {
-        answer_ = [answer = answer](const test::FakeCommandRunner::Call&) { return test::failed(1, answer); };
+        answer_ = [said = answer](const test::FakeCommandRunner::Call&) { return test::failed(1, said); };
         if (view_ == nullptr) {
             ASSERT_TRUE(open("containers"));
         } else {
