@@ -9,6 +9,8 @@ struct DeletionOutcome {
     DeletionRecord record;
     /// Whether the item itself is still there.
     bool left = false;
+    /// Whether it was left because somebody moved a folder around it out of the deletion's item.
+    bool movedAway = false;
 };
 
 } // namespace zentrill

@@ -12,7 +12,7 @@ namespace zentrill {
 struct DeletionRecord {
     struct Failure {
         std::string path;
-        int error = 0;
+        std::string description;
     };
 
     /// With a shield, every removal, kept item and failure; otherwise empty.

@@ -2,6 +2,7 @@
 
 #include "deletion/CredentialShield.h"
 #include "deletion/DeletionConcurrency.h"
+#include "deletion/DeletionDomain.h"
 
 #include <functional>
 #include <string>
@@ -15,9 +16,11 @@ struct DeletionRules {
     /// With a shield: keeps everything that is no directory.
     bool preserveUnrecognized = false;
     /// When set, an item that it refuses stays unmentioned, with its contents and the folders above it.
-    /// Called from the thread of `DeletionWalk::run` alone: with it the walk takes no others.
+    /// Called on the thread that calls `DeletionWalk::run`, which no domain holds: with it the walk takes no
+    /// others but the one.
     std::function<bool(const std::string& path)> mayRemove;
     DeletionConcurrency concurrency;
+    DeletionDomain domain;
 };
 
 } // namespace zentrill

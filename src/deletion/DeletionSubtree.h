@@ -4,6 +4,7 @@
 #include "deletion/DeletionOutcome.h"
 #include "deletion/ItemPaths.h"
 #include "platform/DirectoryHandle.h"
+#include "platform/EntryStatus.h"
 
 #include <functional>
 
@@ -17,6 +18,8 @@ public:
         /// A handle of its own on the folder that holds it.
         DirectoryHandle parent;
         ItemPaths paths;
+        /// The item of the whole deletion.
+        FileIdentity item;
     };
 
     /// Removes a folder; `mayHelp` as for `DeletionCrew::await`.

@@ -13,15 +13,8 @@ namespace {
 /// How often a directory is gone through again because somebody keeps adding to it.
 constexpr int rescanLimit = 8;
 
-/// How often an entry is looked at anew because somebody keeps changing it between file and folder.
-constexpr int kindChangeLimit = 8;
-
 bool isNotEmpty(int error) {
     return error == ENOTEMPTY || error == EEXIST;
-}
-
-bool isNoDirectory(int error) {
-    return error == ENOTDIR || error == ELOOP;
 }
 
 } // namespace
@@ -33,7 +26,9 @@ DeletionWalk::DeletionWalk(const DeletionRules& rules, std::string path, std::st
       itemName_(paths_.name()),
       stack_(std::move(parent)),
       folders_(1),
-      handedOver_(lend(), rules.mayRemove ? DeletionConcurrency{} : rules.concurrency) {}
+      handedOver_(lend(), rules.mayRemove ? DeletionConcurrency{} : rules.concurrency),
+      moved_(stack_),
+      held_(rules.domain) {}
 
 DeletionWalk::DeletionWalk(const DeletionRules& rules, DeletionSubtree::Task task, DeletionCrew& crew,
                            bool mayHelp)
@@ -42,18 +37,24 @@ DeletionWalk::DeletionWalk(const DeletionRules& rules, DeletionSubtree::Task tas
       itemName_(paths_.name()),
       stack_(std::move(task.parent)),
       folders_(1),
-      handedOver_(lend(), crew, mayHelp) {}
+      handedOver_(lend(), crew, mayHelp),
+      moved_(stack_),
+      held_(DeletionDomain{}) {
+    moved_.setItem(task.item);
+}
 
 HandedOverFolders::Walk DeletionWalk::lend() {
     return {.stack = stack_,
             .record = record_,
             .remove =
                 [this](DeletionSubtree::Task task, DeletionCrew& crew, bool mayHelp) {
-                    return DeletionWalk(rules_, std::move(task), crew, mayHelp)
-                        .runUnprotected(EntryKind::directory);
+                    return DeletionWalk(rules_, std::move(task), crew, mayHelp).runHere();
                 },
             .finished =
-                [this](const DeletionOutcome& outcome) { folder().left = folder().left || outcome.left; }};
+                [this](const DeletionOutcome& outcome) {
+                    folder().left = folder().left || outcome.left;
+                    movedAround_ = movedAround_ || outcome.movedAway;
+                }};
 }
 
 DeletionOutcome DeletionWalk::run() {
@@ -61,27 +62,62 @@ DeletionOutcome DeletionWalk::run() {
         recordPreserved(itemName_.c_str());
         return {.record = record_.take(), .left = true};
     }
-    return runUnprotected(EntryKind::unknown);
+    remove(itemName_.c_str(), EntryKind::unknown);
+    // The item's own entry lies outside of what the domain lets go, so it is left to this thread.
+    while (stack_.depth() > 1) {
+        moved_.setItem(stack_.directory().identity());
+        held_.run(stack_.directory(), [this] { empty(); });
+        moved_.setItem({}); // What its own entry meets has nothing to do with what it holds.
+        leave();
+    }
+    return outcome();
 }
 
-DeletionOutcome DeletionWalk::runUnprotected(EntryKind kind) {
-    remove(itemName_.c_str(), kind);
+/// For a folder inside of the deletion's item, on a thread that is held to that already.
+DeletionOutcome DeletionWalk::runHere() {
+    remove(itemName_.c_str(), EntryKind::directory);
     while (stack_.depth() > 1) {
-        if (const auto entry = stack_.nextEntry()) {
+        empty();
+        leave();
+    }
+    return outcome();
+}
+
+DeletionOutcome DeletionWalk::outcome() {
+    return {.record = record_.take(), .left = folder().left, .movedAway = moved_.isAboveWalk()};
+}
+
+void DeletionWalk::empty() {
+    while (true) {
+        if (std::exchange(movedAround_, false) && !moved_.notice()) {
+            failTop(EACCES); // Moved back in the meantime.
+        }
+        if (moved_.holdsTop()) {
+            handedOver_.drop();
+            movedAround_ = false; // The moved folder is known already.
+        } else if (const auto entry = stack_.nextEntry()) {
             handle(entry->name, entry->kind);
+            continue;
         } else if (const int error = stack_.takeListingError(); error != 0) {
             // A directory that somebody removed meanwhile has no entries; removing it will tell.
             if (error != ENOENT) {
-                recordFailure(paths_.reported(below()), error);
-                folder().left = true;
+                failTop(error);
             }
-        } else if (const std::optional<std::string> name = handedOver_.takeBack()) {
-            remove(name->c_str(), EntryKind::directory);
+            continue;
         } else {
-            leave();
+            const std::optional<std::string> name = handedOver_.takeBack();
+            if (name && !movedAround_) {
+                remove(name->c_str(), EntryKind::directory);
+            }
+            if (name || movedAround_) {
+                continue;
+            }
         }
+        if (stack_.depth() == 2) {
+            return;
+        }
+        leave();
     }
-    return {.record = record_.take(), .left = folder().left};
 }
 
 void DeletionWalk::handle(const char* name, EntryKind kind) {
@@ -91,98 +127,6 @@ void DeletionWalk::handle(const char* name, EntryKind kind) {
     } else if (kind != EntryKind::directory || !handOver(name)) {
         remove(name, kind);
     }
-}
-
-void DeletionWalk::remove(const char* name, EntryKind kind) {
-    for (int attempt = 0; attempt < kindChangeLimit; ++attempt) {
-        if (kind == EntryKind::unknown) {
-            EntryStatus status;
-            const int error = stack_.directory().lookUp(name, status);
-            if (error == ENOENT) {
-                return;
-            }
-            if (error != 0) {
-                fail(name, error);
-                return;
-            }
-            kind = status.kind;
-        }
-        const Step step = kind == EntryKind::directory ? enter(name) : removeLeaf(name);
-        if (step == Step::done) {
-            return;
-        }
-        kind = EntryKind::unknown;
-    }
-    fail(name, EBUSY);
-}
-
-DeletionWalk::Step DeletionWalk::removeLeaf(const char* name) {
-    if (rules_.preserveUnrecognized) {
-        if (folder().lookUpError == 0) {
-            recordPreserved(name);
-        } else {
-            fail(name, folder().lookUpError);
-        }
-        return Step::done;
-    }
-    if (!mayRemove(name)) {
-        folder().left = true;
-        return Step::done;
-    }
-    const int error = stack_.directory().removeFile(name);
-    if (error == 0) {
-        recordRemoved(name);
-        return Step::done;
-    }
-    if (error == ENOENT) {
-        return Step::done;
-    }
-    if (error == EISDIR || error == EPERM) {
-        // Systems disagree on how unlink refuses a directory.
-        EntryStatus status;
-        if (stack_.directory().lookUp(name, status) == 0 && status.kind == EntryKind::directory) {
-            return Step::kindChanged;
-        }
-    }
-    fail(name, error);
-    return Step::done;
-}
-
-DeletionWalk::Step DeletionWalk::enter(const char* name) {
-    if (!mayRemove(name)) {
-        folder().left = true;
-        return Step::done;
-    }
-    const int error = stack_.enter(name);
-    if (error == 0) {
-        begin();
-        return Step::done;
-    }
-    if (error == ENOENT) {
-        return Step::done;
-    }
-    if (isNoDirectory(error)) {
-        return Step::kindChanged;
-    }
-    if (error != EXDEV && rules_.shield == nullptr) {
-        return removeUnread(name, error);
-    }
-    fail(name, error == EXDEV ? EBUSY : error); // EBUSY is what the system says of removing a mount point.
-    return Step::done;
-}
-
-/// A folder that must not be read may still be empty.
-DeletionWalk::Step DeletionWalk::removeUnread(const char* name, int openingError) {
-    const int error = stack_.directory().removeDirectory(name);
-    if (error == ENOTDIR) {
-        return Step::kindChanged;
-    }
-    if (error == 0) {
-        recordRemoved(name);
-    } else if (error != ENOENT) {
-        fail(name, isNotEmpty(error) ? openingError : error);
-    }
-    return Step::done;
 }
 
 /// Gathers what there is to know of the directory just entered.
@@ -206,11 +150,13 @@ void DeletionWalk::begin() {
 }
 
 void DeletionWalk::leave() {
+    if (moved_.holdsTop()) {
+        leaveMoved();
+        return;
+    }
     if (!stack_.openDirectoryAround()) {
         stack_.leave();
-        // The folder around it is out of reach, with whatever it still holds.
-        recordFailure(paths_.reported(below()), ESTALE);
-        folder().left = true;
+        failTop(ESTALE); // The folder around it is out of reach, with whatever it still holds.
         return;
     }
     if (folder().left) {
@@ -236,6 +182,21 @@ void DeletionWalk::leave() {
     }
 }
 
+/// The moved folder is one line of the report, whatever it holds.
+void DeletionWalk::leaveMoved() {
+    const bool wholeFolder = moved_.isTop();
+    std::string path = wholeFolder ? paths_.reported(below()) : std::string();
+    const bool reached = stack_.leave();
+    folder().left = true;
+    if (wholeFolder) {
+        moved_.forget();
+        recordFailure(std::move(path), "Moved elsewhere during the deletion");
+        if (!reached) {
+            failTop(ESTALE);
+        }
+    }
+}
+
 /// Goes through the top directory again, if that has not been done too often.
 bool DeletionWalk::rescan() {
     if (folder().rescans >= rescanLimit || stack_.rewind() != 0) {
@@ -251,7 +212,7 @@ bool DeletionWalk::handOver(const char* name) {
         return false;
     }
     return handedOver_.handOver(
-        name, ItemPaths(pathOf(name), paths_.standardized(below()).append("/").append(name)));
+        name, ItemPaths(pathOf(name), paths_.standardized(below()).append("/").append(name)), moved_.item());
 }
 
 std::string_view DeletionWalk::below() const {
@@ -262,8 +223,8 @@ std::string DeletionWalk::pathOf(const char* name) const {
     return stack_.depth() == 1 ? paths_.reported("") : paths_.reported(below(), name);
 }
 
-bool DeletionWalk::mayRemove(const char* name) const {
-    return !rules_.mayRemove || rules_.mayRemove(pathOf(name));
+bool DeletionWalk::mayRemove(const char* name) {
+    return !rules_.mayRemove || held_.ask([&] { return rules_.mayRemove(pathOf(name)); });
 }
 
 void DeletionWalk::recordRemoved(const char* name) {
@@ -280,17 +241,25 @@ void DeletionWalk::recordPreserved(const char* name) {
 }
 
 void DeletionWalk::fail(const char* name, int error) {
-    recordFailure(pathOf(name), error);
     folder().left = true;
+    if (error != EACCES || !moved_.notice()) {
+        recordFailure(pathOf(name), systemDescription(error));
+    }
 }
 
-void DeletionWalk::recordFailure(std::string path, int error) {
+void DeletionWalk::failTop(int error) {
+    folder().left = true;
+    recordFailure(paths_.reported(below()), systemDescription(error));
+}
+
+void DeletionWalk::recordFailure(std::string path, std::string description) {
     DeletionRecord& record = record_.current();
     if (rules_.shield != nullptr) {
-        record.report.failures.push_back(path + ": " + systemDescription(error));
+        record.report.failures.push_back(path + ": " + description);
     }
     if (!record.firstFailure) {
-        record.firstFailure = DeletionRecord::Failure{.path = std::move(path), .error = error};
+        record.firstFailure =
+            DeletionRecord::Failure{.path = std::move(path), .description = std::move(description)};
     }
 }
 

@@ -4,7 +4,9 @@
 #include "deletion/DeletionOutcome.h"
 #include "deletion/DeletionRules.h"
 #include "deletion/HandedOverFolders.h"
+#include "deletion/HeldThread.h"
 #include "deletion/ItemPaths.h"
+#include "deletion/MovedFolder.h"
 #include "deletion/OrderedRecord.h"
 #include "platform/DirectoryHandle.h"
 #include "platform/DirectoryStack.h"
@@ -51,7 +53,10 @@ private:
     /// `DeletionCrew::await`.
     DeletionWalk(const DeletionRules& rules, DeletionSubtree::Task task, DeletionCrew& crew, bool mayHelp);
 
-    [[nodiscard]] DeletionOutcome runUnprotected(EntryKind kind);
+    [[nodiscard]] DeletionOutcome runHere();
+    [[nodiscard]] DeletionOutcome outcome();
+    /// Removes what the item, just entered, holds.
+    void empty();
 
     [[nodiscard]] HandedOverFolders::Walk lend();
 
@@ -65,17 +70,20 @@ private:
     [[nodiscard]] Step removeUnread(const char* name, int openingError);
     void begin();
     void leave();
+    void leaveMoved();
     [[nodiscard]] bool rescan();
 
     [[nodiscard]] bool handOver(const char* name);
-    [[nodiscard]] bool mayRemove(const char* name) const;
+    [[nodiscard]] bool mayRemove(const char* name);
     /// What leads from the item to the top directory, as for `ItemPaths`.
     [[nodiscard]] std::string_view below() const;
     [[nodiscard]] std::string pathOf(const char* name) const;
     void recordRemoved(const char* name);
     void recordPreserved(const char* name);
     void fail(const char* name, int error);
-    void recordFailure(std::string path, int error);
+    /// Of the top directory itself.
+    void failTop(int error);
+    void recordFailure(std::string path, std::string description);
 
     const DeletionRules& rules_;
     ItemPaths paths_;
@@ -86,6 +94,10 @@ private:
     std::vector<Folder> folders_;
     OrderedRecord record_;
     HandedOverFolders handedOver_;
+    MovedFolder moved_;
+    /// A folder of the top directory, on another thread, was found to be in a moved one.
+    bool movedAround_ = false;
+    HeldThread held_;
     std::size_t handledEntries_ = 0;
 };
 

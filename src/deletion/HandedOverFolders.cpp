@@ -32,14 +32,14 @@ bool HandedOverFolders::areWanted(std::size_t handledEntries) {
     return crew_ != nullptr && crew_->wantsJobs();
 }
 
-bool HandedOverFolders::handOver(const char* name, ItemPaths paths) {
+bool HandedOverFolders::handOver(const char* name, ItemPaths paths, const FileIdentity& item) {
     DirectoryHandle parent;
     if (walk_.stack.directory().duplicate(parent) != 0) {
         return false;
     }
     absorbFinished();
     auto subtree = std::make_shared<DeletionSubtree>(
-        remove_, DeletionSubtree::Task{.parent = std::move(parent), .paths = std::move(paths)});
+        remove_, DeletionSubtree::Task{.parent = std::move(parent), .paths = std::move(paths), .item = item});
     folders_.push_back(
         {.depth = walk_.stack.depth(), .name = name, .place = walk_.record.keepPlace(), .subtree = subtree});
     crew_->offer(std::move(subtree));
@@ -57,15 +57,30 @@ std::optional<std::string> HandedOverFolders::takeBack() {
             }
             // The directory is out of reach, and reported so.
         }
-        if (last.subtree) {
-            crew_->await(*last.subtree, mayHelp_);
-            absorb(last);
-        } else {
-            walk_.record.close(last.place);
-        }
-        folders_.pop_back();
+        finishLast();
     }
     return std::nullopt;
+}
+
+void HandedOverFolders::drop() {
+    while (!folders_.empty() && isOfTop(folders_.back())) {
+        Folder& last = folders_.back();
+        if (last.subtree && crew_->withdraw(*last.subtree)) {
+            last.subtree.reset();
+        }
+        finishLast();
+    }
+}
+
+void HandedOverFolders::finishLast() {
+    Folder& last = folders_.back();
+    if (last.subtree) {
+        crew_->await(*last.subtree, mayHelp_);
+        absorb(last);
+    } else {
+        walk_.record.close(last.place);
+    }
+    folders_.pop_back();
 }
 
 /// Keeps the list short, however many folders there are and however long one of them takes.

@@ -50,12 +50,15 @@ public:
     [[nodiscard]] bool areWanted(std::size_t handledEntries);
 
     /// Leaves the folder `name` of the top directory, whose paths are `paths`, to whichever thread takes it;
-    /// false if it cannot.
-    [[nodiscard]] bool handOver(const char* name, ItemPaths paths);
+    /// false if it cannot. `item` is that of the whole deletion.
+    [[nodiscard]] bool handOver(const char* name, ItemPaths paths, const FileIdentity& item);
 
     /// Waits for what was handed over in the top directory. What nobody has begun comes back, one folder at a
     /// time: its name, for the walk to remove now, which is recorded in the folder's own place.
     [[nodiscard]] std::optional<std::string> takeBack();
+
+    /// The same where the top directory is to be left as it is: what nobody has begun is dropped.
+    void drop();
 
 private:
     struct Folder {
@@ -68,6 +71,7 @@ private:
 
     [[nodiscard]] bool isOfTop(const Folder& folder) const { return folder.depth == walk_.stack.depth(); }
 
+    void finishLast();
     void absorbFinished();
     void absorb(Folder& folder);
 

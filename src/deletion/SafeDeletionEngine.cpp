@@ -28,11 +28,13 @@ DeletionReport failureReport(std::string message) {
 } // namespace
 
 SafeDeletionEngine::SafeDeletionEngine(const FileSystem& fileManager, CredentialMatcher matcher,
-                                       DeletionPredicate mayRemove, DeletionConcurrency concurrency)
+                                       DeletionPredicate mayRemove, DeletionConcurrency concurrency,
+                                       DeletionDomain domain)
     : fileManager_(&fileManager),
       matcher_(std::move(matcher)),
       mayRemove_(std::move(mayRemove)),
-      concurrency_(concurrency) {}
+      concurrency_(concurrency),
+      domain_(std::move(domain)) {}
 
 DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
                                               const DeletionOptions& options) const {
@@ -92,11 +94,11 @@ std::optional<std::string> SafeDeletionEngine::unsafeSymlinkAncestor(const std::
 
 DeletionReport SafeDeletionEngine::deleteWhole(const std::string& atPath, const std::string& standardized,
                                                DirectoryHandle parent) const {
-    const DeletionRules rules{.mayRemove = mayRemove_, .concurrency = concurrency_};
+    const DeletionRules rules{.mayRemove = mayRemove_, .concurrency = concurrency_, .domain = domain_};
     DeletionWalk walk(rules, atPath, standardized, std::move(parent));
     const DeletionOutcome outcome = walk.run();
     if (const auto& failure = outcome.record.firstFailure) {
-        std::string line = atPath + ": " + systemDescription(failure->error);
+        std::string line = atPath + ": " + failure->description;
         if (failure->path != atPath) {
             line += " (at " + failure->path + ")";
         }
@@ -117,7 +119,8 @@ DeletionReport SafeDeletionEngine::deletePreservingCredentials(const std::string
     const DeletionRules rules{.shield = &shield,
                               .preserveUnrecognized = options.preserveUnrecognized,
                               .mayRemove = mayRemove_,
-                              .concurrency = concurrency_};
+                              .concurrency = concurrency_,
+                              .domain = domain_};
     DeletionWalk walk(rules, atPath, standardized, std::move(parent));
     return walk.run().record.report;
 }

@@ -2,6 +2,7 @@
 
 #include "deletion/CredentialMatcher.h"
 #include "deletion/DeletionConcurrency.h"
+#include "deletion/DeletionDomain.h"
 #include "deletion/DeletionReport.h"
 #include "platform/DirectoryHandle.h"
 #include "platform/FileSystem.h"
@@ -30,8 +31,9 @@ struct DeletionOptions {
 ///
 /// A path reached through a symbolic link is refused, but for the system's own aliases (/tmp, /var, /etc);
 /// a link inside a tree is removed or kept as a link. Mount points are never entered. The root, the home
-/// folder and the folders around it are refused. It holds no mutable state: safe from any thread as long as
-/// `mayRemove` is.
+/// folder and the folders around it are refused. What a folder holds is removed on threads that the kernel
+/// keeps to that folder, where it can: see `DeletionDomain`. It holds no mutable state: safe from any thread
+/// as long as `mayRemove` is, which is asked on the thread that calls `deleteItem`.
 class SafeDeletionEngine {
 public:
     /// Whether the item at this path, in the form that reports use, may be removed. An item that it refuses
@@ -40,7 +42,8 @@ public:
 
     explicit SafeDeletionEngine(const FileSystem& fileManager = FileSystem::shared(),
                                 CredentialMatcher matcher = {}, DeletionPredicate mayRemove = {},
-                                DeletionConcurrency concurrency = DeletionConcurrency::ofThisMachine());
+                                DeletionConcurrency concurrency = DeletionConcurrency::ofThisMachine(),
+                                DeletionDomain domain = DeletionDomain::ofThisMachine());
 
     /// Deletes the item at the absolute path `atPath`. A missing item gives an empty report, and so does one
     /// in a folder where nothing may be looked up.
@@ -67,6 +70,7 @@ private:
     CredentialMatcher matcher_;
     DeletionPredicate mayRemove_;
     DeletionConcurrency concurrency_;
+    DeletionDomain domain_;
 };
 
 } // namespace zentrill

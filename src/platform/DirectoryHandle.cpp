@@ -126,21 +126,15 @@ int DirectoryHandle::openRoot(DirectoryHandle& opened) {
 }
 
 int DirectoryHandle::openForSearch(const char* name, DirectoryHandle& opened) const {
-    FileDescriptor descriptor(
-        uninterrupted([&] { return ::openat(descriptor_.get(), name, searchOnly | directoryFlags); }));
-    const int error = errorOf(descriptor.get());
-    if (error == 0) {
-        opened.descriptor_ = std::move(descriptor);
-    }
-    return error;
+    return openAt(descriptor_.get(), name, searchOnly | O_NOFOLLOW, opened);
 }
 
 int DirectoryHandle::open(const std::string& path, FinalLink link, DirectoryHandle& opened) {
-    return openAt(AT_FDCWD, path.c_str(), link == FinalLink::follow ? 0 : O_NOFOLLOW, opened);
+    return openAt(AT_FDCWD, path.c_str(), O_RDONLY | (link == FinalLink::follow ? 0 : O_NOFOLLOW), opened);
 }
 
 int DirectoryHandle::openChild(const char* name, Mounts mounts, DirectoryHandle& opened) const {
-    return mounts == Mounts::enter ? openAt(descriptor_.get(), name, O_NOFOLLOW, opened)
+    return mounts == Mounts::enter ? openAt(descriptor_.get(), name, O_RDONLY | O_NOFOLLOW, opened)
                                    : openWithinMount(name, opened);
 }
 
@@ -153,7 +147,7 @@ int DirectoryHandle::openWithinMount(const char* name, DirectoryHandle& opened) 
     if (!isUnavailable(errno)) {
         return errno;
     }
-    if (const int error = openAt(descriptor_.get(), name, O_NOFOLLOW, opened); error != 0) {
+    if (const int error = openAt(descriptor_.get(), name, O_RDONLY | O_NOFOLLOW, opened); error != 0) {
         return error;
     }
     struct stat own{};
@@ -166,7 +160,7 @@ int DirectoryHandle::openWithinMount(const char* name, DirectoryHandle& opened) 
 }
 
 int DirectoryHandle::openParent(DirectoryHandle& opened) const {
-    return openAt(descriptor_.get(), "..", O_NOFOLLOW, opened);
+    return openAt(descriptor_.get(), "..", O_RDONLY | O_NOFOLLOW, opened);
 }
 
 int DirectoryHandle::duplicate(DirectoryHandle& copy) const {
@@ -206,13 +200,17 @@ int DirectoryHandle::removeDirectory(const char* name) const {
     return errorOf(uninterrupted([&] { return ::unlinkat(descriptor_.get(), name, AT_REMOVEDIR); }));
 }
 
+bool DirectoryHandle::permitsChanges() const {
+    return ::faccessat(descriptor_.get(), ".", W_OK | X_OK, AT_EACCESS) == 0;
+}
+
 int DirectoryHandle::rewind() const {
     return ::lseek(descriptor_.get(), 0, SEEK_SET) < 0 ? errno : 0;
 }
 
 int DirectoryHandle::openAt(int directory, const char* name, int flags, DirectoryHandle& opened) {
     FileDescriptor descriptor(
-        uninterrupted([&] { return ::openat(directory, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags); }));
+        uninterrupted([&] { return ::openat(directory, name, O_DIRECTORY | O_CLOEXEC | flags); }));
     if (!descriptor) {
         return errno;
     }

@@ -33,7 +33,7 @@ public:
 
     [[nodiscard]] explicit operator bool() const noexcept { return static_cast<bool>(descriptor_); }
 
-    /// Of the directory when it was opened for listing.
+    /// Of the directory when it was opened; not known of the root.
     [[nodiscard]] const FileIdentity& identity() const noexcept { return identity_; }
 
     void close() noexcept { descriptor_.reset(); }
@@ -62,6 +62,12 @@ public:
     /// Removes the empty folder `name`.
     [[nodiscard]] int removeDirectory(const char* name) const;
 
+    /// Whether the permissions, and the file system, allow to add and to remove names in the directory.
+    [[nodiscard]] bool permitsChanges() const;
+
+    /// For calls that this class does not know; closed by this object.
+    [[nodiscard]] int descriptor() const noexcept { return descriptor_.get(); }
+
     /// Appends entries to `listing`, "." and ".." left out, until its names take up `nameBytesLimit` or the
     /// directory ends, which `atEnd` tells. A following call goes on from there.
     [[nodiscard]] int readEntries(DirectoryListing& listing, std::size_t nameBytesLimit, bool& atEnd) const;
@@ -70,7 +76,7 @@ public:
     [[nodiscard]] int rewind() const;
 
 private:
-    /// Opens `name` for listing, seen from `directory`.
+    /// Opens the folder `name`, seen from `directory`.
     [[nodiscard]] static int openAt(int directory, const char* name, int flags, DirectoryHandle& opened);
     [[nodiscard]] int openWithinMount(const char* name, DirectoryHandle& opened) const;
     [[nodiscard]] int rememberIdentity();

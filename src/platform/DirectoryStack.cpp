@@ -22,6 +22,7 @@ bool isOutOfDescriptors(int error) {
 
 DirectoryStack::DirectoryStack(DirectoryHandle base, Mounts mounts, std::size_t openDirectories)
     : mounts_(mounts), openDirectories_(openDirectories), frames_(1) {
+    frames_[0].identity = base.identity();
     frames_[0].directory = std::move(base);
 }
 
@@ -159,6 +160,32 @@ bool DirectoryStack::reopenFromAbove(std::size_t index) {
     frames_[index].directory = std::move(current);
     oldestOpen_ = std::min(oldestOpen_, index);
     return true;
+}
+
+std::optional<std::size_t> DirectoryStack::depthMovedOutOf(const FileIdentity& root) const {
+    FileIdentity identity = top().identity;
+    std::size_t depth = depth_;
+    std::optional<std::size_t> moved;
+    DirectoryHandle current;
+    while (identity != root) {
+        DirectoryHandle above;
+        if ((current ? current : directory()).openForSearch("..", above) != 0) {
+            return std::nullopt;
+        }
+        if (above.identity() == identity) {
+            return moved.value_or(1); // The root of the file system.
+        }
+        if (!moved) {
+            if (depth > 1 && above.identity() == frames_[depth - 2].identity) {
+                --depth;
+            } else {
+                moved = depth;
+            }
+        }
+        identity = above.identity();
+        current = std::move(above);
+    }
+    return std::nullopt;
 }
 
 std::string DirectoryStack::nameOf(const Frame& frame) const {

@@ -86,6 +86,11 @@ public:
     /// The open directory around the top one, once `openDirectoryAround` succeeded.
     [[nodiscard]] const DirectoryHandle& directoryAround() const { return frames_[depth_ - 2].directory; }
 
+    /// Which directory somebody moved out of the folder `root`, with the top one in it: its depth, or 1 when
+    /// it is the base or one above. Nothing as long as ".." leads from the top directory to `root`, or where
+    /// nobody can tell.
+    [[nodiscard]] std::optional<std::size_t> depthMovedOutOf(const FileIdentity& root) const;
+
 private:
     struct Frame {
         DirectoryHandle directory;

@@ -65,10 +65,10 @@ TEST(OrderedRecord, EverythingInItIsJoinedInOrder) {
     const OrderedRecord::Place place = record.keepPlace();
     record.current().removedCount = 2;
     record.current().report.preserved = {"kept last"};
-    record.current().firstFailure = {.path = "late", .error = 2};
+    record.current().firstFailure = DeletionRecord::Failure{.path = "late", .description = "second"};
     DeletionRecord early{.report = {.removed = {}, .preserved = {"kept first"}, .failures = {"early: no"}},
                          .removedCount = 4,
-                         .firstFailure = DeletionRecord::Failure{.path = "early", .error = 1},
+                         .firstFailure = DeletionRecord::Failure{.path = "early", .description = "first"},
                          .foldersOfOthers = 3};
     record.fill(place, early);
     const DeletionRecord whole = record.take();
@@ -77,7 +77,7 @@ TEST(OrderedRecord, EverythingInItIsJoinedInOrder) {
     EXPECT_THAT(whole.report.preserved, ElementsAre("kept first", "kept last"));
     EXPECT_THAT(whole.report.failures, ElementsAre("early: no"));
     EXPECT_EQ(whole.firstFailure->path, "early");
-    EXPECT_EQ(whole.firstFailure->error, 1);
+    EXPECT_EQ(whole.firstFailure->description, "first");
 }
 
 TEST(OrderedRecord, HoldsPartsForOpenPlacesOnly) {
