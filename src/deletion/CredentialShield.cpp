@@ -17,12 +17,15 @@ CredentialShield::CredentialShield(const CredentialMatcher& matcher,
     }
 }
 
-bool CredentialShield::isProtected(std::string_view path) const {
+CredentialReason CredentialShield::reason(std::string_view path) const {
     const std::string normalized = aliasNormalized(paths::standardized(path));
-    return matcher_.isCredential(normalized) ||
-           std::ranges::any_of(explicit_, [&normalized](const std::string& credential) {
-               return paths::isSameOrBelow(normalized, credential);
-           });
+    if (matcher_.isCredential(normalized)) {
+        return CredentialReason::recognized;
+    }
+    const bool listed = std::ranges::any_of(explicit_, [&normalized](const std::string& credential) {
+        return paths::isSameOrBelow(normalized, credential);
+    });
+    return listed ? CredentialReason::listed : CredentialReason::none;
 }
 
 std::vector<std::string_view> CredentialShield::explicitNames(std::string_view folder) const {
@@ -36,9 +39,13 @@ std::vector<std::string_view> CredentialShield::explicitNames(std::string_view f
     return names;
 }
 
-bool CredentialShield::isProtectedName(std::string_view name,
-                                       const std::vector<std::string_view>& explicitNames) const {
-    return matcher_.isCredentialName(name) || std::ranges::find(explicitNames, name) != explicitNames.end();
+CredentialReason CredentialShield::reasonForName(std::string_view name,
+                                                 const std::vector<std::string_view>& explicitNames) const {
+    if (matcher_.isCredentialName(name)) {
+        return CredentialReason::recognized;
+    }
+    return std::ranges::find(explicitNames, name) != explicitNames.end() ? CredentialReason::listed
+                                                                         : CredentialReason::none;
 }
 
 } // namespace zentrill

@@ -2,8 +2,8 @@
 
 #include "deletion/CredentialShield.h"
 #include "deletion/DeletionWalk.h"
-#include "deletion/ParentFolder.h"
 #include "deletion/PathAliases.h"
+#include "deletion/PlanWalk.h"
 #include "deletion/UndeletableFolders.h"
 #include "platform/Paths.h"
 #include "platform/SystemError.h"
@@ -38,14 +38,42 @@ SafeDeletionEngine::SafeDeletionEngine(const FileSystem& fileManager, Credential
 
 DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
                                               const DeletionOptions& options) const {
+    ParentFolder parent;
+    if (std::optional<DeletionReport> report = openParent(atPath, parent)) {
+        return std::move(*report);
+    }
+    const std::string standardized = paths::standardized(atPath);
+    return options.preserveCredentials
+               ? deletePreservingCredentials(atPath, standardized, std::move(parent.handle), options)
+               : deleteWhole(atPath, standardized, std::move(parent.handle));
+}
+
+DeletionPlan SafeDeletionEngine::plan(const std::string& atPath, const DeletionOptions& options,
+                                      const PlanOptions& planOptions) const {
+    ParentFolder parent;
+    if (std::optional<DeletionReport> report = openParent(atPath, parent)) {
+        DeletionPlan plan;
+        plan.failures = std::move(report->failures);
+        return plan;
+    }
+    const CredentialShield shield(matcher_, options.explicitCredentialPaths);
+    const DeletionRules rules{.shield = options.preserveCredentials ? &shield : nullptr,
+                              .preserveUnrecognized =
+                                  options.preserveCredentials && options.preserveUnrecognized,
+                              .mayRemove = mayRemove_};
+    return PlanWalk(rules, planOptions, atPath, paths::standardized(atPath), std::move(parent.handle)).run();
+}
+
+std::optional<DeletionReport> SafeDeletionEngine::openParent(const std::string& atPath,
+                                                             ParentFolder& parent) const {
     if (std::optional<std::string> refusal = deletionRefusal(atPath)) {
         return failureReport(std::move(*refusal));
     }
     if (atPath.find('\0') != std::string::npos) {
-        return {}; // No name holds a NUL, and the system would end the path there.
+        return DeletionReport{}; // No name holds a NUL, and the system would end the path there.
     }
     const std::string standardized = paths::standardized(atPath);
-    ParentFolder parent = ParentFolder::open(standardized);
+    parent = ParentFolder::open(standardized);
     if (parent.unsafeAncestor) {
         return failureReport(symlinkRefusal(*parent.unsafeAncestor));
     }
@@ -54,16 +82,14 @@ DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
     if (error != 0) {
         // A path that cannot be looked up counts as missing; one that only could not be opened does not.
         if (!fileManager_->itemExistsWithoutFollowingSymlink(standardized)) {
-            return {};
+            return DeletionReport{};
         }
         return failureReport(atPath + ": " + systemDescription(error));
     }
     if (UndeletableFolders().contains(status.identity)) {
         return failureReport("Refusing to delete a folder that is or holds the home folder: " + atPath);
     }
-    return options.preserveCredentials
-               ? deletePreservingCredentials(atPath, standardized, std::move(parent.handle), options)
-               : deleteWhole(atPath, standardized, std::move(parent.handle));
+    return std::nullopt;
 }
 
 std::optional<std::string> SafeDeletionEngine::deletionRefusal(const std::string& path) const {

@@ -3,7 +3,9 @@
 #include "deletion/CredentialMatcher.h"
 #include "deletion/DeletionConcurrency.h"
 #include "deletion/DeletionDomain.h"
+#include "deletion/DeletionPlan.h"
 #include "deletion/DeletionReport.h"
+#include "deletion/ParentFolder.h"
 #include "platform/DirectoryHandle.h"
 #include "platform/FileSystem.h"
 
@@ -54,10 +56,18 @@ public:
     /// failure with the shield, since nobody can tell what it holds.
     [[nodiscard]] DeletionReport deleteItem(const std::string& atPath, const DeletionOptions& options) const;
 
+    /// What `deleteItem` would do with the same options, found out by looking alone: on a tree that nobody
+    /// changes, its report says the same. Lists every item, with the shield or without.
+    [[nodiscard]] DeletionPlan plan(const std::string& atPath, const DeletionOptions& options,
+                                    const PlanOptions& planOptions = {}) const;
+
     /// Why the item at `path` must not be deleted, or nothing when it may be.
     [[nodiscard]] std::optional<std::string> deletionRefusal(const std::string& path) const;
 
 private:
+    /// Opens the folder of the item; what the report says instead, if the deletion ends here.
+    [[nodiscard]] std::optional<DeletionReport> openParent(const std::string& atPath,
+                                                           ParentFolder& parent) const;
     [[nodiscard]] std::optional<std::string> unsafeSymlinkAncestor(const std::string& path) const;
     [[nodiscard]] DeletionReport deleteWhole(const std::string& atPath, const std::string& standardized,
                                              DirectoryHandle parent) const;

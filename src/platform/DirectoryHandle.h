@@ -38,6 +38,9 @@ public:
 
     void close() noexcept { descriptor_.reset(); }
 
+    /// For calls that this class does not know; closed by this object.
+    [[nodiscard]] int descriptor() const noexcept { return descriptor_.get(); }
+
     /// Opens the folder `name` for looking up names only, which needs no permission to read it. May be a
     /// mount point.
     [[nodiscard]] int openForSearch(const char* name, DirectoryHandle& opened) const;
@@ -64,9 +67,6 @@ public:
 
     /// Whether the permissions, and the file system, allow to add and to remove names in the directory.
     [[nodiscard]] bool permitsChanges() const;
-
-    /// For calls that this class does not know; closed by this object.
-    [[nodiscard]] int descriptor() const noexcept { return descriptor_.get(); }
 
     /// Appends entries to `listing`, "." and ".." left out, until its names take up `nameBytesLimit` or the
     /// directory ends, which `atEnd` tells. A following call goes on from there.

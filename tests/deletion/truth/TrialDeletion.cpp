@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <fstream>
 #include <sstream>
 #include <utility>
@@ -64,6 +65,7 @@ void TrialDeletion::run(const DeletionConcurrency& concurrency) {
         mayRemove = [this](const std::string& path) { return !refused_.contains(asOnDisk(path)); };
     }
     const SafeDeletionEngine engine(FileSystem::shared(), {}, mayRemove, concurrency);
+    plan_ = engine.plan(given_, options_, {.listedPaths = SIZE_MAX});
     report_ = engine.deleteItem(given_, options_);
     std::vector<std::pair<std::string, mode_t>> modes;
     // A folder comes before its contents in the order of paths.
@@ -121,6 +123,12 @@ std::string TrialDeletion::description() const {
     text << "item " << given_ << (options_.preserveCredentials ? ", shield" : "")
          << (options_.preserveUnrecognized ? ", keeping uncertain data" : "") << ", " << concurrency_.threads
          << " threads after " << concurrency_.afterEntries << " entries\n";
+    for (const std::string& path : plan_.removed.paths) {
+        text << "  planned to go " << path << "\n";
+    }
+    for (const std::string& line : plan_.failures) {
+        text << "  planned to fail " << line << "\n";
+    }
     for (const std::string& path : report_.removed) {
         text << "  removed " << path << "\n";
     }

@@ -41,6 +41,9 @@ public:
 
     [[nodiscard]] const DiskSnapshot& after() const { return after_; }
 
+    /// What the engine said beforehand, with every path.
+    [[nodiscard]] const DeletionPlan& plan() const { return plan_; }
+
     [[nodiscard]] const DeletionReport& report() const { return report_; }
 
     [[nodiscard]] bool isShielded() const { return options_.preserveCredentials; }
@@ -69,6 +72,7 @@ private:
     std::set<std::string> sealed_;
     DiskSnapshot before_;
     DiskSnapshot after_;
+    DeletionPlan plan_;
     DeletionReport report_;
 };
 

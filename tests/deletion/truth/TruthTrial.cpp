@@ -4,6 +4,7 @@
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryDirectory.h"
 #include "truth/ExpectedReport.h"
+#include "truth/PlanComparison.h"
 #include "truth/TrialDeletion.h"
 
 #include <algorithm>
@@ -227,6 +228,9 @@ std::optional<std::string> runTruthTrial(std::uint64_t seed, const std::string& 
     trial.run();
     if (std::optional<std::string> complaint = Comparison(trial).run()) {
         return complaint;
+    }
+    if (const std::optional<std::string> complaint = comparePlan(trial)) {
+        return *complaint + "\n  " + trial.description();
     }
     if (trial.concurrency().threads == 1 || (!trial.isShielded() && trial.report().succeeded())) {
         return std::nullopt;

@@ -1,0 +1,359 @@
+#include "deletion/DeletionPlan.h"
+
+#include "DeletionCases.h"
+#include "deletion/SafeDeletionEngine.h"
+#include "platform/FileDescriptor.h"
+#include "support/ChildProcess.h"
+#include "support/MemoryFolder.h"
+#include "support/OrdinaryUser.h"
+#include "support/PrivateMounts.h"
+#include "support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <linux/fs.h>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zentrill {
+namespace {
+
+using test::exists;
+using test::giveToOrdinaryUser;
+using test::passesAsOrdinaryUser;
+using test::shielded;
+using test::TemporaryDirectory;
+using test::unshielded;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::UnorderedElementsAre;
+namespace fs = std::filesystem;
+
+const DeletionOptions keepingAll{.preserveCredentials = true, .preserveUnrecognized = true};
+const PlanOptions everything{.listedPaths = SIZE_MAX};
+
+std::int64_t occupied(const std::string& path) {
+    struct stat status{};
+    EXPECT_EQ(::lstat(path.c_str(), &status), 0);
+    return std::int64_t{status.st_blocks} * 512;
+}
+
+class DeletionPlans : public testing::Test {
+protected:
+    [[nodiscard]] DeletionPlan plan(const DeletionOptions& options = unshielded) const {
+        return engine_.plan(folder_.path("tree"), options, everything);
+    }
+
+    /// Deletes the tree as planned, which must come out as foretold.
+    void expectForetold(const DeletionPlan& plan, const DeletionOptions& options) const {
+        const std::string tree = folder_.path("tree");
+        const DeletionReport report = engine_.deleteItem(tree, options);
+        EXPECT_EQ(report.failures, plan.failures);
+        EXPECT_EQ(exists(tree), !plan.itemGoes);
+        if (options.preserveCredentials) {
+            EXPECT_EQ(report.removed, plan.removed.paths);
+        }
+        for (const std::string& path : plan.removed.paths) {
+            EXPECT_FALSE(exists(path)) << path;
+        }
+    }
+
+    TemporaryDirectory folder_;
+    SafeDeletionEngine engine_;
+};
+
+TEST_F(DeletionPlans, ListEverythingAndTouchNothing) {
+    const std::string file = folder_.makeFile("tree/sub/file", "content");
+    const std::string link = folder_.makeLink("tree/link", "/etc/passwd");
+    const std::string empty = folder_.makeDirectory("tree/empty");
+    const DeletionPlan plan = this->plan();
+    EXPECT_THAT(plan.removed.paths,
+                UnorderedElementsAre(file, folder_.path("tree/sub"), link, empty, folder_.path("tree")));
+    EXPECT_EQ(plan.removed.paths.back(), folder_.path("tree"));
+    EXPECT_EQ(plan.removed.count, 5U);
+    EXPECT_EQ(plan.removed.logicalBytes, 7 + 11);
+    EXPECT_TRUE(plan.itemGoes);
+    EXPECT_FALSE(plan.stopped);
+    EXPECT_THAT(plan.failures, IsEmpty());
+    EXPECT_TRUE(exists(file) && exists(link) && exists(empty));
+    expectForetold(plan, unshielded);
+}
+
+TEST_F(DeletionPlans, SayThatAMissingItemIsNothingToDo) {
+    EXPECT_EQ(plan(), DeletionPlan{});
+    EXPECT_EQ(plan(shielded), DeletionPlan{});
+    EXPECT_EQ(engine_.plan(std::string("/tmp/a\0b", 8), unshielded), DeletionPlan{});
+}
+
+TEST_F(DeletionPlans, SayWhatIsRefused) {
+    const std::string file = folder_.makeFile("real/file");
+    const std::string link = folder_.makeLink("link", "real");
+    const std::vector<std::string> paths{"/", "relative", link + "/file"};
+    for (const std::string& path : paths) {
+        const DeletionPlan plan = engine_.plan(path, unshielded);
+        EXPECT_THAT(plan.failures, ElementsAre(engine_.deletionRefusal(path).value_or("none"))) << path;
+        EXPECT_EQ(plan.removed, DeletionPlan::Items{});
+        EXPECT_FALSE(plan.itemGoes);
+    }
+    EXPECT_TRUE(engine_.plan(link, unshielded).itemGoes);
+}
+
+TEST_F(DeletionPlans, TellWhatTheShieldKeepsAndWhy) {
+    const std::string key = folder_.makeFile("tree/sub/id.key", "secret");
+    const std::string store = folder_.path("tree/.ssh");
+    folder_.makeFile("tree/.ssh/known", "hosts");
+    const std::string listed = folder_.makeFile("tree/sub/config.toml", "four");
+    const std::string cache = folder_.makeFile("tree/cache/data", "ab");
+    DeletionOptions options = shielded;
+    options.explicitCredentialPaths = {listed};
+
+    const DeletionPlan plan = this->plan(options);
+    EXPECT_THAT(plan.recognizedCredentials.paths, UnorderedElementsAre(key, store));
+    EXPECT_EQ(plan.recognizedCredentials.logicalBytes, 6);
+    EXPECT_THAT(plan.listedCredentials.paths, ElementsAre(listed));
+    EXPECT_EQ(plan.listedCredentials.logicalBytes, 4);
+    EXPECT_THAT(plan.removed.paths, ElementsAre(cache, folder_.path("tree/cache")));
+    EXPECT_EQ(plan.freedBytes, occupied(cache));
+    EXPECT_FALSE(plan.itemGoes);
+
+    options.preserveUnrecognized = true;
+    const DeletionPlan keeping = this->plan(options);
+    EXPECT_THAT(keeping.uncertainData.paths, ElementsAre(cache));
+    EXPECT_EQ(keeping.uncertainData.logicalBytes, 2);
+    EXPECT_EQ(keeping.removed.count, 0U);
+
+    options = {.preserveUnrecognized = true};
+    EXPECT_TRUE(this->plan(options).itemGoes) << "without the shield nothing is kept";
+    expectForetold(plan, {.preserveCredentials = true, .explicitCredentialPaths = {listed}});
+}
+
+TEST_F(DeletionPlans, KeepAnItemThatIsACredentialItself) {
+    const std::string key = folder_.makeFile("id.key", "secret");
+    const DeletionPlan plan = engine_.plan(key, shielded);
+    EXPECT_THAT(plan.recognizedCredentials.paths, ElementsAre(key));
+    EXPECT_EQ(plan.recognizedCredentials.logicalBytes, 6);
+    EXPECT_FALSE(plan.itemGoes);
+    const DeletionPlan listed = engine_.plan(
+        folder_.makeFile("file"), {.preserveCredentials = true, .explicitCredentialPaths = {folder_.path()}});
+    EXPECT_EQ(listed.listedCredentials.count, 1U);
+}
+
+TEST_F(DeletionPlans, LeaveWhatThePredicateRefuses) {
+    const std::string refused = folder_.makeFile("tree/sub/refused");
+    const std::string gone = folder_.makeFile("tree/gone");
+    const SafeDeletionEngine engine(FileSystem::shared(), {},
+                                    [&](const std::string& path) { return path != refused; });
+    const DeletionPlan plan = engine.plan(folder_.path("tree"), unshielded);
+    EXPECT_THAT(plan.refused.paths, ElementsAre(refused));
+    EXPECT_THAT(plan.removed.paths, ElementsAre(gone));
+    EXPECT_THAT(plan.failures, IsEmpty());
+    EXPECT_FALSE(plan.itemGoes);
+}
+
+TEST_F(DeletionPlans, FreeAFileOnlyWithItsLastName) {
+    const std::string inside = folder_.makeFile("tree/inside", std::string(5000, 'x'));
+    fs::create_hard_link(inside, folder_.path("tree/again"));
+    const std::int64_t freed = occupied(inside);
+    ASSERT_GT(freed, 0);
+    EXPECT_EQ(plan().freedBytes, freed);
+    EXPECT_EQ(plan().removed.logicalBytes, 5000);
+
+    fs::create_hard_link(inside, folder_.path("outside"));
+    EXPECT_EQ(plan().freedBytes, 0) << "a name outside holds it";
+    EXPECT_EQ(plan().removed.logicalBytes, 5000);
+    fs::remove(folder_.path("outside"));
+
+    fs::create_hard_link(inside, folder_.path("tree/id.key"));
+    EXPECT_EQ(plan().freedBytes, freed);
+    EXPECT_EQ(plan(shielded).freedBytes, 0) << "a kept name holds it";
+    EXPECT_EQ(plan(shielded).recognizedCredentials.logicalBytes, 5000);
+}
+
+TEST_F(DeletionPlans, FreeOfASparseFileWhatItOccupies) {
+    const std::string sparse = folder_.makeFile("tree/sparse", "begin");
+    constexpr std::int64_t size = std::int64_t{64} * 1024 * 1024;
+    ASSERT_EQ(::truncate(sparse.c_str(), size), 0);
+    ASSERT_LT(occupied(sparse), size);
+    EXPECT_EQ(plan().removed.logicalBytes, size);
+    EXPECT_EQ(plan().freedBytes, occupied(sparse));
+}
+
+TEST_F(DeletionPlans, ListNoMorePathsThanAskedForAndCountAll) {
+    for (int i = 0; i < 6; ++i) {
+        folder_.makeFile("tree/" + std::to_string(i), "x");
+        folder_.makeFile("tree/" + std::to_string(i) + ".key", "x");
+    }
+    const DeletionPlan all = plan(shielded);
+    const DeletionPlan some = engine_.plan(folder_.path("tree"), shielded, {.listedPaths = 2});
+    EXPECT_THAT(some.removed.paths, ElementsAre(all.removed.paths[0], all.removed.paths[1]));
+    EXPECT_THAT(some.recognizedCredentials.paths, SizeIs(2));
+    EXPECT_EQ(some.removed.count, 6U);
+    EXPECT_EQ(some.recognizedCredentials.count, 6U);
+    EXPECT_EQ(some.removed.logicalBytes, 6);
+    EXPECT_EQ(some.freedBytes, all.freedBytes);
+}
+
+TEST_F(DeletionPlans, EndWhenTheyAreToldTo) {
+    for (int i = 0; i < 10; ++i) {
+        folder_.makeFile("tree/" + std::to_string(i));
+    }
+    int asked = 0;
+    const DeletionPlan plan =
+        engine_.plan(folder_.path("tree"), unshielded, {.shouldStop = [&asked] { return ++asked > 4; }});
+    EXPECT_TRUE(plan.stopped);
+    EXPECT_FALSE(plan.itemGoes);
+    EXPECT_EQ(plan.removed.count, 4U);
+    EXPECT_EQ(asked, 5);
+}
+
+TEST_F(DeletionPlans, ForeseeWhatPermissionsForbid) {
+    folder_.makeFile("tree/locked/file", "four");
+    folder_.makeFile("tree/locked/sub/inside");
+    folder_.makeFile("tree/unreadable/inside");
+    folder_.makeFile("tree/names/file");
+    folder_.makeFile("tree/names/sub/file");
+    folder_.makeFile("tree/gone");
+    giveToOrdinaryUser(folder_.path());
+    for (const DeletionOptions& options : {keepingAll, shielded, unshielded}) {
+        fs::permissions(folder_.path("tree/locked"), fs::perms::owner_read | fs::perms::owner_exec);
+        fs::permissions(folder_.path("tree/unreadable"), fs::perms::none);
+        fs::permissions(folder_.path("tree/names"), fs::perms::owner_read);
+        EXPECT_TRUE(passesAsOrdinaryUser([&] {
+            const DeletionPlan plan = this->plan(options);
+            EXPECT_THAT(plan.failing.paths, testing::Contains(folder_.path("tree/unreadable")));
+            EXPECT_THAT(plan.failing.paths, testing::Contains(folder_.path("tree/names/file")));
+            EXPECT_THAT(plan.failing.paths, SizeIs(options.preserveUnrecognized ? 3 : 5));
+            EXPECT_EQ(plan.failing.logicalBytes, options.preserveUnrecognized ? 0 : 4);
+            expectForetold(plan, options);
+        }));
+        for (const char* sealed : {"tree/locked", "tree/unreadable", "tree/names"}) {
+            fs::permissions(folder_.path(sealed), fs::perms::owner_all);
+        }
+    }
+}
+
+TEST_F(DeletionPlans, ForeseeWhatAStickyFolderKeeps) {
+    if (const auto obstacle = test::twoUsersObstacle()) {
+        GTEST_SKIP() << *obstacle;
+    }
+    folder_.makeFile("tree/own");
+    folder_.makeDirectory("tree/ownfolder");
+    giveToOrdinaryUser(folder_.path());
+    const std::string foreign = folder_.makeFile("tree/foreign");
+    const std::string foreignFolder = folder_.makeDirectory("tree/foreignfolder");
+    ASSERT_EQ(::chown(folder_.path("tree").c_str(), 0, 0), 0);
+    ASSERT_EQ(::chmod(folder_.path("tree").c_str(), 01777), 0);
+    EXPECT_TRUE(passesAsOrdinaryUser([&] {
+        const DeletionPlan plan = this->plan(shielded);
+        EXPECT_THAT(plan.failing.paths, UnorderedElementsAre(foreign, foreignFolder));
+        EXPECT_EQ(plan.removed.count, 2U);
+        expectForetold(plan, shielded);
+    }));
+}
+
+/// Sets or clears the flags that `chattr +i` and `chattr +a` set; false where that cannot be done.
+bool setFlags(const std::string& path, int flags) {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    int current = 0;
+    if (::ioctl(file.get(), FS_IOC_GETFLAGS, &current) != 0) {
+        return false;
+    }
+    flags |= current & ~(FS_IMMUTABLE_FL | FS_APPEND_FL);
+    return ::ioctl(file.get(), FS_IOC_SETFLAGS, &flags) == 0;
+}
+
+TEST_F(DeletionPlans, ForeseeWhatIsImmutable) {
+    const std::vector<std::string> fixed{folder_.makeFile("tree/file"), folder_.makeDirectory("tree/empty"),
+                                         folder_.path("tree/full")};
+    const std::string inside = folder_.makeFile("tree/full/inside");
+    for (const int flag : {FS_IMMUTABLE_FL, FS_APPEND_FL}) {
+        folder_.makeFile("tree/gone");
+        bool set = true;
+        for (const std::string& path : fixed) {
+            set = set && setFlags(path, flag);
+        }
+        const int error = errno;
+        if (set) {
+            const DeletionPlan plan = this->plan(shielded);
+            EXPECT_THAT(plan.failing.paths, UnorderedElementsAre(fixed[0], fixed[1], inside));
+            EXPECT_EQ(plan.removed.count, 1U);
+            expectForetold(plan, shielded);
+        }
+        for (const std::string& path : fixed) {
+            (void)setFlags(path, 0);
+        }
+        if (!set) {
+            GTEST_SKIP() << "needs immutable files: " << std::strerror(error);
+        }
+    }
+}
+
+TEST_F(DeletionPlans, ForeseeMountPointsAndDoNotEnterThem) {
+    if (const auto obstacle = test::mountObstacle()) {
+        GTEST_SKIP() << *obstacle;
+    }
+    EXPECT_TRUE(test::passesWithPrivateMounts([this] {
+        const TemporaryDirectory folder;
+        const std::string disk = folder.makeDirectory("tree/disk");
+        const std::string file = folder.makeFile("tree/file");
+        const std::string gone = folder.makeFile("tree/gone");
+        const std::string outside = folder.makeFile("outside", "content");
+        test::mountMemoryDisk(disk);
+        folder.makeFile("tree/disk/inside");
+        ASSERT_EQ(::mount(outside.c_str(), file.c_str(), nullptr, MS_BIND, nullptr), 0);
+        const DeletionPlan plan = engine_.plan(folder.path("tree"), shielded);
+        EXPECT_THAT(plan.failing.paths, UnorderedElementsAre(disk, file));
+        EXPECT_THAT(plan.removed.paths, ElementsAre(gone));
+        EXPECT_EQ(plan.failures, engine_.deleteItem(folder.path("tree"), shielded).failures);
+    }));
+}
+
+/// The most memory that this process ever held, in kibibytes.
+long peakMemory() {
+    std::ifstream status("/proc/self/status");
+    std::string word;
+    long kibibytes = 0;
+    while (status >> word) {
+        if (word == "VmHWM:") {
+            status >> kibibytes;
+        }
+    }
+    return kibibytes;
+}
+
+TEST_F(DeletionPlans, NeedNoMemoryForEachEntry) {
+    const TemporaryDirectory folder(test::memoryFolder());
+    folder.makeDirectory("tree");
+    constexpr int count = 100000;
+    for (int i = 0; i < count; ++i) {
+        const std::string path = folder.path("tree/" + std::string(150, 'n') + std::to_string(i));
+        ASSERT_EQ(::mknod(path.c_str(), S_IFREG | 0600, 0), 0);
+    }
+    EXPECT_TRUE(test::passesInChild([&] {
+        const long before = peakMemory();
+        ASSERT_GT(before, 0);
+        const DeletionPlan plan = engine_.plan(folder.path("tree"), unshielded);
+        EXPECT_EQ(plan.removed.count, std::uint64_t{count} + 1);
+        EXPECT_THAT(plan.removed.paths, SizeIs(PlanOptions{}.listedPaths));
+        // The names alone are 15 MB.
+        EXPECT_LT(peakMemory() - before, 6 * 1024);
+    }));
+}
+
+} // namespace
+} // namespace zentrill
