@@ -96,11 +96,19 @@ class PressAfterScrolling(LongListCase):
 
     def test_press_while_the_wheel_is_turned(self):
         """A press that follows the wheel at once is not taken for one that stops the list."""
+        name = self.in_order(self.rows())[3]
+        first = self.rows()[name][1]
+        notch = first - self.scroll(1)[name][1]
+        self.assertGreater(notch, 0)
         pressed = 0
         for _ in range(8):
-            x, y = self.button(self.wholly_in_sight(self.rows())[3]).middle
+            before = self.rows()
+            name = self.wholly_in_sight(before)[3]
+            x, y = self.button(name).middle
             self.display.run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "10", "5",
                              "click", "1")
+            # The bus may be answered before the wheel.
+            self.screen.until(lambda: before[name][1] - self.rows()[name][1] == 2 * notch, "both turns of the wheel")
             # Below the pointer is a button or the gap between two; what opened is what stands there.
             rows = self.rows()
             below = [name for name, (_, top, _, height) in self.buttons().items() if top <= y < top + height]
