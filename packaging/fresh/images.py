@@ -22,6 +22,17 @@ apt-get update -qq
 DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$@"
 """
 
+#: All that the README's commands need.
+_GROUPS = ("build", "test", "demo", "display")
+
+
+def packages(checkout):
+    """The names of the packages that a prepared machine has."""
+    found = set()
+    for group in _GROUPS:
+        found.update((checkout / "packaging" / "packages" / f"{group}.txt").read_text().split())
+    return sorted(found)
+
 
 class Images:
     """Makes the images of one engine. What takes time to fetch is kept in the cache folder."""

@@ -16,20 +16,11 @@ sys.dont_write_bytecode = True
 
 from cases import CASES, Verdict, archive_checkout, attempt
 from engine import EngineError, PrivateEngine, obstacle
-from images import Images
+from images import Images, packages
 
 CHECKOUT = Path(__file__).resolve().parents[2]
 RESULTS = CHECKOUT / "build" / "fresh"
 CACHE = RESULTS / "cache"
-#: All that the README's commands need.
-GROUPS = ("build", "test", "demo", "display")
-
-
-def packages():
-    found = set()
-    for group in GROUPS:
-        found.update((CHECKOUT / "packaging" / "packages" / f"{group}.txt").read_text().split())
-    return sorted(found)
 
 
 def tell(word, name, seconds, remark, details=()):
@@ -42,7 +33,7 @@ def try_all(names):
     failed = False
     CACHE.mkdir(parents=True, exist_ok=True)
     with PrivateEngine(RESULTS) as engine:
-        images = Images(engine, CACHE, packages())
+        images = Images(engine, CACHE, packages(CHECKOUT))
         for name in names:
             results = RESULTS / name
             shutil.rmtree(results, ignore_errors=True)

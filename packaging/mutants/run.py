@@ -21,21 +21,13 @@ sys.path.insert(0, str(HERE.parent / "fresh"))
 # pylint: disable=wrong-import-position
 from engine import EngineError, PrivateEngine, obstacle
 from faults import ListError, read_lists
-from images import Images
+from images import Images, packages
 from workshop import Workshop, WorkshopError
 
 CHECKOUT = HERE.parents[1]
 RESULTS = CHECKOUT / "build" / "mutants"
 #: The images' packages are the same as for the bare machines.
 CACHE = CHECKOUT / "build" / "fresh" / "cache"
-GROUPS = ("build", "test", "demo", "display")
-
-
-def packages():
-    found = set()
-    for group in GROUPS:
-        found.update((CHECKOUT / "packaging" / "packages" / f"{group}.txt").read_text().split())
-    return sorted(found)
 
 
 def tell(word, name, remark, details=()):
@@ -52,7 +44,7 @@ def try_all(faults):
     CACHE.mkdir(parents=True, exist_ok=True)
     with PrivateEngine(RESULTS) as engine:
         workshop = Workshop(engine, RESULTS)
-        workshop.open(Images(engine, CACHE, packages()), CHECKOUT)
+        workshop.open(Images(engine, CACHE, packages(CHECKOUT)), CHECKOUT)
         for fault in faults:
             for tests in fault.tests:
                 if told := workshop.prepare(tests):
