@@ -14,7 +14,13 @@ function(zentrill_library folder)
   add_library(${target} STATIC ${arg_SOURCES})
   add_library(zentrill::${folder} ALIAS ${target})
   target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${include_root}>")
-  target_link_libraries(${target} PUBLIC ${arg_LINK} PRIVATE zentrill_flags ${arg_PRIVATE_LINK})
+  # Flags and libraries of headers alone are nothing to who links the library where it is installed.
+  list(TRANSFORM arg_PRIVATE_LINK REPLACE "^(zentrill_.*|nlohmann_json::.*)$" "$<BUILD_INTERFACE:\\1>")
+  target_link_libraries(
+    ${target}
+    PUBLIC ${arg_LINK}
+    PRIVATE "$<BUILD_INTERFACE:zentrill_flags>" ${arg_PRIVATE_LINK}
+  )
   target_compile_features(${target} PUBLIC cxx_std_20)
 endfunction()
 
