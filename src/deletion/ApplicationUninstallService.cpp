@@ -1,5 +1,7 @@
 #include "deletion/ApplicationUninstallService.h"
 
+#include "catalog/ApplicationDetectionRegistry.h"
+#include "deletion/PathOwners.h"
 #include "deletion/UninstallTargets.h"
 #include "process/ShellCommandRunner.h"
 
@@ -75,22 +77,106 @@ DeletionReport ApplicationUninstallService::deleteEntries(const ApplicationDetec
                                                           const CancellationCheck& cancellation,
                                                           const AbandonmentCheck& abandonment) const {
     DeletionReport report;
+    const auto goesOn = [&] {
+        if (cancellation() || abandonment()) {
+            report.failures.emplace_back("Operation cancelled.");
+            return false;
+        }
+        return true;
+    };
+    forEachTarget(rule, preserveCredentials, pathExpander, goesOn,
+                  [&](const std::string& target, const DeletionOptions& options, bool /*isInstalledPath*/) {
+                      report.merge(deletion_->deleteItem(target, options));
+                  });
+    return report;
+}
+
+void ApplicationUninstallService::forEachTarget(const ApplicationDetectionRule& rule,
+                                                bool preserveCredentials, const PathExpander& pathExpander,
+                                                const std::function<bool()>& goesOn,
+                                                const TargetVisitor& visit) {
     DeletionOptions options{.preserveCredentials = preserveCredentials,
                             .explicitCredentialPaths = expanded(rule.credentialPaths, pathExpander),
                             .preserveUnrecognized = false};
     for (const std::string& entry : rule.uninstallPaths) {
-        if (cancellation() || abandonment()) {
-            report.failures.emplace_back("Operation cancelled.");
-            break;
+        if (!goesOn()) {
+            return;
         }
         const bool isInstalledPath =
             std::ranges::find(rule.installedPaths, entry) != rule.installedPaths.end();
         options.preserveUnrecognized = preserveCredentials && !isInstalledPath;
         for (const std::string& target : uninstallTargets(entry, pathExpander(entry))) {
-            report.merge(deletion_->deleteItem(target, options));
+            visit(target, options, isInstalledPath);
         }
     }
-    return report;
+}
+
+ApplicationUninstallPlan ApplicationUninstallService::plan(const ApplicationDetectionRule& rule,
+                                                           bool preserveCredentials,
+                                                           const PathExpander& pathExpander,
+                                                           const PlanOptions& options) const {
+    using Part = ApplicationUninstallPlan::Part;
+    ApplicationUninstallPlan result;
+    EarlierPlans own;
+    PlanOptions inOrder = options;
+    inOrder.earlier = options.earlier != nullptr ? options.earlier : &own;
+    const auto goesOn = [&] {
+        result.stopped = result.stopped || (options.shouldStop && options.shouldStop());
+        return !result.stopped;
+    };
+    const auto visit = [&](const std::string& target, const DeletionOptions& how, bool isInstalledPath) {
+        DeletionPlan plan = result.stopped ? DeletionPlan() : deletion_->plan(target, how, inOrder);
+        if (plan.isEmpty()) {
+            return;
+        }
+        result.stopped = plan.stopped;
+        const std::int64_t counted = plan.logicalBytes();
+        // The plan does not look into what the shield keeps whole.
+        const bool isKeptWhole = counted == 0 && !plan.itemGoes && !plan.stopped;
+        result.items.push_back(
+            {.path = target,
+             .part = isInstalledPath ? Part::installation : Part::data,
+             .logicalBytes = isKeptWhole ? sizeOf(target, options, nullptr, result.stopped) : counted,
+             .plan = std::move(plan)});
+    };
+    forEachTarget(rule, preserveCredentials, pathExpander, goesOn, visit);
+    if (goesOn()) {
+        planRemainingData(rule, pathExpander, inOrder, result);
+    }
+    const PathOwners owners(ApplicationDetectionRegistry::rules(), pathExpander);
+    for (ApplicationUninstallPlan::Item& item : result.items) {
+        item.sharedWith = owners.othersThan(rule.name, item.path);
+    }
+    result.staysInstalled =
+        std::ranges::any_of(expanded(rule.installedPaths, pathExpander), [&](const std::string& path) {
+            return detector_.installedPathExists(path) && !inOrder.earlier->removes(path);
+        });
+    return result;
+}
+
+void ApplicationUninstallService::planRemainingData(const ApplicationDetectionRule& rule,
+                                                    const PathExpander& pathExpander,
+                                                    const PlanOptions& options,
+                                                    ApplicationUninstallPlan& plan) const {
+    for (const std::string& path : expanded(rule.residualDataPaths, pathExpander)) {
+        if (plan.stopped || !detector_.residualPathExists(path) || options.earlier->covers(path)) {
+            continue;
+        }
+        // It is no deletion, so the later plans are not to know.
+        EarlierPlans earlier = *options.earlier;
+        plan.items.push_back({.path = path,
+                              .part = ApplicationUninstallPlan::Part::remainingData,
+                              .logicalBytes = sizeOf(path, options, &earlier, plan.stopped)});
+    }
+}
+
+std::int64_t ApplicationUninstallService::sizeOf(const std::string& path, PlanOptions options,
+                                                 EarlierPlans* earlier, bool& stopped) const {
+    options.listedItems = 0;
+    options.earlier = earlier;
+    const DeletionPlan whole = deletion_->plan(path, {}, options);
+    stopped = whole.stopped;
+    return whole.logicalBytes();
 }
 
 } // namespace zentrill

@@ -3,10 +3,13 @@
 #include "catalog/ApplicationDetectionRule.h"
 #include "catalog/InstallationDetector.h"
 #include "catalog/PathExpander.h"
+#include "deletion/ApplicationUninstallPlan.h"
 #include "deletion/ApplicationUninstallResult.h"
+#include "deletion/EarlierPlans.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "process/CommandExecuting.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -52,11 +55,34 @@ public:
         const CancellationCheck& cancellation = [] { return false; },
         const AbandonmentCheck& abandonment = [] { return false; }) const;
 
+    /// What `uninstall` would do, found out by looking alone. Whether the tool runs is not asked: that starts
+    /// a program, and only the answer at the time of the removal counts. For several tools to be removed one
+    /// after the other, `options` names the plans that come first.
+    [[nodiscard]] ApplicationUninstallPlan plan(const ApplicationDetectionRule& rule,
+                                                bool preserveCredentials, const PathExpander& pathExpander,
+                                                const PlanOptions& options = {}) const;
+
 private:
+    /// Takes a target of an uninstall entry, and how it is to be deleted.
+    using TargetVisitor =
+        std::function<void(const std::string& target, const DeletionOptions& options, bool isInstalledPath)>;
+
+    /// Visits the targets in the order of the removal, each entry's when its turn comes, for as long as
+    /// `goesOn`, which is asked before each entry.
+    static void forEachTarget(const ApplicationDetectionRule& rule, bool preserveCredentials,
+                              const PathExpander& pathExpander, const std::function<bool()>& goesOn,
+                              const TargetVisitor& visit);
+
     [[nodiscard]] DeletionReport deleteEntries(const ApplicationDetectionRule& rule, bool preserveCredentials,
                                                const PathExpander& pathExpander,
                                                const CancellationCheck& cancellation,
                                                const AbandonmentCheck& abandonment) const;
+
+    void planRemainingData(const ApplicationDetectionRule& rule, const PathExpander& pathExpander,
+                           const PlanOptions& options, ApplicationUninstallPlan& plan) const;
+    /// Of everything at `path`, in bytes; `stopped` tells whether `options` ended that.
+    [[nodiscard]] std::int64_t sizeOf(const std::string& path, PlanOptions options, EarlierPlans* earlier,
+                                      bool& stopped) const;
 
     std::shared_ptr<const SafeDeletionEngine> deletion_;
     InstallationDetector detector_;

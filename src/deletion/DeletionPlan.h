@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ByteSum.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -8,17 +10,30 @@
 
 namespace zentrill {
 
+class EarlierPlans;
+
 /// How a plan is to be made.
 struct PlanOptions {
-    /// How many paths and failures of each kind are listed; the others are only counted.
-    std::size_t listedPaths = 100;
+    /// How many items and failures of each kind are listed; the others are only counted.
+    std::size_t listedItems = 100;
     /// Asked before each entry; its first "yes" ends the plan.
     std::function<bool()> shouldStop{}; // NOLINT(readability-redundant-member-init): GCC warns
+    /// The deletions that come first, which this one is added to; null where it is the only one.
+    EarlierPlans* earlier = nullptr;
 };
 
 /// What a deletion would do, with nothing touched. The word for each item is that of the report which the
 /// deletion gives afterwards, if nobody changes the tree in between; paths have the report's form and order.
 struct DeletionPlan {
+    struct Item {
+        std::string path;
+        /// Logical size in bytes; of a folder that goes, what goes with it.
+        std::int64_t logicalBytes = 0;
+        bool isFolder = false;
+
+        bool operator==(const Item&) const = default;
+    };
+
     /// Items that meet the same end.
     struct Items {
         std::uint64_t count = 0;
@@ -26,7 +41,7 @@ struct DeletionPlan {
         /// be looked up counts as nothing.
         std::int64_t logicalBytes = 0;
         /// The first ones that the walk meets, a folder after what it holds.
-        std::vector<std::string> paths;
+        std::vector<Item> listed;
 
         bool operator==(const Items&) const = default;
     };
@@ -49,10 +64,25 @@ struct DeletionPlan {
     /// The lines that the report would have under its failures, refusals of the whole item included.
     std::vector<std::string> failures;
 
+    /// Whether the engine refuses the item as a whole; the reason is the one failure.
+    bool itemRefused = false;
     /// Whether the item itself would be gone.
     bool itemGoes = false;
     /// Whether `shouldStop` ended the plan: it covers only what was seen till then.
     bool stopped = false;
+
+    /// Whether there is nothing that a deletion would find.
+    [[nodiscard]] bool isEmpty() const { return *this == DeletionPlan{}; }
+
+    /// The size of all items, whatever becomes of them.
+    [[nodiscard]] std::int64_t logicalBytes() const {
+        std::int64_t bytes = 0;
+        for (const Items* items :
+             {&removed, &recognizedCredentials, &listedCredentials, &uncertainData, &refused, &failing}) {
+            addBytes(bytes, items->logicalBytes);
+        }
+        return bytes;
+    }
 
     bool operator==(const DeletionPlan&) const = default;
 };

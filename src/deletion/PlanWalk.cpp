@@ -1,12 +1,22 @@
 #include "deletion/PlanWalk.h"
 
+#include "platform/ByteSum.h"
 #include "platform/SystemError.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 #include <utility>
 
 namespace zentrill {
+
+namespace {
+
+EntryStatus folderOf(std::int64_t logicalBytes) {
+    return {.kind = EntryKind::directory, .identity = {}, .size = logicalBytes};
+}
+
+} // namespace
 
 PlanWalk::PlanWalk(const DeletionRules& rules, const PlanOptions& options, std::string path,
                    std::string standardizedPath, DirectoryHandle parent)
@@ -14,8 +24,9 @@ PlanWalk::PlanWalk(const DeletionRules& rules, const PlanOptions& options, std::
       options_(options),
       paths_(std::move(path), std::move(standardizedPath)),
       itemName_(paths_.name()),
-      stack_(std::move(parent)) {
-    folders_.push_back({.forecast = RemovalForecast(stack_.directory()), .explicitNames = {}});
+      stack_(std::move(parent)),
+      linkedFiles_(options.earlier != nullptr ? options.earlier->linkedFiles() : ownLinkedFiles_) {
+    folders_.push_back({.forecast = RemovalForecast(stack_.directory())});
 }
 
 DeletionPlan PlanWalk::run() {
@@ -51,6 +62,11 @@ void PlanWalk::walk() {
 }
 
 void PlanWalk::handle(const char* name, EntryKind kind) {
+    const auto earlier = std::ranges::find(folder().earlierItems, name, &EarlierPlans::Item::name);
+    if (earlier != folder().earlierItems.end()) {
+        folder().left = folder().left || !earlier->goes;
+        return;
+    }
     if (rules_.shield != nullptr) {
         const CredentialReason reason = rules_.shield->reasonForName(name, folder().explicitNames);
         if (reason != CredentialReason::none) {
@@ -106,7 +122,7 @@ void PlanWalk::planLeaf(const char* name) {
 
 void PlanWalk::enter(const char* name) {
     if (!mayRemove(name)) {
-        count(name, End::refused);
+        count(name, End::refused, folderOf(0));
         return;
     }
     const int error = stack_.enter(name);
@@ -116,7 +132,7 @@ void PlanWalk::enter(const char* name) {
         planLeaf(name); // Somebody has just put it in the folder's place.
     } else if (error != ENOENT) {
         // EBUSY is what the system says of removing a mount point.
-        fail(name, error == EXDEV ? EBUSY : errorOfUnread(name, error));
+        fail(name, error == EXDEV ? EBUSY : errorOfUnread(name, error), folderOf(0));
     }
 }
 
@@ -133,7 +149,10 @@ int PlanWalk::errorOfUnread(const char* name, int openingError) const {
 
 /// Gathers what there is to know of the directory just entered.
 void PlanWalk::begin() {
-    Folder entered{.forecast = RemovalForecast(stack_.directory()), .explicitNames = {}};
+    Folder entered{.forecast = RemovalForecast(stack_.directory())};
+    if (options_.earlier != nullptr) {
+        entered.earlierItems = options_.earlier->itemsIn(paths_.standardized(below()));
+    }
     if (rules_.shield != nullptr && rules_.shield->hasExplicitCredentials()) {
         entered.explicitNames = rules_.shield->explicitNames(paths_.standardized(below()));
     }
@@ -154,18 +173,19 @@ void PlanWalk::leave() {
     } else if (left.left) {
         folder().left = true;
     } else if (const int error = folder().forecast.removalError(left.forecast); error != 0) {
-        fail(name.c_str(), error);
+        fail(name.c_str(), error, folderOf(0));
     } else {
-        count(name.c_str(), End::removed);
+        count(name.c_str(), End::removed, folderOf(left.logicalBytes));
+        addBytes(folder().logicalBytes, left.logicalBytes);
     }
 }
 
 void PlanWalk::keep(const char* name, CredentialReason reason) {
     const End end =
         reason == CredentialReason::recognized ? End::recognizedCredential : End::listedCredential;
-    EntryStatus status{.kind = EntryKind::directory}; // Without a size, unless it can be looked up.
+    EntryStatus status;
     (void)stack_.directory().lookUp(name, status);
-    count(name, end, status);
+    count(name, end, status.kind == EntryKind::directory ? folderOf(0) : status);
 }
 
 bool PlanWalk::mayRemove(const char* name) const {
@@ -198,32 +218,26 @@ DeletionPlan::Items& PlanWalk::items(End end) {
     return plan_.failing;
 }
 
-void PlanWalk::count(const char* name, End end) {
+void PlanWalk::count(const char* name, End end, const EntryStatus& status) {
+    const bool isFolder = status.kind == EntryKind::directory;
     DeletionPlan::Items& counted = items(end);
     ++counted.count;
-    if (counted.paths.size() < options_.listedPaths) {
-        counted.paths.push_back(pathOf(name)); // Not made for the others: there may be a million.
+    if (counted.listed.size() < options_.listedItems) {
+        // No path is made for the others: there may be a million.
+        counted.listed.push_back({.path = pathOf(name), .logicalBytes = status.size, .isFolder = isFolder});
     }
     folder().left = folder().left || end != End::removed;
-}
-
-void PlanWalk::count(const char* name, End end, const EntryStatus& status) {
-    count(name, end);
-    if (status.kind == EntryKind::directory) {
+    if (isFolder) {
         return;
     }
     const LinkedFiles::Count link = linkedFiles_.add(status, static_cast<unsigned>(end), end == End::removed);
     if (link.firstOfItsEnd) {
-        items(end).logicalBytes += status.size;
+        addBytes(counted.logicalBytes, status.size);
+        addBytes(folder().logicalBytes, status.size);
     }
     if (link.lastLinkGoes) {
-        plan_.freedBytes += status.allocatedSize;
+        addBytes(plan_.freedBytes, status.allocatedSize);
     }
-}
-
-void PlanWalk::fail(const char* name, int error) {
-    recordFailure(pathOf(name), error);
-    count(name, End::failing);
 }
 
 void PlanWalk::fail(const char* name, int error, const EntryStatus& status) {
@@ -236,8 +250,8 @@ void PlanWalk::failHere(int error) {
     const std::string path = paths_.reported(below());
     recordFailure(path, error);
     ++plan_.failing.count;
-    if (plan_.failing.paths.size() < options_.listedPaths) {
-        plan_.failing.paths.push_back(path);
+    if (plan_.failing.listed.size() < options_.listedItems) {
+        plan_.failing.listed.push_back({.path = path, .isFolder = true});
     }
 }
 
@@ -245,7 +259,7 @@ void PlanWalk::failHere(int error) {
 void PlanWalk::recordFailure(const std::string& path, int error) {
     folder().left = true;
     if (rules_.shield != nullptr) {
-        if (plan_.failures.size() < options_.listedPaths) {
+        if (plan_.failures.size() < options_.listedItems) {
             plan_.failures.push_back(path + ": " + systemDescription(error));
         }
     } else if (plan_.failures.empty()) {

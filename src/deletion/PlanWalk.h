@@ -2,6 +2,7 @@
 
 #include "deletion/DeletionPlan.h"
 #include "deletion/DeletionRules.h"
+#include "deletion/EarlierPlans.h"
 #include "deletion/ItemPaths.h"
 #include "deletion/LinkedFiles.h"
 #include "platform/DirectoryHandle.h"
@@ -44,8 +45,12 @@ private:
         bool left = false;
         /// Why no entry in here can be looked up; 0 if they can.
         int lookUpError = 0;
+        /// Of the files in it that were counted, at any depth of folders that go.
+        std::int64_t logicalBytes = 0;
         RemovalForecast forecast;
-        std::vector<std::string_view> explicitNames;
+        // The braces keep GCC's missing-field-initializers quiet.
+        std::vector<std::string_view> explicitNames{};  // NOLINT(readability-redundant-member-init)
+        std::vector<EarlierPlans::Item> earlierItems{}; // NOLINT(readability-redundant-member-init)
     };
 
     void walk();
@@ -66,12 +71,10 @@ private:
     [[nodiscard]] std::string pathOf(const char* name) const;
 
     [[nodiscard]] DeletionPlan::Items& items(End end);
-    /// Counts the entry `name` of the top directory without a size.
-    void count(const char* name, End end);
-    /// The same with the size of what is no folder.
+    /// Counts the entry `name` of the top directory; a folder's size is that of what goes with it.
     void count(const char* name, End end, const EntryStatus& status);
-    void fail(const char* name, int error);
-    void fail(const char* name, int error, const EntryStatus& status);
+    /// What could not be looked up has the empty status.
+    void fail(const char* name, int error, const EntryStatus& status = {});
     void failHere(int error);
     void recordFailure(const std::string& path, int error);
 
@@ -83,7 +86,8 @@ private:
     DirectoryStack stack_;
     /// One for each directory of the stack.
     std::vector<Folder> folders_;
-    LinkedFiles linkedFiles_;
+    LinkedFiles ownLinkedFiles_;
+    LinkedFiles& linkedFiles_;
     DeletionPlan plan_;
 };
 

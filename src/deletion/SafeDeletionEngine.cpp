@@ -2,6 +2,7 @@
 
 #include "deletion/CredentialShield.h"
 #include "deletion/DeletionWalk.h"
+#include "deletion/EarlierPlans.h"
 #include "deletion/PathAliases.h"
 #include "deletion/PlanWalk.h"
 #include "deletion/UndeletableFolders.h"
@@ -54,14 +55,23 @@ DeletionPlan SafeDeletionEngine::plan(const std::string& atPath, const DeletionO
     if (std::optional<DeletionReport> report = openParent(atPath, parent)) {
         DeletionPlan plan;
         plan.failures = std::move(report->failures);
+        plan.itemRefused = !plan.failures.empty();
         return plan;
+    }
+    const std::string standardized = paths::standardized(atPath);
+    if (planOptions.earlier != nullptr && planOptions.earlier->covers(standardized)) {
+        return {};
     }
     const CredentialShield shield(matcher_, options.explicitCredentialPaths);
     const DeletionRules rules{.shield = options.preserveCredentials ? &shield : nullptr,
                               .preserveUnrecognized =
                                   options.preserveCredentials && options.preserveUnrecognized,
                               .mayRemove = mayRemove_};
-    return PlanWalk(rules, planOptions, atPath, paths::standardized(atPath), std::move(parent.handle)).run();
+    DeletionPlan plan = PlanWalk(rules, planOptions, atPath, standardized, std::move(parent.handle)).run();
+    if (planOptions.earlier != nullptr) {
+        planOptions.earlier->add(standardized, plan.itemGoes);
+    }
+    return plan;
 }
 
 std::optional<DeletionReport> SafeDeletionEngine::openParent(const std::string& atPath,

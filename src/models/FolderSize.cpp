@@ -1,11 +1,11 @@
 #include "models/FolderSize.h"
 
+#include "platform/ByteSum.h"
 #include "platform/TreeVisit.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
-#include <limits>
 #include <system_error>
 #include <thread>
 
@@ -24,12 +24,8 @@ std::int64_t folderSize(const std::string& path, const std::function<bool()>& sh
         path,
         [&total](const DirectoryStack& stack, const DirectoryStack::Entry& entry) {
             EntryStatus status;
-            if (stack.directory().lookUp(entry.name, status) != 0) {
-                return;
-            }
-            // A few sparse files are enough to claim more than 64 bits can tell.
-            if (__builtin_add_overflow(total, status.size, &total)) {
-                total = std::numeric_limits<std::int64_t>::max();
+            if (stack.directory().lookUp(entry.name, status) == 0) {
+                addBytes(total, status.size);
             }
         },
         shouldStop);

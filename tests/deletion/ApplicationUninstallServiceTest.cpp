@@ -1,11 +1,9 @@
 #include "deletion/ApplicationUninstallService.h"
 
 #include "DeletionCases.h"
-#include "catalog/ApplicationDetectionRegistry.h"
-#include "platform/Paths.h"
+#include "UninstallFixture.h"
 #include "support/ChildProcess.h"
 #include "support/OrdinaryUser.h"
-#include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,52 +17,15 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::nothingRuns;
+using test::rule;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
-bool nothingRuns(const std::vector<std::string>& /*processNames*/) {
-    return false;
-}
-
-const ApplicationDetectionRule& rule(const char* name) {
-    return ApplicationDetectionRegistry::rule(name);
-}
-
-/// A home folder and a root of the system folders, both the test's own.
-class ApplicationUninstallServiceTest : public testing::Test {
-protected:
-    [[nodiscard]] std::string expanded(const std::string& path) const {
-        return path.starts_with('~') ? paths::expandingTilde(path, home.path()) : system.path() + path;
-    }
-
-    [[nodiscard]] PathExpander expander() const {
-        return [this](const std::string& path) { return expanded(path); };
-    }
-
-    /// Makes a file at the place of a catalog path and returns where it is.
-    std::string make(const std::string& path) const {
-        return path.starts_with("~/") ? home.makeFile(path.substr(2), "x")
-                                      : system.makeFile(path.substr(1), "x");
-    }
-
-    [[nodiscard]] ApplicationUninstallResult uninstall(const char* name, bool preserveCredentials) const {
-        return quietService().uninstall(rule(name), preserveCredentials, expander());
-    }
-
-    /// Over the real file system, with no process of any name running.
-    static ApplicationUninstallService quietService(SafeDeletionEngine::DeletionPredicate mayRemove = {}) {
-        return ApplicationUninstallService(std::make_shared<SafeDeletionEngine>(FileSystem::shared(),
-                                                                                CredentialMatcher(),
-                                                                                std::move(mayRemove)),
-                                           InstallationDetector(), nothingRuns);
-    }
-
-    test::TemporaryHome home;
-    test::TemporaryDirectory system;
-};
+using ApplicationUninstallServiceTest = test::UninstallFixture;
 
 TEST_F(ApplicationUninstallServiceTest, ARunningToolIsLeftAlone) {
     const std::string bundle = make("/Applications/Claude.app/Contents/MacOS/Claude");

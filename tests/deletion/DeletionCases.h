@@ -4,6 +4,7 @@
 #include "platform/FileSystem.h"
 
 #include <string>
+#include <vector>
 
 namespace zentrill::test {
 
@@ -14,6 +15,15 @@ inline const DeletionOptions shielded{.preserveCredentials = true};
 /// Whether something stands at the path itself, a dangling link included.
 inline bool exists(const std::string& path) {
     return FileSystem::shared().itemExistsWithoutFollowingSymlink(path);
+}
+
+/// The paths that a plan lists.
+inline std::vector<std::string> pathsOf(const DeletionPlan::Items& items) {
+    std::vector<std::string> paths;
+    for (const DeletionPlan::Item& item : items.listed) {
+        paths.push_back(item.path);
+    }
+    return paths;
 }
 
 } // namespace zentrill::test

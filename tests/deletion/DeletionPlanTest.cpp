@@ -35,6 +35,7 @@ namespace {
 using test::exists;
 using test::giveToOrdinaryUser;
 using test::passesAsOrdinaryUser;
+using test::pathsOf;
 using test::shielded;
 using test::TemporaryDirectory;
 using test::unshielded;
@@ -45,7 +46,7 @@ using testing::UnorderedElementsAre;
 namespace fs = std::filesystem;
 
 const DeletionOptions keepingAll{.preserveCredentials = true, .preserveUnrecognized = true};
-const PlanOptions everything{.listedPaths = SIZE_MAX};
+const PlanOptions everything{.listedItems = SIZE_MAX};
 
 std::int64_t occupied(const std::string& path) {
     struct stat status{};
@@ -66,9 +67,9 @@ protected:
         EXPECT_EQ(report.failures, plan.failures);
         EXPECT_EQ(exists(tree), !plan.itemGoes);
         if (options.preserveCredentials) {
-            EXPECT_EQ(report.removed, plan.removed.paths);
+            EXPECT_EQ(report.removed, pathsOf(plan.removed));
         }
-        for (const std::string& path : plan.removed.paths) {
+        for (const std::string& path : pathsOf(plan.removed)) {
             EXPECT_FALSE(exists(path)) << path;
         }
     }
@@ -82,9 +83,10 @@ TEST_F(DeletionPlans, ListEverythingAndTouchNothing) {
     const std::string link = folder_.makeLink("tree/link", "/etc/passwd");
     const std::string empty = folder_.makeDirectory("tree/empty");
     const DeletionPlan plan = this->plan();
-    EXPECT_THAT(plan.removed.paths,
+    EXPECT_THAT(pathsOf(plan.removed),
                 UnorderedElementsAre(file, folder_.path("tree/sub"), link, empty, folder_.path("tree")));
-    EXPECT_EQ(plan.removed.paths.back(), folder_.path("tree"));
+    EXPECT_EQ(plan.removed.listed.back(),
+              (DeletionPlan::Item{.path = folder_.path("tree"), .logicalBytes = 7 + 11, .isFolder = true}));
     EXPECT_EQ(plan.removed.count, 5U);
     EXPECT_EQ(plan.removed.logicalBytes, 7 + 11);
     EXPECT_TRUE(plan.itemGoes);
@@ -123,17 +125,17 @@ TEST_F(DeletionPlans, TellWhatTheShieldKeepsAndWhy) {
     options.explicitCredentialPaths = {listed};
 
     const DeletionPlan plan = this->plan(options);
-    EXPECT_THAT(plan.recognizedCredentials.paths, UnorderedElementsAre(key, store));
+    EXPECT_THAT(pathsOf(plan.recognizedCredentials), UnorderedElementsAre(key, store));
     EXPECT_EQ(plan.recognizedCredentials.logicalBytes, 6);
-    EXPECT_THAT(plan.listedCredentials.paths, ElementsAre(listed));
+    EXPECT_THAT(pathsOf(plan.listedCredentials), ElementsAre(listed));
     EXPECT_EQ(plan.listedCredentials.logicalBytes, 4);
-    EXPECT_THAT(plan.removed.paths, ElementsAre(cache, folder_.path("tree/cache")));
+    EXPECT_THAT(pathsOf(plan.removed), ElementsAre(cache, folder_.path("tree/cache")));
     EXPECT_EQ(plan.freedBytes, occupied(cache));
     EXPECT_FALSE(plan.itemGoes);
 
     options.preserveUnrecognized = true;
     const DeletionPlan keeping = this->plan(options);
-    EXPECT_THAT(keeping.uncertainData.paths, ElementsAre(cache));
+    EXPECT_THAT(pathsOf(keeping.uncertainData), ElementsAre(cache));
     EXPECT_EQ(keeping.uncertainData.logicalBytes, 2);
     EXPECT_EQ(keeping.removed.count, 0U);
 
@@ -145,7 +147,7 @@ TEST_F(DeletionPlans, TellWhatTheShieldKeepsAndWhy) {
 TEST_F(DeletionPlans, KeepAnItemThatIsACredentialItself) {
     const std::string key = folder_.makeFile("id.key", "secret");
     const DeletionPlan plan = engine_.plan(key, shielded);
-    EXPECT_THAT(plan.recognizedCredentials.paths, ElementsAre(key));
+    EXPECT_THAT(pathsOf(plan.recognizedCredentials), ElementsAre(key));
     EXPECT_EQ(plan.recognizedCredentials.logicalBytes, 6);
     EXPECT_FALSE(plan.itemGoes);
     const DeletionPlan listed = engine_.plan(
@@ -159,8 +161,8 @@ TEST_F(DeletionPlans, LeaveWhatThePredicateRefuses) {
     const SafeDeletionEngine engine(FileSystem::shared(), {},
                                     [&](const std::string& path) { return path != refused; });
     const DeletionPlan plan = engine.plan(folder_.path("tree"), unshielded);
-    EXPECT_THAT(plan.refused.paths, ElementsAre(refused));
-    EXPECT_THAT(plan.removed.paths, ElementsAre(gone));
+    EXPECT_THAT(pathsOf(plan.refused), ElementsAre(refused));
+    EXPECT_THAT(pathsOf(plan.removed), ElementsAre(gone));
     EXPECT_THAT(plan.failures, IsEmpty());
     EXPECT_FALSE(plan.itemGoes);
 }
@@ -199,9 +201,9 @@ TEST_F(DeletionPlans, ListNoMorePathsThanAskedForAndCountAll) {
         folder_.makeFile("tree/" + std::to_string(i) + ".key", "x");
     }
     const DeletionPlan all = plan(shielded);
-    const DeletionPlan some = engine_.plan(folder_.path("tree"), shielded, {.listedPaths = 2});
-    EXPECT_THAT(some.removed.paths, ElementsAre(all.removed.paths[0], all.removed.paths[1]));
-    EXPECT_THAT(some.recognizedCredentials.paths, SizeIs(2));
+    const DeletionPlan some = engine_.plan(folder_.path("tree"), shielded, {.listedItems = 2});
+    EXPECT_THAT(pathsOf(some.removed), ElementsAre(all.removed.listed[0].path, all.removed.listed[1].path));
+    EXPECT_THAT(some.recognizedCredentials.listed, SizeIs(2));
     EXPECT_EQ(some.removed.count, 6U);
     EXPECT_EQ(some.recognizedCredentials.count, 6U);
     EXPECT_EQ(some.removed.logicalBytes, 6);
@@ -235,9 +237,9 @@ TEST_F(DeletionPlans, ForeseeWhatPermissionsForbid) {
         fs::permissions(folder_.path("tree/names"), fs::perms::owner_read);
         EXPECT_TRUE(passesAsOrdinaryUser([&] {
             const DeletionPlan plan = this->plan(options);
-            EXPECT_THAT(plan.failing.paths, testing::Contains(folder_.path("tree/unreadable")));
-            EXPECT_THAT(plan.failing.paths, testing::Contains(folder_.path("tree/names/file")));
-            EXPECT_THAT(plan.failing.paths, SizeIs(options.preserveUnrecognized ? 3 : 5));
+            EXPECT_THAT(pathsOf(plan.failing), testing::Contains(folder_.path("tree/unreadable")));
+            EXPECT_THAT(pathsOf(plan.failing), testing::Contains(folder_.path("tree/names/file")));
+            EXPECT_THAT(plan.failing.listed, SizeIs(options.preserveUnrecognized ? 3 : 5));
             EXPECT_EQ(plan.failing.logicalBytes, options.preserveUnrecognized ? 0 : 4);
             expectForetold(plan, options);
         }));
@@ -260,7 +262,7 @@ TEST_F(DeletionPlans, ForeseeWhatAStickyFolderKeeps) {
     ASSERT_EQ(::chmod(folder_.path("tree").c_str(), 01777), 0);
     EXPECT_TRUE(passesAsOrdinaryUser([&] {
         const DeletionPlan plan = this->plan(shielded);
-        EXPECT_THAT(plan.failing.paths, UnorderedElementsAre(foreign, foreignFolder));
+        EXPECT_THAT(pathsOf(plan.failing), UnorderedElementsAre(foreign, foreignFolder));
         EXPECT_EQ(plan.removed.count, 2U);
         expectForetold(plan, shielded);
     }));
@@ -290,7 +292,7 @@ TEST_F(DeletionPlans, ForeseeWhatIsImmutable) {
         const int error = errno;
         if (set) {
             const DeletionPlan plan = this->plan(shielded);
-            EXPECT_THAT(plan.failing.paths, UnorderedElementsAre(fixed[0], fixed[1], inside));
+            EXPECT_THAT(pathsOf(plan.failing), UnorderedElementsAre(fixed[0], fixed[1], inside));
             EXPECT_EQ(plan.removed.count, 1U);
             expectForetold(plan, shielded);
         }
@@ -317,8 +319,8 @@ TEST_F(DeletionPlans, ForeseeMountPointsAndDoNotEnterThem) {
         folder.makeFile("tree/disk/inside");
         ASSERT_EQ(::mount(outside.c_str(), file.c_str(), nullptr, MS_BIND, nullptr), 0);
         const DeletionPlan plan = engine_.plan(folder.path("tree"), shielded);
-        EXPECT_THAT(plan.failing.paths, UnorderedElementsAre(disk, file));
-        EXPECT_THAT(plan.removed.paths, ElementsAre(gone));
+        EXPECT_THAT(pathsOf(plan.failing), UnorderedElementsAre(disk, file));
+        EXPECT_THAT(pathsOf(plan.removed), ElementsAre(gone));
         EXPECT_EQ(plan.failures, engine_.deleteItem(folder.path("tree"), shielded).failures);
     }));
 }
@@ -349,7 +351,7 @@ TEST_F(DeletionPlans, NeedNoMemoryForEachEntry) {
         ASSERT_GT(before, 0);
         const DeletionPlan plan = engine_.plan(folder.path("tree"), unshielded);
         EXPECT_EQ(plan.removed.count, std::uint64_t{count} + 1);
-        EXPECT_THAT(plan.removed.paths, SizeIs(PlanOptions{}.listedPaths));
+        EXPECT_THAT(plan.removed.listed, SizeIs(PlanOptions{}.listedItems));
         // The names alone are 15 MB.
         EXPECT_LT(peakMemory() - before, 6 * 1024);
     }));

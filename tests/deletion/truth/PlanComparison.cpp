@@ -37,13 +37,13 @@ bool hidesAnEmptyFolder(const TrialDeletion& trial) {
 
 /// Each reason's list has the report's order, and together they are the report's list.
 bool areTogether(const std::vector<std::string>& whole, const DeletionPlan& plan) {
-    const std::array<const std::vector<std::string>*, 3> parts{
-        &plan.recognizedCredentials.paths, &plan.listedCredentials.paths, &plan.uncertainData.paths};
+    const std::array<const std::vector<DeletionPlan::Item>*, 3> parts{
+        &plan.recognizedCredentials.listed, &plan.listedCredentials.listed, &plan.uncertainData.listed};
     std::array<std::size_t, 3> next{};
     for (const std::string& path : whole) {
         bool found = false;
         for (std::size_t i = 0; i < parts.size() && !found; ++i) {
-            found = next[i] < parts[i]->size() && (*parts[i])[next[i]] == path;
+            found = next[i] < parts[i]->size() && (*parts[i])[next[i]].path == path;
             next[i] += found ? 1 : 0;
         }
         if (!found) {
@@ -73,12 +73,15 @@ std::optional<std::string> comparePlan(const TrialDeletion& trial) {
     const DeletionReport& report = trial.report();
     const std::set<std::string> gone = goneItems(trial);
     std::set<std::string> planned;
-    for (const std::string& path : plan.removed.paths) {
-        if (!planned.insert(trial.asOnDisk(path)).second) {
-            return "planned to go twice: " + path;
+    for (const DeletionPlan::Item& item : plan.removed.listed) {
+        if (!planned.insert(trial.asOnDisk(item.path)).second) {
+            return "planned to go twice: " + item.path;
+        }
+        if (item.isFolder != trial.before().at(trial.asOnDisk(item.path)).isDirectory()) {
+            return "planned as what it is not: " + item.path;
         }
     }
-    if (plan.removed.count != plan.removed.paths.size()) {
+    if (plan.removed.count != plan.removed.listed.size()) {
         return "the plan's count is not that of its paths";
     }
     if (!areTogether(report.preserved, plan)) {
@@ -91,7 +94,8 @@ std::optional<std::string> comparePlan(const TrialDeletion& trial) {
     if (planned != gone) {
         return "the plan and the disk disagree on what goes";
     }
-    if (trial.isShielded() && plan.removed.paths != report.removed) {
+    if (trial.isShielded() &&
+        !std::ranges::equal(plan.removed.listed, report.removed, {}, &DeletionPlan::Item::path)) {
         return "the plan and the report disagree on what goes";
     }
     if (plan.failures != report.failures) {

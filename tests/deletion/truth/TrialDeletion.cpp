@@ -65,7 +65,7 @@ void TrialDeletion::run(const DeletionConcurrency& concurrency) {
         mayRemove = [this](const std::string& path) { return !refused_.contains(asOnDisk(path)); };
     }
     const SafeDeletionEngine engine(FileSystem::shared(), {}, mayRemove, concurrency);
-    plan_ = engine.plan(given_, options_, {.listedPaths = SIZE_MAX});
+    plan_ = engine.plan(given_, options_, {.listedItems = SIZE_MAX});
     report_ = engine.deleteItem(given_, options_);
     std::vector<std::pair<std::string, mode_t>> modes;
     // A folder comes before its contents in the order of paths.
@@ -123,8 +123,8 @@ std::string TrialDeletion::description() const {
     text << "item " << given_ << (options_.preserveCredentials ? ", shield" : "")
          << (options_.preserveUnrecognized ? ", keeping uncertain data" : "") << ", " << concurrency_.threads
          << " threads after " << concurrency_.afterEntries << " entries\n";
-    for (const std::string& path : plan_.removed.paths) {
-        text << "  planned to go " << path << "\n";
+    for (const DeletionPlan::Item& item : plan_.removed.listed) {
+        text << "  planned to go " << item.path << "\n";
     }
     for (const std::string& line : plan_.failures) {
         text << "  planned to fail " << line << "\n";

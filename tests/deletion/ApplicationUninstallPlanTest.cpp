@@ -1,0 +1,320 @@
+#include "deletion/ApplicationUninstallPlan.h"
+
+#include "DeletionCases.h"
+#include "UninstallFixture.h"
+#include "catalog/ApplicationDetectionRegistry.h"
+#include "support/ChildProcess.h"
+#include "support/OrdinaryUser.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zentrill {
+namespace {
+
+using test::exists;
+using test::pathsOf;
+using test::rule;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Part = ApplicationUninstallPlan::Part;
+
+/// The plan, the report and the disk of one removal.
+class ApplicationUninstallPlans : public test::UninstallFixture {
+protected:
+    [[nodiscard]] ApplicationUninstallPlan plan(const char* name, bool preserveCredentials,
+                                                const PlanOptions& options = {}) const {
+        return quietService().plan(rule(name), preserveCredentials, expander(), options);
+    }
+
+    static std::vector<std::string> itemPaths(const ApplicationUninstallPlan& plan) {
+        std::vector<std::string> paths;
+        for (const ApplicationUninstallPlan::Item& item : plan.items) {
+            paths.push_back(item.path);
+        }
+        return paths;
+    }
+
+    static const ApplicationUninstallPlan::Item& item(const ApplicationUninstallPlan& plan,
+                                                      const std::string& path) {
+        const auto found = std::ranges::find(plan.items, path, &ApplicationUninstallPlan::Item::path);
+        if (found == plan.items.end()) {
+            throw std::out_of_range(path);
+        }
+        return *found;
+    }
+
+    /// Removes the tool, which must come out as planned.
+    void expectForetold(const ApplicationUninstallPlan& plan, const char* name,
+                        bool preserveCredentials) const {
+        const ApplicationUninstallResult result = uninstall(name, preserveCredentials);
+        std::vector<std::string> removed;
+        std::vector<std::string> preserved;
+        std::vector<std::string> failures;
+        std::vector<std::string> remaining;
+        for (const ApplicationUninstallPlan::Item& each : plan.items) {
+            for (const std::string& path : pathsOf(each.plan.removed)) {
+                EXPECT_FALSE(exists(path)) << path;
+                if (preserveCredentials) {
+                    removed.push_back(path);
+                }
+            }
+            if (!preserveCredentials && each.plan.itemGoes) {
+                removed.push_back(each.path);
+            }
+            for (const DeletionPlan::Items* kept :
+                 {&each.plan.recognizedCredentials, &each.plan.listedCredentials, &each.plan.uncertainData}) {
+                std::ranges::copy(pathsOf(*kept), std::back_inserter(preserved));
+            }
+            std::ranges::copy(each.plan.failures, std::back_inserter(failures));
+            EXPECT_EQ(exists(each.path), !each.plan.itemGoes) << each.path;
+            if (each.part != Part::installation && !each.plan.itemGoes) {
+                remaining.push_back(each.path);
+            }
+        }
+        if (plan.staysInstalled) {
+            failures.push_back(std::string(name) + " still has installed runtime evidence after cleanup.");
+        }
+        EXPECT_EQ(result.deletionReport.removed, removed) << name;
+        EXPECT_THAT(result.deletionReport.preserved, testing::UnorderedElementsAreArray(preserved)) << name;
+        EXPECT_EQ(result.deletionReport.failures, failures) << name;
+        EXPECT_THAT(result.remainingDataPaths, testing::IsSubsetOf(remaining)) << name;
+        EXPECT_EQ(result.presence == InstallationPresence::installed, plan.staysInstalled) << name;
+    }
+};
+
+TEST_F(ApplicationUninstallPlans, ComeTrueForEveryToolWithTheShieldAndWithout) {
+    for (const bool preserveCredentials : {true, false}) {
+        for (const ApplicationDetectionRule& each : ApplicationDetectionRegistry::rules()) {
+            for (const std::string& path : each.uninstallPaths) {
+                const bool isData = std::ranges::find(each.installedPaths, path) == each.installedPaths.end();
+                if (path.find('*') != std::string::npos) {
+                    make(path.substr(0, path.rfind('/')) + "/com.claude.desktop/cache", "cached");
+                } else if (isData && path.find('.', path.rfind('/') + 2) == std::string::npos) {
+                    make(path + "/deep/file", "content");
+                    make(path + "/auth.json", "secret");
+                } else if (!exists(expanded(path))) {
+                    make(path, "binary");
+                }
+            }
+            const ApplicationUninstallPlan plan = this->plan(each.name.c_str(), preserveCredentials);
+            EXPECT_FALSE(plan.items.empty()) << each.name;
+            EXPECT_GT(plan.removedBytes(), 0) << each.name;
+            expectForetold(plan, each.name.c_str(), preserveCredentials);
+            for (const std::string& root : {home.path(), system.path()}) {
+                for (const auto& entry : std::filesystem::directory_iterator(root)) {
+                    std::filesystem::remove_all(entry.path());
+                }
+            }
+        }
+    }
+}
+
+TEST_F(ApplicationUninstallPlans, TouchNothingAndStartNothing) {
+    const std::string bundle = make("/Applications/Claude.app/Contents/MacOS/Claude");
+    const ApplicationUninstallService service(std::make_shared<SafeDeletionEngine>(), InstallationDetector(),
+                                              [](const std::vector<std::string>& /*names*/) {
+                                                  ADD_FAILURE() << "asked whether the tool runs";
+                                                  return true;
+                                              });
+    const ApplicationUninstallPlan plan = service.plan(rule("Claude"), false, expander());
+    EXPECT_THAT(itemPaths(plan), ElementsAre(expanded("/Applications/Claude.app")));
+    EXPECT_TRUE(plan.items[0].plan.itemGoes);
+    EXPECT_TRUE(exists(bundle));
+}
+
+TEST_F(ApplicationUninstallPlans, ListWhatExistsInTheOrderOfTheRemoval) {
+    const std::string data = make("~/.openai/history", "12345");
+    const std::string tool = make("~/.local/bin/openai", "123");
+    const ApplicationUninstallPlan plan = this->plan("OpenAI CLI / Python", false);
+    EXPECT_THAT(itemPaths(plan), ElementsAre(expanded("~/.openai"), tool));
+    EXPECT_EQ(plan.items[0].part, Part::data);
+    EXPECT_EQ(plan.items[0].logicalBytes, 5);
+    EXPECT_EQ(plan.items[1].part, Part::installation);
+    EXPECT_EQ(plan.items[1].logicalBytes, 3);
+    EXPECT_EQ(plan.removedBytes(), 8);
+    EXPECT_EQ(plan.freedBytes(), plan.items[0].plan.freedBytes + plan.items[1].plan.freedBytes);
+    EXPECT_GT(plan.freedBytes(), 0);
+    EXPECT_FALSE(plan.staysInstalled);
+    EXPECT_TRUE(this->plan("Ollama", true).items.empty());
+}
+
+TEST_F(ApplicationUninstallPlans, TellWhatIsKeptAndWhy) {
+    make("/Applications/ChatGPT.app/Contents/Info.plist", "list");
+    const std::string authorization = make("~/.codex/auth.json", "1");
+    const std::string configuration = make("~/.codex/config.toml", "22");
+    const std::string history = make("~/.codex/history.jsonl", "333");
+    const std::string support = make("~/Library/Application Support/com.openai.chat/state", "4444");
+    const ApplicationUninstallPlan plan = this->plan("ChatGPT", true);
+    const std::string supportFolder = expanded("~/Library/Application Support/com.openai.chat");
+    EXPECT_THAT(itemPaths(plan),
+                ElementsAre(expanded("/Applications/ChatGPT.app"), expanded("~/.codex"), supportFolder));
+    const ApplicationUninstallPlan::Item& data = item(plan, expanded("~/.codex"));
+    EXPECT_THAT(pathsOf(data.plan.recognizedCredentials), ElementsAre(authorization));
+    EXPECT_THAT(pathsOf(data.plan.listedCredentials), ElementsAre(configuration));
+    EXPECT_THAT(pathsOf(data.plan.uncertainData), ElementsAre(history));
+    EXPECT_EQ(data.logicalBytes, 6);
+    const ApplicationUninstallPlan::Item& untouched = item(plan, supportFolder);
+    EXPECT_EQ(untouched.part, Part::remainingData);
+    EXPECT_EQ(untouched.logicalBytes, 4);
+    EXPECT_TRUE(untouched.plan.isEmpty());
+    EXPECT_EQ(plan.removedBytes(), 4);
+    expectForetold(plan, "ChatGPT", true);
+    EXPECT_TRUE(exists(support));
+}
+
+TEST_F(ApplicationUninstallPlans, SizeWhatIsKeptWhole) {
+    make("~/Library/Application Support/Claude/deep/file", "12345");
+    const ApplicationUninstallPlan plan = this->plan("Claude", true);
+    ASSERT_EQ(plan.items.size(), 1U);
+    EXPECT_EQ(plan.items[0].plan.listedCredentials.count, 1U);
+    EXPECT_EQ(plan.items[0].logicalBytes, 5);
+    EXPECT_EQ(plan.removedBytes(), 0);
+    EXPECT_EQ(plan.freedBytes(), 0);
+    expectForetold(plan, "Claude", true);
+}
+
+TEST_F(ApplicationUninstallPlans, SizeRemainingDataWithoutWhatGoesFromIt) {
+    make("~/Library/Application Support/io.datasette.llm/logs.db", "1234");
+    make("~/Library/Application Support/io.datasette.llm/other", "12");
+    const ApplicationUninstallPlan plan = this->plan("LLM CLI", false);
+    ASSERT_EQ(plan.items.size(), 2U);
+    EXPECT_EQ(plan.items[0].logicalBytes, 4);
+    EXPECT_EQ(plan.items[1].part, Part::remainingData);
+    EXPECT_EQ(plan.items[1].logicalBytes, 2);
+    expectForetold(plan, "LLM CLI", false);
+}
+
+TEST_F(ApplicationUninstallPlans, NameTheToolsThatShareAPath) {
+    make("~/.codex/history.jsonl");
+    make("~/.local/bin/codex");
+    const ApplicationUninstallPlan plan = this->plan("Codex Tooling", false);
+    EXPECT_THAT(item(plan, expanded("~/.codex")).sharedWith, ElementsAre("ChatGPT"));
+    EXPECT_THAT(item(plan, expanded("~/.local/bin/codex")).sharedWith, IsEmpty());
+}
+
+TEST_F(ApplicationUninstallPlans, CountWhatTwoToolsShareOnce) {
+    make("~/.codex/history.jsonl", "12345");
+    make("~/.codex/auth.json");
+    const std::string tool = make("~/.local/bin/codex", "12");
+    for (const bool preserveCredentials : {true, false}) {
+        EarlierPlans earlier;
+        const PlanOptions inOrder{.earlier = &earlier};
+        const ApplicationUninstallPlan first = plan("ChatGPT", preserveCredentials, inOrder);
+        const ApplicationUninstallPlan second = plan("Codex Tooling", preserveCredentials, inOrder);
+        EXPECT_THAT(itemPaths(first), ElementsAre(expanded("~/.codex")));
+        EXPECT_THAT(itemPaths(second), ElementsAre(tool));
+        EXPECT_EQ(second.removedBytes(), 2);
+        EXPECT_FALSE(second.staysInstalled);
+    }
+}
+
+TEST_F(ApplicationUninstallPlans, FollowWhatTheEarlierEntriesLeave) {
+    const std::string tool = make("~/.hermes/hermes-agent/venv/bin/hermes", "1234");
+    const std::string kept = make("~/.hermes/log", "12");
+    const ApplicationUninstallPlan plan = this->plan("Hermes", true);
+    EXPECT_THAT(itemPaths(plan), ElementsAre(tool, expanded("~/.hermes")));
+    EXPECT_THAT(pathsOf(plan.items[1].plan.removed),
+                ElementsAre(expanded("~/.hermes/hermes-agent/venv/bin"),
+                            expanded("~/.hermes/hermes-agent/venv"), expanded("~/.hermes/hermes-agent")));
+    EXPECT_EQ(plan.removedBytes(), 4);
+    expectForetold(plan, "Hermes", true);
+    EXPECT_TRUE(exists(kept));
+}
+
+TEST_F(ApplicationUninstallPlans, SayWhatIsRefusedAndThatTheToolStays) {
+    system.makeFile("elsewhere/Claude.app/Contents/MacOS/Claude");
+    const std::string link = system.makeLink("Applications", system.path("elsewhere"));
+    const ApplicationUninstallPlan plan = this->plan("Claude", true);
+    ASSERT_EQ(plan.items.size(), 1U);
+    EXPECT_TRUE(plan.items[0].plan.itemRefused);
+    EXPECT_THAT(plan.items[0].plan.failures, ElementsAre("Refusing to traverse symlink ancestor: " + link));
+    EXPECT_TRUE(plan.staysInstalled);
+    expectForetold(plan, "Claude", true);
+}
+
+TEST_F(ApplicationUninstallPlans, SayThatATooIsStillInstalledWhereItsBundleKeepsACredential) {
+    const std::string key = make("/Applications/Claude.app/Contents/api_key", "12");
+    make("/Applications/Claude.app/Contents/MacOS/Claude", "1234");
+    const ApplicationUninstallPlan plan = this->plan("Claude", true);
+    EXPECT_TRUE(plan.staysInstalled);
+    EXPECT_EQ(plan.removedBytes(), 4);
+    EXPECT_EQ(plan.items[0].logicalBytes, 6);
+    EXPECT_THAT(pathsOf(plan.items[0].plan.recognizedCredentials), ElementsAre(key));
+    expectForetold(plan, "Claude", true);
+}
+
+TEST_F(ApplicationUninstallPlans, ForeseeWhatPermissionsForbid) {
+    const std::string bundle = make("/Applications/VendorApp.app/Contents/Info.plist");
+    make("~/Library/Caches/com.vendor.app/file");
+    for (const std::string& root : {home.path(), system.path()}) {
+        test::giveToOrdinaryUser(root);
+    }
+    std::filesystem::permissions(std::filesystem::path(bundle).parent_path(), std::filesystem::perms(0555));
+    EXPECT_TRUE(test::passesAsOrdinaryUser([&] {
+        const ApplicationUninstallPlan plan = this->plan("VendorApp", false);
+        EXPECT_THAT(pathsOf(plan.items.at(0).plan.failing), Contains(bundle));
+        EXPECT_TRUE(plan.staysInstalled);
+        expectForetold(plan, "VendorApp", false);
+    }));
+}
+
+TEST_F(ApplicationUninstallPlans, EndWhenTheyAreToldTo) {
+    make("/Applications/VendorApp.app/Contents/Info.plist");
+    make("~/Library/Caches/com.vendor.app/file");
+    const ApplicationUninstallPlan never = plan("VendorApp", false, {.shouldStop = [] { return true; }});
+    EXPECT_TRUE(never.stopped);
+    EXPECT_THAT(never.items, IsEmpty());
+    // Whenever that is: between entries, in one, or while what is kept or remains is sized.
+    make("~/Library/Application Support/com.openai.chat/state");
+    make("~/.codex/.ssh/id");
+    for (int most = 1; most < 30; ++most) {
+        int asked = 0;
+        const ApplicationUninstallPlan some =
+            plan("ChatGPT", true, {.shouldStop = [&asked, most] { return ++asked == most; }});
+        EXPECT_EQ(some.stopped, asked >= most) << most;
+        EXPECT_LE(asked, most) << "a stopped plan asks no more";
+    }
+    int asked = 0;
+    const ApplicationUninstallPlan oneEntry =
+        plan("VendorApp", false, {.shouldStop = [&asked] { return ++asked == 2; }});
+    EXPECT_TRUE(oneEntry.stopped);
+    EXPECT_THAT(itemPaths(oneEntry), ElementsAre(expanded("/Applications/VendorApp.app")));
+}
+
+TEST_F(ApplicationUninstallPlans, ListNoMoreThanAskedFor) {
+    for (int i = 0; i < 5; ++i) {
+        make("~/.gemini/" + std::to_string(i), "x");
+    }
+    const ApplicationUninstallPlan plan = this->plan("Gemini", true, {.listedItems = 2});
+    EXPECT_EQ(plan.items.at(0).plan.uncertainData.listed.size(), 2U);
+    EXPECT_EQ(plan.items.at(0).plan.uncertainData.count, 5U);
+    EXPECT_EQ(plan.items.at(0).logicalBytes, 5);
+}
+
+/// Whether a path is listed by data of an earlier entry decides what a later one may still find there; the
+/// plans take an earlier entry's word for all that it covers.
+TEST(ApplicationUninstallCatalog, NoExecutableLiesInDataThatGoBefore) {
+    for (const ApplicationDetectionRule& rule : ApplicationDetectionRegistry::rules()) {
+        const auto isInstalled = [&rule](const std::string& path) {
+            return std::ranges::find(rule.installedPaths, path) != rule.installedPaths.end();
+        };
+        for (std::size_t i = 0; i < rule.uninstallPaths.size(); ++i) {
+            for (std::size_t j = i + 1; j < rule.uninstallPaths.size(); ++j) {
+                EXPECT_FALSE(!isInstalled(rule.uninstallPaths[i]) && isInstalled(rule.uninstallPaths[j]) &&
+                             paths::isSameOrBelow(rule.uninstallPaths[j], rule.uninstallPaths[i]))
+                    << rule.uninstallPaths[j];
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace zentrill
