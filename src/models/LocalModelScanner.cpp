@@ -2,6 +2,7 @@
 
 #include "models/FolderSize.h"
 #include "models/OllamaManifestSizer.h"
+#include "models/OllamaStore.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/TreeVisit.h"

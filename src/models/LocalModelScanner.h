@@ -10,9 +10,6 @@
 
 namespace zentrill {
 
-/// Ollama's default registry host. Its manifest store has one folder per registry, named after the host.
-inline constexpr std::string_view ollamaRegistryHost = "registry.ollama.ai";
-
 /// Finds the models that the local runners keep in one home folder. It only reads, and never fails: what
 /// cannot be read is not listed, or is listed with size 0.
 ///

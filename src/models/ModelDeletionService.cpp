@@ -1,7 +1,15 @@
 #include "models/ModelDeletionService.h"
 
+#include "deletion/LinkedFiles.h"
+#include "models/LinkedElsewhere.h"
 #include "models/LocalModel.h"
+#include "models/OllamaStore.h"
+#include "platform/ByteSum.h"
+#include "platform/DirectoryHandle.h"
+#include "platform/Paths.h"
 
+#include <map>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -23,6 +31,33 @@ std::string joined(const std::vector<std::string>& failures) {
         text.append(text.empty() ? "" : "; ").append(failure);
     }
     return text;
+}
+
+/// Adds a file to what goes.
+void addFile(const std::string& path, const EntryStatus& status, LinkedFiles& linkedFiles,
+             const PlanOptions& options, DeletionPlan& plan) {
+    ++plan.removed.count;
+    const LinkedFiles::Count link = linkedFiles.add(status, 0, true);
+    if (link.firstOfItsEnd) {
+        addBytes(plan.removed.logicalBytes, status.size);
+    }
+    if (link.lastLinkGoes) {
+        addBytes(plan.freedBytes, status.allocatedSize);
+    }
+    if (plan.removed.listed.size() < options.listedItems) {
+        plan.removed.listed.push_back({.path = path, .logicalBytes = status.size});
+    }
+}
+
+/// The file at `path` itself; nothing if none can be seen there.
+std::optional<EntryStatus> statusOf(const std::string& path) {
+    DirectoryHandle folder;
+    EntryStatus status;
+    if (DirectoryHandle::open(std::string(paths::parent(path)), FinalLink::follow, folder) != 0 ||
+        folder.lookUp(std::string(paths::lastComponent(path)).c_str(), status) != 0) {
+        return std::nullopt;
+    }
+    return status;
 }
 
 std::string sentence(std::string_view before, std::string_view name, std::string_view after) {
@@ -69,6 +104,53 @@ ModelDeletionResult ModelDeletionService::deleteFiles(const std::string& name,
     return {.succeeded = true,
             .message = sentence("Removed model ", name, "."),
             .deletionReport = std::move(report)};
+}
+
+ModelDeletionPlan ModelDeletionService::plan(const std::string& source, const std::string& path,
+                                             const PlanOptions& options) const {
+    if (source == ollamaSource) {
+        return planOllamaModel(path, options);
+    }
+    ModelDeletionPlan plan{.files = deletion_.plan(path, wholeItem(), options)};
+    if (!plan.files.stopped) {
+        plan.bytesElsewhere = bytesLinkedElsewhere(path, options.shouldStop);
+    }
+    return plan;
+}
+
+/// Ollama's tool goes its own way to the files, so what the deletion engine would refuse does not matter.
+ModelDeletionPlan ModelDeletionService::planOllamaModel(const std::string& manifestPath,
+                                                        const PlanOptions& options) const {
+    ModelDeletionPlan plan;
+    const auto stopRequested = [&] {
+        plan.files.stopped = plan.files.stopped || (options.shouldStop && options.shouldStop());
+        return plan.files.stopped;
+    };
+    const OllamaStore store(manifestPath);
+    std::vector<std::string> parts = store.blobs();
+    std::map<std::string, std::vector<std::string>> sharing = store.otherModelsWith(parts, stopRequested);
+    parts.insert(parts.begin(), manifestPath);
+    LinkedFiles linkedFiles;
+    for (const std::string& path : parts) {
+        if (stopRequested()) {
+            break;
+        }
+        const std::optional<EntryStatus> status = statusOf(path);
+        if (!status) {
+            continue;
+        }
+        if (const auto shared = sharing.find(path); shared != sharing.end()) {
+            plan.sharedBlobs.push_back(
+                {.path = path, .logicalBytes = status->size, .models = std::move(shared->second)});
+        } else {
+            addFile(path, *status, linkedFiles, options, plan.files);
+        }
+    }
+    plan.files.itemGoes = !plan.files.stopped && statusOf(manifestPath).has_value();
+    if (std::optional<std::string> refusal = deletion_.deletionRefusal(manifestPath)) {
+        plan.files.failures.push_back(std::move(*refusal));
+    }
+    return plan;
 }
 
 } // namespace zentrill

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "deletion/SafeDeletionEngine.h"
+#include "models/ModelDeletionPlan.h"
 #include "models/ModelDeletionResult.h"
 #include "process/CommandExecuting.h"
 #include "process/ShellCommandRunner.h"
@@ -29,10 +30,18 @@ public:
     [[nodiscard]] ModelDeletionResult deleteModel(const std::string& name, const std::string& source,
                                                   const std::string& path) const;
 
+    /// What `deleteModel` would do, found out by looking alone; no tool is started. `options.earlier` counts
+    /// for files and folders only.
+    [[nodiscard]] ModelDeletionPlan plan(const std::string& source, const std::string& path,
+                                         const PlanOptions& options = {}) const;
+
 private:
     [[nodiscard]] ModelDeletionResult deleteOllamaModel(const std::string& name,
                                                         const std::string& manifestPath) const;
     [[nodiscard]] ModelDeletionResult deleteFiles(const std::string& name, const std::string& path) const;
+
+    [[nodiscard]] ModelDeletionPlan planOllamaModel(const std::string& manifestPath,
+                                                    const PlanOptions& options) const;
 
     std::shared_ptr<CommandExecuting> commands_;
     SafeDeletionEngine deletion_;

@@ -21,11 +21,11 @@ enum class Shape : std::uint8_t { object, array, scalar };
 /// manifest, 2 a member of the config or an element of the layers, 3 a member of a layer.
 class ManifestEvents final : public nlohmann::json_sax<nlohmann::json> {
 public:
-    [[nodiscard]] std::optional<ManifestSizes> sizes() && {
+    [[nodiscard]] std::optional<OllamaManifest> manifest() && {
         if (!configIsObject_ || !layersAreObjects_) {
             return std::nullopt;
         }
-        return std::move(sizes_);
+        return std::move(manifest_);
     }
 
     bool null() override { return value(Shape::scalar); }
@@ -46,7 +46,7 @@ public:
         return value(Shape::scalar, integerFromNumber(text));
     }
 
-    bool string(string_t& text) override { return value(Shape::scalar, integerFromDigits(text)); }
+    bool string(string_t& text) override { return value(Shape::scalar, integerFromDigits(text), text); }
 
     bool binary(binary_t& /*unused*/) override { return value(Shape::scalar); }
 
@@ -62,7 +62,7 @@ public:
         if (depth_ == 1) {
             section_ = sectionNamed(name);
         }
-        keyIsSize_ = name == "size";
+        member_ = memberNamed(name);
         return true;
     }
 
@@ -74,6 +74,8 @@ public:
 private:
     enum class Section : std::uint8_t { other, config, layers };
 
+    enum class Member : std::uint8_t { other, size, digest };
+
     static Section sectionNamed(std::string_view name) {
         if (name == "config") {
             return Section::config;
@@ -81,7 +83,14 @@ private:
         return name == "layers" ? Section::layers : Section::other;
     }
 
-    bool value(Shape shape, std::optional<std::int64_t> integer = std::nullopt) {
+    static Member memberNamed(std::string_view name) {
+        if (name == "size") {
+            return Member::size;
+        }
+        return name == "digest" ? Member::digest : Member::other;
+    }
+
+    bool value(Shape shape, std::optional<std::int64_t> integer = std::nullopt, std::string_view text = {}) {
         switch (depth_) {
         case 0:
             return shape == Shape::object;
@@ -89,15 +98,15 @@ private:
             beginSection(shape);
             break;
         case 2:
-            if (section_ == Section::config && keyIsSize_) {
-                sizes_.config = integer;
+            if (section_ == Section::config) {
+                set(manifest_.config, integer, text);
             } else if (section_ == Section::layers) {
                 beginLayer(shape);
             }
             break;
         case 3:
-            if (section_ == Section::layers && layersAreObjects_ && keyIsSize_) {
-                sizes_.layers.back() = integer;
+            if (section_ == Section::layers && layersAreObjects_) {
+                set(manifest_.layers.back(), integer, text);
             }
             break;
         default:
@@ -109,17 +118,25 @@ private:
     void beginSection(Shape shape) {
         if (section_ == Section::config) {
             configIsObject_ = shape == Shape::object;
-            sizes_.config.reset();
+            manifest_.config = {};
         } else if (section_ == Section::layers) {
             layersAreObjects_ = shape == Shape::array;
-            sizes_.layers.clear();
+            manifest_.layers.clear();
         }
     }
 
     void beginLayer(Shape shape) {
         layersAreObjects_ = layersAreObjects_ && shape == Shape::object;
         if (layersAreObjects_) {
-            sizes_.layers.emplace_back();
+            manifest_.layers.emplace_back();
+        }
+    }
+
+    void set(OllamaBlob& blob, std::optional<std::int64_t> integer, std::string_view text) const {
+        if (member_ == Member::size) {
+            blob.size = integer;
+        } else if (member_ == Member::digest) {
+            blob.digest = text;
         }
     }
 
@@ -132,16 +149,16 @@ private:
 
     std::size_t depth_ = 0;
     Section section_ = Section::other;
-    bool keyIsSize_ = false;
+    Member member_ = Member::other;
     bool configIsObject_ = false;
     /// False as long as there are no layers, too.
     bool layersAreObjects_ = false;
-    ManifestSizes sizes_;
+    OllamaManifest manifest_;
 };
 
 } // namespace
 
-std::optional<ManifestSizes> readManifestSizes(std::string_view manifest) {
+std::optional<OllamaManifest> readOllamaManifest(std::string_view manifest) {
     // The parser takes a NUL for the end of the text, whatever follows; JSON has none.
     if (manifest.find('\0') != std::string_view::npos) {
         return std::nullopt;
@@ -150,7 +167,7 @@ std::optional<ManifestSizes> readManifestSizes(std::string_view manifest) {
     if (!nlohmann::json::sax_parse(manifest.begin(), manifest.end(), &events)) {
         return std::nullopt;
     }
-    return std::move(events).sizes();
+    return std::move(events).manifest();
 }
 
 } // namespace zentrill

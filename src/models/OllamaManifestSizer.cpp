@@ -1,69 +1,19 @@
 #include "models/OllamaManifestSizer.h"
 
+#include "models/OllamaManifestFile.h"
 #include "models/OllamaManifestReader.h"
-#include "platform/FileDescriptor.h"
-
-#include <algorithm>
-#include <cerrno>
-#include <cstddef>
-#include <utility>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace zentrill {
 
 namespace {
 
-/// Registries take no manifest that is longer than 4 MiB; Ollama's own have about a kilobyte.
-constexpr std::size_t longestManifest = std::size_t{4} << 20U;
-
-std::optional<std::string> manifestText(const std::string& path) {
-    struct stat status{};
-    if (path.find('\0') != std::string::npos) {
+std::optional<std::int64_t> sumOf(const OllamaManifest& manifest) {
+    if (!manifest.config.size || *manifest.config.size < 0) {
         return std::nullopt;
     }
-    // Asked before opening as well, because opening a device can set it in motion.
-    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
-        return std::nullopt;
-    }
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        std::cmp_greater(status.st_size, longestManifest)) {
-        return std::nullopt;
-    }
-    std::string text;
-    // One byte more than stated, so that the end is met in the same read; a file may still grow meanwhile.
-    text.resize(static_cast<std::size_t>(status.st_size) + 1);
-    std::size_t length = 0;
-    while (length <= longestManifest) {
-        if (length == text.size()) {
-            text.resize(std::min(2 * text.size(), longestManifest + 1));
-        }
-        const ssize_t count = ::read(file.get(), text.data() + length, text.size() - length);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            return std::nullopt;
-        }
-        if (count == 0) {
-            text.resize(length);
-            return text;
-        }
-        length += static_cast<std::size_t>(count);
-    }
-    return std::nullopt;
-}
-
-std::optional<std::int64_t> sumOf(const ManifestSizes& sizes) {
-    if (!sizes.config || *sizes.config < 0) {
-        return std::nullopt;
-    }
-    std::int64_t total = *sizes.config;
-    for (const std::optional<std::int64_t>& layer : sizes.layers) {
-        if (!layer || *layer < 0 || __builtin_add_overflow(total, *layer, &total)) {
+    std::int64_t total = *manifest.config.size;
+    for (const OllamaBlob& layer : manifest.layers) {
+        if (!layer.size || *layer.size < 0 || __builtin_add_overflow(total, *layer.size, &total)) {
             return std::nullopt;
         }
     }
@@ -73,13 +23,13 @@ std::optional<std::int64_t> sumOf(const ManifestSizes& sizes) {
 } // namespace
 
 std::optional<std::int64_t> OllamaManifestSizer::size(const std::string& atPath) {
-    const std::optional<std::string> text = manifestText(atPath);
+    const std::optional<std::string> text = ollamaManifestText(atPath);
     return text ? sizeOfManifest(*text) : std::nullopt;
 }
 
 std::optional<std::int64_t> OllamaManifestSizer::sizeOfManifest(std::string_view manifest) {
-    const std::optional<ManifestSizes> sizes = readManifestSizes(manifest);
-    return sizes ? sumOf(*sizes) : std::nullopt;
+    const std::optional<OllamaManifest> read = readOllamaManifest(manifest);
+    return read ? sumOf(*read) : std::nullopt;
 }
 
 } // namespace zentrill

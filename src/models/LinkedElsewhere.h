@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace zentrill {
+
+/// The logical size in bytes of what symbolic links in the folder at `path`, at any depth, lead to outside of
+/// it; each file once, folders with all that they hold. 0 for a file. `shouldStop`, if there is one, is asked
+/// before each entry; after its first "yes" the sum is incomplete.
+[[nodiscard]] std::int64_t bytesLinkedElsewhere(const std::string& path,
+                                                const std::function<bool()>& shouldStop = {});
+
+} // namespace zentrill
