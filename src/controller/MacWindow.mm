@@ -7,7 +7,7 @@
 namespace zentrill {
 
 void styleMacWindow(QWindow& window) {
-    auto* view = (__bridge NSView*)reinterpret_cast<void*>(window.winId());
+    auto* view = reinterpret_cast<NSView*>(window.winId());
     NSWindow* native = view.window;
     native.styleMask |= NSWindowStyleMaskFullSizeContentView;
     native.titlebarAppearsTransparent = YES;

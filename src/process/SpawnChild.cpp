@@ -62,13 +62,13 @@ class Attributes {
 public:
     Attributes() noexcept {
         ::posix_spawnattr_init(&attributes_);
-        sigset_t signals;
-        ::sigfillset(&signals);
+        sigset_t signals; // What is done to it are macros on a Mac, to which no namespace can be given.
+        sigfillset(&signals);
         // Their disposition cannot be set, and some systems refuse the whole set for them.
-        ::sigdelset(&signals, SIGKILL);
-        ::sigdelset(&signals, SIGSTOP);
+        sigdelset(&signals, SIGKILL);
+        sigdelset(&signals, SIGSTOP);
         ::posix_spawnattr_setsigdefault(&attributes_, &signals);
-        ::sigemptyset(&signals);
+        sigemptyset(&signals);
         ::posix_spawnattr_setsigmask(&attributes_, &signals);
         ::posix_spawnattr_setpgroup(&attributes_, 0);
         ::posix_spawnattr_setflags(&attributes_,

@@ -2,8 +2,8 @@
 
 #include "DeletionCases.h"
 #include "deletion/SafeDeletionEngine.h"
-#include "platform/FileDescriptor.h"
 #include "support/ChildProcess.h"
+#include "support/FileFlags.h"
 #include "support/MemoryFolder.h"
 #include "support/OrdinaryUser.h"
 #include "support/PrivateMounts.h"
@@ -19,13 +19,10 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <linux/fs.h>
 #include <string>
 #include <vector>
 
 #include <fcntl.h>
-#include <sys/ioctl.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,9 +30,11 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::FileFlag;
 using test::giveToOrdinaryUser;
 using test::passesAsOrdinaryUser;
 using test::pathsOf;
+using test::setFileFlag;
 using test::shielded;
 using test::TemporaryDirectory;
 using test::unshielded;
@@ -268,26 +267,15 @@ TEST_F(DeletionPlans, ForeseeWhatAStickyFolderKeeps) {
     }));
 }
 
-/// Sets or clears the flags that `chattr +i` and `chattr +a` set; false where that cannot be done.
-bool setFlags(const std::string& path, int flags) {
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    int current = 0;
-    if (::ioctl(file.get(), FS_IOC_GETFLAGS, &current) != 0) {
-        return false;
-    }
-    flags |= current & ~(FS_IMMUTABLE_FL | FS_APPEND_FL);
-    return ::ioctl(file.get(), FS_IOC_SETFLAGS, &flags) == 0;
-}
-
 TEST_F(DeletionPlans, ForeseeWhatIsImmutable) {
     const std::vector<std::string> fixed{folder_.makeFile("tree/file"), folder_.makeDirectory("tree/empty"),
                                          folder_.path("tree/full")};
     const std::string inside = folder_.makeFile("tree/full/inside");
-    for (const int flag : {FS_IMMUTABLE_FL, FS_APPEND_FL}) {
+    for (const FileFlag flag : {FileFlag::immutable, FileFlag::appendOnly}) {
         folder_.makeFile("tree/gone");
         bool set = true;
         for (const std::string& path : fixed) {
-            set = set && setFlags(path, flag);
+            set = set && setFileFlag(path, flag);
         }
         const int error = errno;
         if (set) {
@@ -297,7 +285,7 @@ TEST_F(DeletionPlans, ForeseeWhatIsImmutable) {
             expectForetold(plan, shielded);
         }
         for (const std::string& path : fixed) {
-            (void)setFlags(path, 0);
+            (void)setFileFlag(path, FileFlag::none);
         }
         if (!set) {
             GTEST_SKIP() << "needs immutable files: " << std::strerror(error);
@@ -317,7 +305,7 @@ TEST_F(DeletionPlans, ForeseeMountPointsAndDoNotEnterThem) {
         const std::string outside = folder.makeFile("outside", "content");
         test::mountMemoryDisk(disk);
         folder.makeFile("tree/disk/inside");
-        ASSERT_EQ(::mount(outside.c_str(), file.c_str(), nullptr, MS_BIND, nullptr), 0);
+        test::bindMount(outside, file);
         const DeletionPlan plan = engine_.plan(folder.path("tree"), shielded);
         EXPECT_THAT(pathsOf(plan.failing), UnorderedElementsAre(disk, file));
         EXPECT_THAT(pathsOf(plan.removed), ElementsAre(gone));

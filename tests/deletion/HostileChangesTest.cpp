@@ -3,6 +3,7 @@
 #include "deletion/SafeDeletionEngine.h"
 #include "support/ChildProcess.h"
 #include "support/MemoryFolder.h"
+#include "support/SwapNames.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -142,7 +143,7 @@ private:
     void exchange(int round) const {
         const std::string link = roundPath(round, "link");
         const std::string real = roundPath(round, target_ == Target::ancestor ? "upper" : "upper/tree/sub");
-        ::renameat2(AT_FDCWD, link.c_str(), AT_FDCWD, real.c_str(), RENAME_EXCHANGE);
+        test::swapNames(link, real);
     }
 
     void prepare(int round) const {

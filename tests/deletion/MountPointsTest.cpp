@@ -24,6 +24,7 @@
 namespace zentrill {
 namespace {
 
+using test::bindMount;
 using test::exists;
 using test::passesWithPrivateMounts;
 using test::shielded;
@@ -32,10 +33,6 @@ using test::unshielded;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-
-void bindMount(const std::string& source, const std::string& target) {
-    ASSERT_EQ(::mount(source.c_str(), target.c_str(), nullptr, MS_BIND, nullptr), 0);
-}
 
 /// From now on the process has no openat2, as on an older kernel or in a sandbox.
 void forbidOpenat2(unsigned error) {

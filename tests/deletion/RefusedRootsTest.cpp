@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <string>
 
-#include <sys/mount.h>
 #include <unistd.h>
 
 namespace zentrill {
@@ -116,7 +115,7 @@ TEST(RefusedRoots, TheHomeFolderUnderAnotherName) {
     const std::string users = folder.makeDirectory("elsewhere/users");
     EXPECT_TRUE(passesWithPrivateMounts([&] {
         ::setenv("HOME", home.c_str(), 1);
-        ASSERT_EQ(::mount(folder.path("Users").c_str(), users.c_str(), nullptr, MS_BIND, nullptr), 0);
+        test::bindMount(folder.path("Users"), users);
         for (const std::string& path : {users, users + "/u"}) {
             for (const DeletionOptions& options : {unshielded, shielded}) {
                 bool asked = false;

@@ -279,7 +279,7 @@ TEST_P(DockerIntegrationTest, AnEngineThatNeverAnswersIsUnavailableInTime) {
     const std::string path = home.path("deaf.sock");
     ASSERT_LT(path.size(), sizeof(address.sun_path));
     path.copy(address.sun_path, path.size());
-    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
     ASSERT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
     ASSERT_EQ(::listen(socket.get(), 16), 0);
     environment["DOCKER_HOST"] = "unix://" + path;

@@ -171,7 +171,7 @@ TEST_F(DirectoryHandleTest, ListsInBatchesAndAgainFromTheStart) {
         made.insert(name);
     }
     std::set<std::string> found;
-    int batches = 0;
+    [[maybe_unused]] int batches = 0;
     for (bool atEnd = false; !atEnd; ++batches) {
         DirectoryListing listing;
         ASSERT_EQ(handle.readEntries(listing, 1, atEnd), 0);

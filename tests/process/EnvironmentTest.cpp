@@ -10,6 +10,10 @@
 
 #include <unistd.h>
 
+#ifdef __APPLE__
+extern char** environ;
+#endif
+
 namespace zentrill {
 namespace {
 

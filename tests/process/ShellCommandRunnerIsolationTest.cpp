@@ -38,9 +38,9 @@ TEST_F(ShellCommandRunnerIsolationTest, IgnoredAndBlockedSignalsAreNotInherited)
     const auto previousPipe = ::signal(SIGPIPE, SIG_IGN);
     sigset_t blocked;
     sigset_t before;
-    ::sigemptyset(&blocked);
-    ::sigaddset(&blocked, SIGUSR1);
-    ::sigaddset(&blocked, SIGTERM);
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGUSR1);
+    sigaddset(&blocked, SIGTERM);
     ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
     const CommandResult result =
         runner.run("/bin/sed", {"-En", "s/^Sig(Blk|Ign):\\t//p", "/proc/self/status"});

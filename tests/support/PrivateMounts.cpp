@@ -43,6 +43,10 @@ void mountMemoryDisk(const std::string& at, const std::string& options) {
     check(::mount("none", at.c_str(), "tmpfs", 0, options.c_str()), "mount tmpfs");
 }
 
+void bindMount(const std::string& source, const std::string& target) {
+    check(::mount(source.c_str(), target.c_str(), nullptr, MS_BIND, nullptr), "mount");
+}
+
 void remountReadOnly(const std::string& at) {
     check(::mount("none", at.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), "remount");
 }
@@ -85,6 +89,10 @@ void enterPrivateMountNamespace() {
 }
 
 void mountMemoryDisk(const std::string& /*at*/, const std::string& /*options*/) {
+    noPrivateMounts();
+}
+
+void bindMount(const std::string& /*source*/, const std::string& /*target*/) {
     noPrivateMounts();
 }
 

@@ -20,6 +20,10 @@ void enterPrivateMountNamespace();
 /// if that fails; call it only in a mount namespace of the test's own.
 void mountMemoryDisk(const std::string& at, const std::string& options = {});
 
+/// Makes what stands at `source` stand at `target` as well. Throws if that fails; only in a mount namespace
+/// as above.
+void bindMount(const std::string& source, const std::string& target);
+
 /// Makes the file system mounted at `at` read-only. Throws if that fails.
 void remountReadOnly(const std::string& at);
 

@@ -10,6 +10,11 @@
 
 #include <sys/wait.h>
 #include <unistd.h>
+#ifdef __APPLE__
+#include <libproc.h>
+
+#include <sys/proc.h>
+#endif
 
 namespace zentrill::test {
 
@@ -25,9 +30,15 @@ bool eventually(const std::function<bool()>& condition, std::chrono::millisecond
 }
 
 bool isGone(pid_t pid) {
+#ifdef __APPLE__
+    proc_bsdinfo process{};
+    return ::proc_pidinfo(pid, PROC_PIDTBSDINFO, 0, &process, sizeof process) <= 0 ||
+           process.pbi_status == SZOMB;
+#else
     const std::string stat = contentOf("/proc/" + std::to_string(pid) + "/stat");
     const std::size_t state = stat.rfind(") ");
     return state == std::string::npos || stat[state + 2] == 'Z' || stat[state + 2] == 'X';
+#endif
 }
 
 bool hasNoChildren() {
@@ -36,7 +47,7 @@ bool hasNoChildren() {
 }
 
 std::size_t openDescriptorCount() {
-    const std::filesystem::directory_iterator entries("/proc/self/fd");
+    const std::filesystem::directory_iterator entries("/dev/fd");
     // One of them is the listing's own.
     return static_cast<std::size_t>(std::distance(begin(entries), end(entries))) - 1;
 }

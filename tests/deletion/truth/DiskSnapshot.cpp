@@ -29,6 +29,14 @@ std::string targetOf(const std::string& path) {
     return {buffer.data(), length < 0 ? 0 : static_cast<std::size_t>(length)};
 }
 
+timespec modificationTime(const struct stat& status) {
+#ifdef __APPLE__
+    return status.st_mtimespec;
+#else
+    return status.st_mtim;
+#endif
+}
+
 void add(DiskSnapshot& snapshot, const std::string& path) {
     struct stat status{};
     if (::lstat(path.c_str(), &status) != 0) {
@@ -42,7 +50,8 @@ void add(DiskSnapshot& snapshot, const std::string& path) {
         item.content = targetOf(path);
     }
     if (!S_ISDIR(status.st_mode)) {
-        item.modified = (status.st_mtim.tv_sec * 1'000'000'000) + status.st_mtim.tv_nsec;
+        const timespec modified = modificationTime(status);
+        item.modified = (modified.tv_sec * 1'000'000'000) + modified.tv_nsec;
     }
     snapshot.emplace(path, item);
     if (!S_ISDIR(status.st_mode)) {
