@@ -182,7 +182,7 @@ void expectToHoldWhereANaiveDeleterLoses(Attack::Target target,
     ASSERT_TRUE(lost.has_value()) << "the attack is too weak to prove anything";
     const int naiveRounds = attack.rounds;
     attack.rounds = 0;
-    const double limit = std::clamp(5 * *lost, 2.0, 15.0);
+    const double limit = std::clamp(5 * *lost, 1.0, 15.0);
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const std::optional<double> oursLost = attack.run(
             [&options](const std::string& path) { (void)SafeDeletionEngine().deleteItem(path, options); },

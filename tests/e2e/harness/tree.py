@@ -1,5 +1,6 @@
 """The disk as it is: everything below a folder, with what it holds."""
 
+import functools
 import hashlib
 import os
 import stat
@@ -24,11 +25,27 @@ def _entry(path):
     if stat.S_ISDIR(status.st_mode):
         return ("folder", mode)
     if stat.S_ISREG(status.st_mode):
-        return ("file", mode, _content_hash(path) if status.st_size else "", status.st_size)
+        return ("file", mode, _content_hash(path, status), status.st_size)
     return ("other", mode)
 
 
-def _content_hash(path):
+def _content_hash(path, status):
+    if status.st_size < _LARGE:
+        return _hash(path)
+    return _hash_of_large(path, status.st_dev, status.st_ino, status.st_size, status.st_mtime_ns, status.st_ctime_ns)
+
+
+# A program of a hundred megabytes is looked at several times in a case. No content changes without its file's time of
+# change, which nobody can set.
+_LARGE = 1 << 20
+
+
+@functools.lru_cache
+def _hash_of_large(path, *_):
+    return _hash(path)
+
+
+def _hash(path):
     with open(path, "rb") as file:
         return hashlib.file_digest(file, "sha256").hexdigest()
 
