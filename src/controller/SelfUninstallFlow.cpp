@@ -1,23 +1,8 @@
 #include "controller/SelfUninstallFlow.h"
 
-#include <string_view>
+#include "platform/Text.h"
 
 namespace zentrill {
-
-namespace {
-
-std::string joined(const std::vector<std::string>& parts, std::string_view separator) {
-    std::string text;
-    for (const std::string& part : parts) {
-        if (!text.empty()) {
-            text += separator;
-        }
-        text += part;
-    }
-    return text;
-}
-
-} // namespace
 
 ResultAlert selfUninstallFailure(const SelfUninstallResult& result) {
     std::string message = "Self-uninstall failed: " + joined(result.failures, "; ");

@@ -8,6 +8,7 @@
 #include "deletion/UndeletableFolders.h"
 #include "platform/Paths.h"
 #include "platform/SystemError.h"
+#include "platform/Text.h"
 
 #include <string_view>
 #include <utility>
@@ -79,7 +80,7 @@ std::optional<DeletionReport> SafeDeletionEngine::openParent(const std::string& 
     if (std::optional<std::string> refusal = deletionRefusal(atPath)) {
         return failureReport(std::move(*refusal));
     }
-    if (atPath.find('\0') != std::string::npos) {
+    if (hasNul(atPath)) {
         return DeletionReport{}; // No name holds a NUL, and the system would end the path there.
     }
     const std::string standardized = paths::standardized(atPath);

@@ -3,10 +3,10 @@
 #include "platform/HomeDirectory.h"
 #include "platform/Paths.h"
 #include "platform/PropertyList.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 #include <utility>
 
 namespace zentrill {
@@ -27,17 +27,6 @@ std::optional<std::string> bundleIdentifier(const std::string& bundleURL) {
 
 void append(std::vector<std::string>& list, const std::vector<std::string>& more) {
     list.insert(list.end(), more.begin(), more.end());
-}
-
-std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
-    std::string result;
-    for (const std::string& text : texts) {
-        if (!result.empty()) {
-            result += separator;
-        }
-        result += text;
-    }
-    return result;
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "deletion/UninstallTargets.h"
 
+#include "platform/Text.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <ranges>
@@ -59,7 +61,7 @@ std::vector<std::string> uninstallTargets(const std::string& entry, const std::s
     const std::size_t literalLength = expanded.size() - commonEnd(entry, expanded);
     const std::string_view pattern = std::string_view(expanded).substr(literalLength);
     // A NUL would cut the pattern short and so widen it.
-    if (pattern.find_first_of("*?") == std::string_view::npos || expanded.find('\0') != std::string::npos) {
+    if (pattern.find_first_of("*?") == std::string_view::npos || hasNul(expanded)) {
         return {expanded};
     }
     return GlobMatches(escaped(std::string_view(expanded).substr(0, literalLength)).append(pattern)).paths();

@@ -1,5 +1,7 @@
 #include "docker/DockerJsonLine.h"
 
+#include "platform/Text.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
@@ -85,7 +87,7 @@ DockerJsonLine::DockerJsonLine(Texts texts) noexcept : texts_(std::move(texts)) 
 
 std::optional<DockerJsonLine> DockerJsonLine::parse(std::string_view line) {
     // No JSON text holds one, but the parser would take it for the end and overlook what follows.
-    if (line.find('\0') != std::string_view::npos) {
+    if (hasNul(line)) {
         return std::nullopt;
     }
     TopLevelTexts reader;

@@ -7,6 +7,7 @@
 #include "platform/ByteSum.h"
 #include "platform/DirectoryHandle.h"
 #include "platform/Paths.h"
+#include "platform/Text.h"
 
 #include <map>
 #include <optional>
@@ -23,14 +24,6 @@ DeletionOptions wholeItem() {
     DeletionOptions options;
     options.preserveCredentials = false;
     return options;
-}
-
-std::string joined(const std::vector<std::string>& failures) {
-    std::string text;
-    for (const std::string& failure : failures) {
-        text.append(text.empty() ? "" : "; ").append(failure);
-    }
-    return text;
 }
 
 /// Adds a file to what goes.
@@ -86,7 +79,7 @@ ModelDeletionResult ModelDeletionService::deleteOllamaModel(const std::string& n
     DeletionReport report = deletion_.deleteItem(manifestPath, wholeItem());
     if (!report.succeeded()) {
         return {.message = sentence("Ollama removed ", name, ", but manifest cleanup failed: ")
-                               .append(joined(report.failures)),
+                               .append(joined(report.failures, "; ")),
                 .deletionReport = std::move(report)};
     }
     return {.succeeded = true,
@@ -98,7 +91,7 @@ ModelDeletionResult ModelDeletionService::deleteFiles(const std::string& name,
                                                       const std::string& path) const {
     DeletionReport report = deletion_.deleteItem(path, wholeItem());
     if (!report.succeeded()) {
-        return {.message = sentence("Could not remove ", name, ": ").append(joined(report.failures)),
+        return {.message = sentence("Could not remove ", name, ": ").append(joined(report.failures, "; ")),
                 .deletionReport = std::move(report)};
     }
     return {.succeeded = true,

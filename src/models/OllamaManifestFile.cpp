@@ -1,6 +1,7 @@
 #include "models/OllamaManifestFile.h"
 
 #include "platform/FileDescriptor.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -22,7 +23,7 @@ constexpr std::size_t longestManifest = std::size_t{4} << 20U;
 
 std::optional<std::string> ollamaManifestText(const std::string& path) {
     struct stat status{};
-    if (path.find('\0') != std::string::npos) {
+    if (hasNul(path)) {
         return std::nullopt;
     }
     // Asked before opening as well, because opening a device can set it in motion.

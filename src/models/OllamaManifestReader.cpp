@@ -1,6 +1,7 @@
 #include "models/OllamaManifestReader.h"
 
 #include "models/DecimalInteger.h"
+#include "platform/Text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -160,7 +161,7 @@ private:
 
 std::optional<OllamaManifest> readOllamaManifest(std::string_view manifest) {
     // The parser takes a NUL for the end of the text, whatever follows; JSON has none.
-    if (manifest.find('\0') != std::string_view::npos) {
+    if (hasNul(manifest)) {
         return std::nullopt;
     }
     ManifestEvents events;

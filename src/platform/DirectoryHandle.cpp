@@ -1,11 +1,12 @@
 #include "platform/DirectoryHandle.h"
 
+#include "platform/CResources.h"
+
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <cstddef>
 #include <cstring>
-#include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -110,10 +111,6 @@ int openRefusingMounts(int, const char*) {
 bool isUnavailable(int error) {
     return error == ENOSYS;
 }
-
-struct DirectoryCloser {
-    void operator()(DIR* directory) const noexcept { ::closedir(directory); }
-};
 
 #endif
 
@@ -268,7 +265,7 @@ int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t, bool& a
     if (!copy) {
         return errno;
     }
-    const std::unique_ptr<DIR, DirectoryCloser> stream(::fdopendir(copy.get()));
+    const DirectoryStream stream(::fdopendir(copy.get()));
     if (!stream) {
         return errno;
     }

@@ -1,9 +1,11 @@
 #include "platform/FileSystem.h"
 
+#include "platform/CResources.h"
+#include "platform/Text.h"
+
 #include <array>
 #include <climits>
 #include <cstdlib>
-#include <memory>
 #include <string_view>
 
 #include <dirent.h>
@@ -17,21 +19,6 @@ namespace zentrill {
 namespace {
 
 class RealFileSystem final : public FileSystem {};
-
-struct DirectoryCloser {
-    void operator()(DIR* directory) const noexcept { ::closedir(directory); }
-};
-
-struct Free {
-    void operator()(char* text) const noexcept {
-        std::free(text); // NOLINT(cppcoreguidelines-no-malloc): realpath allocates with malloc
-    }
-};
-
-/// The system ends a name at its first NUL; such a path must not come to mean a shorter one.
-bool hasNul(const std::string& path) {
-    return path.find('\0') != std::string::npos;
-}
 
 } // namespace
 
@@ -87,7 +74,7 @@ std::optional<std::vector<std::string>> FileSystem::entryNames(const std::string
     if (hasNul(path)) {
         return std::nullopt;
     }
-    const std::unique_ptr<DIR, DirectoryCloser> directory(::opendir(path.c_str()));
+    const DirectoryStream directory(::opendir(path.c_str()));
     if (!directory) {
         return std::nullopt;
     }
@@ -115,7 +102,7 @@ std::optional<std::string> FileSystem::resolvingSymlinks(const std::string& path
     if (hasNul(path)) {
         return std::nullopt;
     }
-    const std::unique_ptr<char, Free> resolved(::realpath(path.c_str(), nullptr));
+    const MallocText resolved(::realpath(path.c_str(), nullptr));
     if (!resolved) {
         return std::nullopt;
     }

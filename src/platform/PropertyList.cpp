@@ -1,14 +1,15 @@
 #include "platform/PropertyList.h"
 
+#include "platform/CResources.h"
 #include "platform/PropertyListLimits.h"
 #include "platform/RegularFile.h"
+#include "platform/Text.h"
 #include "platform/UnicodeText.h"
 
 #include <plist/plist.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string_view>
 #include <type_traits>
@@ -25,16 +26,6 @@ struct NodeDeleter {
 };
 
 using Node = std::unique_ptr<std::remove_pointer_t<plist_t>, NodeDeleter>;
-
-struct Free {
-    void operator()(char* text) const noexcept {
-        std::free(text); // NOLINT(cppcoreguidelines-no-malloc): the library allocates with malloc
-    }
-};
-
-bool hasNul(const std::string& text) {
-    return text.find('\0') != std::string::npos;
-}
 
 /// The parser takes UTF-8 without a mark alone, while the format allows every form that a mark can tell.
 FileReading readList(const std::string& path, FinalLink finalLink) {
@@ -114,7 +105,7 @@ bool setPropertyListString(const std::string& path, const std::string& key, cons
     char* xml = nullptr;
     std::uint32_t length = 0;
     ::plist_to_xml(dictionary.get(), &xml, &length);
-    const std::unique_ptr<char, Free> owner(xml);
+    const MallocText owner(xml);
     return xml != nullptr && length <= maximumFileSize &&
            replaceRegularFile(path, std::string_view(xml, length));
 }

@@ -2,6 +2,7 @@
 
 #include "platform/FileDescriptor.h"
 #include "platform/Paths.h"
+#include "platform/Text.h"
 
 #include <array>
 #include <cerrno>
@@ -17,11 +18,6 @@ namespace {
 
 constexpr mode_t ownerOnlyFile = S_IRUSR | S_IWUSR;
 constexpr mode_t ownerOnlyFolder = S_IRWXU;
-
-/// The system ends a name at its first NUL; such a path must not come to mean a shorter one.
-bool hasNul(const std::string& path) {
-    return path.find('\0') != std::string::npos;
-}
 
 bool makeFolderWithParents(const std::string& path) {
     for (std::size_t slash = path.find('/', 1); slash != std::string::npos;

@@ -1,6 +1,7 @@
 #include "platform/TreeVisit.h"
 
 #include "platform/DirectoryHandle.h"
+#include "platform/Text.h"
 
 #include <cstddef>
 #include <optional>
@@ -20,8 +21,7 @@ void visitTree(const std::string& path, const TreeVisitor& visit, const std::fun
     const auto stopRequested = [&shouldStop] { return shouldStop && shouldStop(); };
     DirectoryHandle base;
     // The system would end a path at its NUL and read another folder.
-    if (path.find('\0') != std::string::npos || stopRequested() ||
-        DirectoryHandle::open(path, FinalLink::follow, base) != 0) {
+    if (hasNul(path) || stopRequested() || DirectoryHandle::open(path, FinalLink::follow, base) != 0) {
         return;
     }
     DirectoryStack stack(std::move(base), Mounts::enter, openDirectories);

@@ -1,5 +1,7 @@
 #include "process/SpawnChild.h"
 
+#include "platform/Text.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -88,10 +90,6 @@ public:
 private:
     posix_spawnattr_t attributes_{};
 };
-
-bool hasNul(const std::string& text) {
-    return text.find('\0') != std::string::npos;
-}
 
 /// The system would cut a text at its first NUL and take a name with "=" for another variable.
 bool canBePassedOn(const std::string& executable, const std::vector<std::string>& arguments,
