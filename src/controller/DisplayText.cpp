@@ -2,23 +2,32 @@
 
 #include "platform/Utf8.h"
 
+#include <QByteArrayView>
 #include <QChar>
+#include <QList>
+#include <QStringDecoder>
 
 #include <algorithm>
+#include <cstddef>
 
 namespace zentrill {
 
 namespace {
 
-/// Marks that change the direction of what follows them, and characters of no width.
-constexpr bool misleads(char32_t character) {
-    return character == 0x061C || (character >= 0x200B && character <= 0x200F) ||
-           (character >= 0x2028 && character <= 0x202E) || (character >= 0x2060 && character <= 0x206F) ||
-           character == 0xFEFF;
-}
+enum class LineMarks { escaped, kept };
 
-constexpr bool isControl(char32_t character) {
-    return character < 0x20 || (character >= 0x7F && character < 0xA0);
+/// Controls, line ends, and what Unicode calls format characters: they change the direction of what follows,
+/// join or separate what stands around them, or are not seen at all.
+bool misleads(char32_t character) {
+    switch (QChar::category(character)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        return false;
+    }
 }
 
 QString hexadecimal(char32_t value, int digits) {
@@ -48,27 +57,34 @@ constexpr std::size_t announcedLength(unsigned char first) {
     return first < 0xF0 ? 3 : 4;
 }
 
-/// The length in bytes of the valid UTF-8 sequence that begins `bytes`, or 0.
-std::size_t sequenceLength(std::string_view bytes) {
-    const std::size_t length = announcedLength(static_cast<unsigned char>(bytes.front()));
-    return isValidUtf8(bytes.substr(0, length)) ? length : 0;
+/// The length in bytes of the valid UTF-8 that `bytes` begin with.
+std::size_t validLength(std::string_view bytes) {
+    std::size_t length = 0;
+    while (length < bytes.size()) {
+        const std::size_t next = announcedLength(static_cast<unsigned char>(bytes[length]));
+        if (!isValidUtf8(bytes.substr(length, next))) {
+            break;
+        }
+        length += next;
+    }
+    return length;
 }
 
-/// The character that a valid sequence of that length stands for. Qt's decoder would swallow a byte order
-/// mark.
-char32_t decoded(std::string_view sequence) {
-    const auto first = static_cast<unsigned char>(sequence.front());
-    if (sequence.size() == 1) {
-        return first;
+void appendText(QString& text, std::string_view valid, LineMarks lineMarks) {
+    // A byte order mark is shown like anything else that nobody would see.
+    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    const QString decoded = decode(QByteArrayView(valid.data(), static_cast<qsizetype>(valid.size())));
+    for (const uint character : decoded.toUcs4()) {
+        const bool keptLineMark = lineMarks == LineMarks::kept && (character == U'\n' || character == U'\t');
+        if (misleads(character) && !keptLineMark) {
+            appendEscaped(text, character);
+        } else {
+            text += QChar::fromUcs4(character);
+        }
     }
-    char32_t character = first & (0xFFU >> (sequence.size() + 1));
-    for (const char byte : sequence.substr(1)) {
-        character = (character << 6U) | (static_cast<unsigned char>(byte) & 0x3FU);
-    }
-    return character;
 }
 
-QString display(std::string_view bytes, bool keepsLines) {
+QString display(std::string_view bytes, LineMarks lineMarks) {
     const bool plain = std::ranges::all_of(bytes, [](char byte) { return byte >= 0x20 && byte < 0x7F; });
     if (plain) {
         return QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
@@ -76,20 +92,13 @@ QString display(std::string_view bytes, bool keepsLines) {
     QString text;
     text.reserve(static_cast<qsizetype>(bytes.size()));
     while (!bytes.empty()) {
-        const std::size_t length = sequenceLength(bytes);
-        if (length == 0) {
+        const std::size_t length = validLength(bytes);
+        appendText(text, bytes.substr(0, length), lineMarks);
+        bytes.remove_prefix(length);
+        if (!bytes.empty()) {
             appendEscaped(text, static_cast<unsigned char>(bytes.front()));
             bytes.remove_prefix(1);
-            continue;
         }
-        const char32_t character = decoded(bytes.substr(0, length));
-        const bool lineMark = character == U'\n' || character == U'\t';
-        if (misleads(character) || (isControl(character) && !(keepsLines && lineMark))) {
-            appendEscaped(text, character);
-        } else {
-            text += QChar::fromUcs4(character);
-        }
-        bytes.remove_prefix(length);
     }
     return text;
 }
@@ -97,11 +106,11 @@ QString display(std::string_view bytes, bool keepsLines) {
 } // namespace
 
 QString displayName(std::string_view bytes) {
-    return display(bytes, false);
+    return display(bytes, LineMarks::escaped);
 }
 
 QString displayMessage(std::string_view bytes) {
-    return display(bytes, true);
+    return display(bytes, LineMarks::kept);
 }
 
 } // namespace zentrill

@@ -47,6 +47,10 @@ UninstallerViewModel::~UninstallerViewModel() {
     static_cast<void>(shutDown());
 }
 
+QString UninstallerViewModel::operationDescription() const {
+    return displayName(operationDescription_);
+}
+
 void UninstallerViewModel::setPreserveCredentials(bool preserve) {
     requireMainThread("setPreserveCredentials must be called on the main thread");
     assign(preserveCredentials_, preserve, &UninstallerViewModel::preserveCredentialsChanged);

@@ -84,9 +84,8 @@ public:
 
     [[nodiscard]] bool isBusy() const { return isBusy_; }
 
-    [[nodiscard]] QString operationDescription() const {
-        return QString::fromStdString(operationDescription_);
-    }
+    /// What runs, on one line; empty while nothing does.
+    [[nodiscard]] QString operationDescription() const;
 
     [[nodiscard]] bool preserveCredentials() const { return preserveCredentials_; }
 

@@ -58,6 +58,14 @@ TEST(DisplayTextTest, writesWhatReordersOrHidesTextVisibly) {
               QStringLiteral("a\\u2028") + QLatin1Char('b'));
 }
 
+TEST(DisplayTextTest, writesWhatIsNotSeenVisibly) {
+    EXPECT_EQ(displayName("pass\xC2\xADword"), QStringLiteral("pass\\xADword"));
+    EXPECT_EQ(displayName("a\xF3\xA0\x81\x81z"), QStringLiteral("a\\uE0041z"));
+    EXPECT_EQ(displayName("\xE1\xA0\x8E"), QStringLiteral("\\u180E"));
+    // A letter with its accent apart stays one.
+    EXPECT_EQ(displayName("e\xCC\x81"), QString::fromUtf8("e\xCC\x81"));
+}
+
 TEST(DisplayTextTest, writesAByteOrderMarkVisibly) {
     EXPECT_EQ(displayName("\xEF\xBB\xBFname"), QStringLiteral("\\uFEFFname"));
     EXPECT_EQ(displayName("na\xEF\xBB\xBFme"), QStringLiteral("na\\uFEFFme"));
