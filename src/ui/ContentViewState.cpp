@@ -36,11 +36,11 @@ std::size_t rowOf(const QString& tab) {
     return tabs.size() - 1;
 }
 
-/// The record with that ID, or nothing.
+/// The record of that row, or nothing where the row is none of that kind.
 template <typename Record>
-const Record* find(const std::vector<Record>& records, std::string Record::* id, const QString& wanted) {
-    const auto found = std::ranges::find(records, wanted.toStdString(), id);
-    return found == records.end() ? nullptr : &*found;
+const Record* recordIn(const DockerListModel& rows, int row) {
+    const DockerRow* found = rows.record(row);
+    return found == nullptr ? nullptr : std::get_if<Record>(found);
 }
 
 } // namespace
@@ -138,7 +138,7 @@ QString ContentViewState::dockerNoticeHeading() const {
 
 int ContentViewState::dockerStop(int row, int step) const {
     const DockerRow* found = dockerRows_->record(row);
-    while (found != nullptr && !found->isStop()) {
+    while (found != nullptr && !isDockerStop(*found)) {
         row += step < 0 ? -1 : 1;
         found = dockerRows_->record(row);
     }
@@ -167,14 +167,14 @@ void ContentViewState::requestModelDeletion(int row) {
     }
 }
 
-void ContentViewState::requestContainerRemoval(const QString& id) {
-    if (const DockerContainer* container = find(controller_.containers(), &DockerContainer::id, id)) {
+void ContentViewState::requestContainerRemoval(int row) {
+    if (const auto* container = recordIn<DockerContainer>(*dockerRows_, row)) {
         confirmation_.presentConfirmation({*container});
     }
 }
 
-void ContentViewState::requestImageRemoval(const QString& imageID) {
-    if (const DockerImage* image = find(controller_.dockerImages(), &DockerImage::imageID, imageID)) {
+void ContentViewState::requestImageRemoval(int row) {
+    if (const auto* image = recordIn<DockerImage>(*dockerRows_, row)) {
         confirmation_.presentConfirmation({*image});
     }
 }
@@ -183,8 +183,8 @@ void ContentViewState::requestSelfUninstall() {
     confirmation_.presentConfirmation({PendingConfirmation::SelfUninstall{}});
 }
 
-void ContentViewState::stopContainer(const QString& id) {
-    if (const DockerContainer* container = find(controller_.containers(), &DockerContainer::id, id)) {
+void ContentViewState::stopContainer(int row) {
+    if (const auto* container = recordIn<DockerContainer>(*dockerRows_, row)) {
         controller_.stopContainer(*container);
     }
 }
@@ -230,10 +230,8 @@ void ContentViewState::showModal() {
 }
 
 void ContentViewState::showDocker() {
-    const QString warning = controller_.dockerImageWarning();
-    dockerRows_->setRecords(
-        zentrill::dockerRows(controller_.containers(), controller_.dockerImages(),
-                             warning.isNull() ? std::nullopt : std::optional(warning.toStdString())));
+    dockerRows_->setRecords(zentrill::dockerRows(controller_.containers(), controller_.dockerImages(),
+                                                 controller_.dockerImageWarning()));
 }
 
 } // namespace zentrill

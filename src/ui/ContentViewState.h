@@ -125,12 +125,12 @@ public:
     /// that is not in the lists any more opens nothing.
     Q_INVOKABLE void requestUninstall();
     Q_INVOKABLE void requestModelDeletion(int row);
-    Q_INVOKABLE void requestContainerRemoval(const QString& id);
-    Q_INVOKABLE void requestImageRemoval(const QString& imageID);
+    Q_INVOKABLE void requestContainerRemoval(int row);
+    Q_INVOKABLE void requestImageRemoval(int row);
     Q_INVOKABLE void requestSelfUninstall();
 
     /// Stops a running container at once: nothing is lost, so no code is asked for.
-    Q_INVOKABLE void stopContainer(const QString& id);
+    Q_INVOKABLE void stopContainer(int row);
 
     /// A file of the views could not be loaded.
     Q_INVOKABLE void reportFailedPart(const QUrl& file) { Q_EMIT partFailed(file); }

@@ -1,68 +1,59 @@
 #include "ui/DockerRow.h"
 
+#include "ui/Overloaded.h"
+
 namespace zentrill {
 
-namespace {
-
-std::string usageText(DockerImageUsage usage) {
-    switch (usage) {
-    case DockerImageUsage::unused:
-        return "Not used by a container";
-    case DockerImageUsage::inUse:
-        return "In use";
-    case DockerImageUsage::unknown:
+QString DockerHeading::text() const {
+    switch (section) {
+    case Section::containers:
+        return QStringLiteral("Containers (%1)").arg(count);
+    case Section::images:
         break;
     }
-    return "Usage unknown";
+    return QStringLiteral("Images (%1)").arg(count);
 }
 
-DockerRow remark(DockerRow::Kind kind, std::string recordID, std::string text) {
-    return {.kind = kind, .recordID = std::move(recordID), .text = std::move(text)};
+std::string dockerRowKey(const DockerRow& row) {
+    const std::string own = std::visit(
+        Overloaded{
+            [](const DockerHeading& heading) { return std::to_string(static_cast<int>(heading.section)); },
+            [](const DockerRemark& remark) { return std::to_string(static_cast<int>(remark.kind)); },
+            [](const DockerContainer& container) { return container.id; },
+            [](const DockerImage& image) { return image.imageID; },
+        },
+        row);
+    return std::to_string(row.index()) + '\0' + own;
 }
 
-} // namespace
-
-std::string DockerRow::id() const {
-    return std::to_string(static_cast<int>(kind)) + '\0' + recordID;
+bool isDockerStop(const DockerRow& row) {
+    return std::holds_alternative<DockerContainer>(row) || std::holds_alternative<DockerImage>(row);
 }
 
 std::vector<DockerRow> dockerRows(const std::vector<DockerContainer>& containers,
-                                  const std::vector<DockerImage>& images,
-                                  const std::optional<std::string>& warning) {
-    using Kind = DockerRow::Kind;
+                                  const std::vector<DockerImage>& images, const QString& warning) {
+    using Section = DockerHeading::Section;
+    using Kind = DockerRemark::Kind;
     std::vector<DockerRow> rows;
     rows.reserve(containers.size() + images.size() + 6);
-    rows.push_back(
-        remark(Kind::heading, "containers", "Containers (" + std::to_string(containers.size()) + ")"));
-    for (const DockerContainer& container : containers) {
-        rows.push_back({.kind = Kind::container,
-                        .recordID = container.id,
-                        .text = container.name,
-                        .detail = container.image,
-                        .status = container.status,
-                        .isActive = container.isRunning()});
-    }
+    rows.emplace_back(DockerHeading{.section = Section::containers, .count = containers.size()});
+    rows.insert(rows.end(), containers.begin(), containers.end());
     if (containers.empty()) {
-        rows.push_back(remark(Kind::empty, "containers", "No Docker containers detected."));
+        rows.emplace_back(DockerRemark{.kind = Kind::noContainers,
+                                       .text = QStringLiteral("No Docker containers detected.")});
     }
-    rows.push_back(remark(Kind::heading, "images", "Images (" + std::to_string(images.size()) + ")"));
-    rows.push_back(remark(Kind::notice, "sizes",
-                          "Image sizes are virtual and layers may be shared. Their sum is not guaranteed "
-                          "reclaimable disk space."));
-    if (warning) {
-        rows.push_back(remark(Kind::warning, "images", *warning));
+    rows.emplace_back(DockerHeading{.section = Section::images, .count = images.size()});
+    rows.emplace_back(
+        DockerRemark{.kind = Kind::notice,
+                     .text = QStringLiteral("Image sizes are virtual and layers may be shared. Their sum is "
+                                            "not guaranteed reclaimable disk space.")});
+    if (!warning.isNull()) {
+        rows.emplace_back(DockerRemark{.kind = Kind::warning, .text = warning});
     }
-    for (const DockerImage& image : images) {
-        rows.push_back({.kind = Kind::image,
-                        .recordID = image.imageID,
-                        .text = image.displayName(),
-                        .detail = image.shortID(),
-                        .status = image.size,
-                        .usage = usageText(image.usage),
-                        .isActive = image.usage == DockerImageUsage::inUse});
-    }
+    rows.insert(rows.end(), images.begin(), images.end());
     if (images.empty()) {
-        rows.push_back(remark(Kind::empty, "images", "No Docker images detected."));
+        rows.emplace_back(
+            DockerRemark{.kind = Kind::noImages, .text = QStringLiteral("No Docker images detected.")});
     }
     return rows;
 }

@@ -3,41 +3,55 @@
 #include "docker/DockerContainer.h"
 #include "docker/DockerImage.h"
 
-#include <optional>
+#include <QString>
+
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace zentrill {
 
-/// One line of the Docker pane, which shows headings, remarks, containers and images in one list.
-struct DockerRow {
-    enum class Kind { heading, notice, warning, empty, container, image };
+/// Stands above the containers or the images, with their number.
+struct DockerHeading {
+    enum class Section { containers, images };
 
-    Kind kind = Kind::notice;
-    /// The container's ID, the image's ID, or a name of this line's own.
-    std::string recordID;
-    /// What the line says: a heading, a remark, the name of a container, the title of an image.
-    std::string text;
-    /// The container's image or the image's short ID.
-    std::string detail;
-    /// The container's status or the image's size.
-    std::string status;
-    std::string usage;
-    /// A container that runs, an image in use.
-    bool isActive = false;
+    Section section = Section::containers;
+    std::size_t count = 0;
 
-    /// Unique within the list and the same for the same object in every scan.
-    [[nodiscard]] std::string id() const;
+    [[nodiscard]] QString text() const;
 
-    /// Whether there is something to do with the line, so that the keyboard stops at it.
-    [[nodiscard]] bool isStop() const noexcept { return kind == Kind::container || kind == Kind::image; }
-
-    bool operator==(const DockerRow&) const = default;
+    bool operator==(const DockerHeading&) const = default;
 };
 
-/// The whole list: containers under their count, images under theirs.
+/// A sentence among the records.
+struct DockerRemark {
+    enum class Kind {
+        /// How the sizes of images are to be read.
+        notice,
+        /// What the scan could not find out.
+        warning,
+        noContainers,
+        noImages,
+    };
+
+    Kind kind = Kind::notice;
+    QString text;
+
+    bool operator==(const DockerRemark&) const = default;
+};
+
+/// One line of the Docker pane, which shows headings, remarks, containers and images in one list.
+using DockerRow = std::variant<DockerHeading, DockerRemark, DockerContainer, DockerImage>;
+
+/// Unique within the list and the same for the same object in every scan.
+[[nodiscard]] std::string dockerRowKey(const DockerRow& row);
+
+/// Whether there is something to do with the line, so that the keyboard stops at it.
+[[nodiscard]] bool isDockerStop(const DockerRow& row);
+
+/// The whole list: containers under their count, images under theirs. A null `warning` is none.
 [[nodiscard]] std::vector<DockerRow> dockerRows(const std::vector<DockerContainer>& containers,
                                                 const std::vector<DockerImage>& images,
-                                                const std::optional<std::string>& warning);
+                                                const QString& warning);
 
 } // namespace zentrill

@@ -1,19 +1,11 @@
 #include "ui/PendingConfirmation.h"
 
 #include "controller/ConfirmationCopy.h"
+#include "ui/Overloaded.h"
 
 namespace zentrill {
 
 namespace {
-
-/// One overload for each case of the action.
-template <typename... Cases>
-struct Overloaded : Cases... {
-    using Cases::operator()...;
-};
-
-template <typename... Cases>
-Overloaded(Cases...) -> Overloaded<Cases...>;
 
 std::string applicationsMessage(const PendingConfirmation::Apps& pending) {
     std::vector<std::string> names;

@@ -1,27 +1,88 @@
 #include "ui/RowModels.h"
 
 #include "controller/DisplayText.h"
+#include "ui/Overloaded.h"
 
 namespace zentrill {
 
 namespace {
 
-QString kindName(DockerRow::Kind kind) {
-    switch (kind) {
-    case DockerRow::Kind::heading:
-        return QStringLiteral("heading");
-    case DockerRow::Kind::notice:
-        return QStringLiteral("notice");
-    case DockerRow::Kind::warning:
-        return QStringLiteral("warning");
-    case DockerRow::Kind::empty:
-        return QStringLiteral("empty");
-    case DockerRow::Kind::container:
-        return QStringLiteral("container");
-    case DockerRow::Kind::image:
+/// Which of the pane's views shows the line.
+QString dockerRowView(const DockerRow& row) {
+    return std::visit(Overloaded{
+                          [](const DockerHeading&) { return QStringLiteral("heading"); },
+                          [](const DockerRemark& remark) {
+                              switch (remark.kind) {
+                              case DockerRemark::Kind::notice:
+                                  return QStringLiteral("notice");
+                              case DockerRemark::Kind::warning:
+                                  return QStringLiteral("warning");
+                              case DockerRemark::Kind::noContainers:
+                              case DockerRemark::Kind::noImages:
+                                  break;
+                              }
+                              return QStringLiteral("empty");
+                          },
+                          [](const DockerContainer&) { return QStringLiteral("container"); },
+                          [](const DockerImage&) { return QStringLiteral("image"); },
+                      },
+                      row);
+}
+
+QString dockerRowName(const DockerRow& row) {
+    return std::visit(Overloaded{
+                          [](const DockerHeading& heading) { return heading.text(); },
+                          [](const DockerRemark& remark) { return remark.text; },
+                          [](const DockerContainer& container) { return displayName(container.name); },
+                          [](const DockerImage& image) { return displayName(image.displayName()); },
+                      },
+                      row);
+}
+
+/// What follows the name: a container's image, the short ID of an image.
+QString dockerRowDetail(const DockerRow& row) {
+    return std::visit(Overloaded{
+                          [](const DockerContainer& container) { return displayName(container.image); },
+                          [](const DockerImage& image) { return displayName(image.shortID()); },
+                          [](const auto&) { return QString(); },
+                      },
+                      row);
+}
+
+/// A container's status, the size of an image.
+QString dockerRowStatus(const DockerRow& row) {
+    return std::visit(Overloaded{
+                          [](const DockerContainer& container) { return displayName(container.status); },
+                          [](const DockerImage& image) { return displayName(image.size); },
+                          [](const auto&) { return QString(); },
+                      },
+                      row);
+}
+
+QString dockerUsageText(const DockerRow& row) {
+    const auto* const image = std::get_if<DockerImage>(&row);
+    if (image == nullptr) {
+        return {};
+    }
+    switch (image->usage) {
+    case DockerImageUsage::unused:
+        return QStringLiteral("Not used by a container");
+    case DockerImageUsage::inUse:
+        return QStringLiteral("In use");
+    case DockerImageUsage::unknown:
         break;
     }
-    return QStringLiteral("image");
+    return QStringLiteral("Usage unknown");
+}
+
+/// A container that runs, an image that one uses.
+bool isDockerRowInUse(const DockerRow& row) {
+    return std::visit(Overloaded{
+                          [](const DockerContainer& container) { return container.isRunning(); },
+                          [](const DockerImage& image) { return image.usage == DockerImageUsage::inUse; },
+                          [](const auto&) { return false; },
+                      },
+                      row);
 }
 
 } // namespace
@@ -75,16 +136,14 @@ std::unique_ptr<LocalModelListModel> makeLocalModelListModel() {
 }
 
 std::unique_ptr<DockerListModel> makeDockerListModel() {
-    return std::make_unique<DockerListModel>(
-        &DockerRow::id, std::vector<DockerListModel::Role>{
-                            {"kind", [](const DockerRow& row) { return kindName(row.kind); }},
-                            {"recordId", [](const DockerRow& row) { return displayName(row.recordID); }},
-                            {"name", [](const DockerRow& row) { return displayName(row.text); }},
-                            {"detail", [](const DockerRow& row) { return displayName(row.detail); }},
-                            {"status", [](const DockerRow& row) { return displayName(row.status); }},
-                            {"usageText", [](const DockerRow& row) { return displayName(row.usage); }},
-                            {"active_", [](const DockerRow& row) { return row.isActive; }},
-                        });
+    return std::make_unique<DockerListModel>(dockerRowKey, std::vector<DockerListModel::Role>{
+                                                               {"view", dockerRowView},
+                                                               {"name", dockerRowName},
+                                                               {"detail", dockerRowDetail},
+                                                               {"status", dockerRowStatus},
+                                                               {"usageText", dockerUsageText},
+                                                               {"inUse", isDockerRowInUse},
+                                                           });
 }
 
 } // namespace zentrill

@@ -141,7 +141,7 @@ TEST_F(ContentViewStateTest, saysWhyDockerCannotBeShown) {
     for (int row = 0; row < state_.dockerRows()->rowCount(); ++row) {
         kinds.append(
             state_.dockerRows()
-                ->data(state_.dockerRows()->index(row, 0), state_.dockerRows()->roleNames().key("kind"))
+                ->data(state_.dockerRows()->index(row, 0), state_.dockerRows()->roleNames().key("view"))
                 .toString());
     }
     EXPECT_EQ(kinds.join(QLatin1Char(' ')),
@@ -192,16 +192,23 @@ TEST_F(ContentViewStateTest, requestsTheDeletionOfTheModelOfARow) {
     EXPECT_EQ(state_.confirmation()->title(), QStringLiteral("Delete pub/foo.gguf?"));
 }
 
-TEST_F(ContentViewStateTest, requestsRemovalsByTheIDsOfTheList) {
+TEST_F(ContentViewStateTest, requestsRemovalsByTheRowsOfTheList) {
     playDocker();
     ASSERT_TRUE(scan());
-    state_.requestContainerRemoval(QStringLiteral("gone"));
-    state_.requestImageRemoval(QStringLiteral("sha256:gone"));
+    // No row, or one of another kind: headings, a remark, an image, a container.
+    for (const int row : {-1, 0, 3, 4, 5, 6, 7}) {
+        state_.requestContainerRemoval(row);
+        state_.stopContainer(row);
+    }
+    for (const int row : {-1, 0, 1, 2, 3, 4, 7}) {
+        state_.requestImageRemoval(row);
+    }
+    EXPECT_FALSE(controller_->isBusy());
     EXPECT_FALSE(state_.modalShown());
-    state_.requestContainerRemoval(QStringLiteral("c2"));
+    state_.requestContainerRemoval(2);
     EXPECT_TRUE(state_.confirmation()->message().contains(QLatin1String("container old?")));
     state_.confirmation()->dismissModal();
-    state_.requestImageRemoval(QString::fromStdString(fullID('b')));
+    state_.requestImageRemoval(6);
     EXPECT_TRUE(state_.confirmation()->message().startsWith(
         QLatin1String("Remove Untagged image (bbbbbbbbbbbb, 10MB) from Docker connection 'desktop'?")));
 }
@@ -217,9 +224,7 @@ TEST_F(ContentViewStateTest, requestsTheSelfUninstall) {
 TEST_F(ContentViewStateTest, stopsAContainerWithoutACode) {
     playDocker();
     ASSERT_TRUE(scan());
-    state_.stopContainer(QStringLiteral("gone"));
-    EXPECT_FALSE(controller_->isBusy());
-    state_.stopContainer(QStringLiteral("c1"));
+    state_.stopContainer(1);
     EXPECT_EQ(controller_->operationDescription(), QStringLiteral("Stopping web"));
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_TRUE(state_.modalShown());

@@ -352,7 +352,7 @@ TEST_F(ContentViewTest, disablesEverythingUnderneathAModal) {
 }
 
 TEST_F(ContentViewTest, tabNeverLeavesAModal) {
-    state().requestContainerRemoval(QStringLiteral("c2"));
+    state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     QSet<const QQuickItem*> visited;
     for (int step = 0; step < 12; ++step) {
@@ -370,7 +370,7 @@ TEST_F(ContentViewTest, tabNeverLeavesAModal) {
 }
 
 TEST_F(ContentViewTest, startsAConfirmationInTheCodeField) {
-    state().requestContainerRemoval(QStringLiteral("c2"));
+    state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil(
         [this] { return qobject_cast<ManualCodeTextView*>(view_->activeFocusItem()) != nullptr; }));
     press(Qt::Key_4, QStringLiteral("4"));
@@ -380,7 +380,7 @@ TEST_F(ContentViewTest, startsAConfirmationInTheCodeField) {
 }
 
 TEST_F(ContentViewTest, letsNoAssistiveToolWriteTheCode) {
-    state().requestContainerRemoval(QStringLiteral("c2"));
+    state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     QAccessibleInterface* const field = find("Type the eight digit confirmation code manually");
     ASSERT_NE(field, nullptr);
@@ -392,7 +392,7 @@ TEST_F(ContentViewTest, letsNoAssistiveToolWriteTheCode) {
 }
 
 TEST_F(ContentViewTest, confirmsWithTheTypedCodeAndReturn) {
-    state().requestContainerRemoval(QStringLiteral("c2"));
+    state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     press(Qt::Key_Return, QStringLiteral("\r"));
     EXPECT_TRUE(state().confirmation()->isPending());
@@ -415,7 +415,7 @@ TEST_F(ContentViewTest, confirmsWithTheTypedCodeAndReturn) {
 }
 
 TEST_F(ContentViewTest, dismissesAModalWithEscape) {
-    state().requestContainerRemoval(QStringLiteral("c2"));
+    state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     press(Qt::Key_1, QStringLiteral("1"));
     press(Qt::Key_Escape, QStringLiteral("\x1B"));
@@ -423,7 +423,7 @@ TEST_F(ContentViewTest, dismissesAModalWithEscape) {
     EXPECT_FALSE(model_->isBusy());
     EXPECT_TRUE(test::waitUntil([this] { return view_->activeFocusItem() != nullptr && !focusIsInModal(); }));
     // The next one starts empty.
-    state().requestContainerRemoval(QStringLiteral("c2"));
+    state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     EXPECT_EQ(state().confirmation()->confirmationInput(), QString());
 }

@@ -3,22 +3,27 @@
 #include <gmock/gmock.h>
 
 #include <set>
+#include <utility>
 
 namespace zentrill {
 namespace {
 
-using Kind = DockerRow::Kind;
+using Section = DockerHeading::Section;
+using Kind = DockerRemark::Kind;
+using testing::ElementsAre;
 
-constexpr const char* sizeNotice =
-    "Image sizes are virtual and layers may be shared. Their sum is not guaranteed "
-    "reclaimable disk space.";
+DockerRow heading(Section section, std::size_t count) {
+    return DockerHeading{.section = section, .count = count};
+}
 
-std::vector<std::pair<Kind, std::string>> lines(const std::vector<DockerRow>& rows) {
-    std::vector<std::pair<Kind, std::string>> result;
-    for (const DockerRow& row : rows) {
-        result.emplace_back(row.kind, row.text);
-    }
-    return result;
+DockerRow remark(Kind kind, QString text) {
+    return DockerRemark{.kind = kind, .text = std::move(text)};
+}
+
+DockerRow sizeNotice() {
+    return remark(Kind::notice,
+                  QStringLiteral("Image sizes are virtual and layers may be shared. Their sum is not "
+                                 "guaranteed reclaimable disk space."));
 }
 
 DockerImage image(std::vector<std::string> tags, DockerImageUsage usage, char digit = 'a') {
@@ -29,68 +34,53 @@ DockerImage image(std::vector<std::string> tags, DockerImageUsage usage, char di
 }
 
 TEST(DockerRowTest, saysWhenThereIsNothing) {
-    EXPECT_THAT(lines(dockerRows({}, {}, std::nullopt)),
-                ::testing::ElementsAre(std::pair(Kind::heading, "Containers (0)"),
-                                       std::pair(Kind::empty, "No Docker containers detected."),
-                                       std::pair(Kind::heading, "Images (0)"),
-                                       std::pair(Kind::notice, sizeNotice),
-                                       std::pair(Kind::empty, "No Docker images detected.")));
+    EXPECT_THAT(dockerRows({}, {}, QString()),
+                ElementsAre(heading(Section::containers, 0),
+                            remark(Kind::noContainers, QStringLiteral("No Docker containers detected.")),
+                            heading(Section::images, 0), sizeNotice(),
+                            remark(Kind::noImages, QStringLiteral("No Docker images detected."))));
 }
 
 TEST(DockerRowTest, listsContainersAndImagesUnderTheirCounts) {
-    const std::vector<DockerRow> rows =
-        dockerRows({{.id = "1", .name = "web", .image = "nginx", .status = "Up 3 minutes"},
-                    {.id = "2", .name = "old", .image = "redis", .status = "Exited (0) 2 hours ago"}},
-                   {image({"web:1", "web:2"}, DockerImageUsage::inUse)}, "Usage is uncertain.");
-    EXPECT_THAT(lines(rows),
-                ::testing::ElementsAre(
-                    std::pair(Kind::heading, "Containers (2)"), std::pair(Kind::container, "web"),
-                    std::pair(Kind::container, "old"), std::pair(Kind::heading, "Images (1)"),
-                    std::pair(Kind::notice, sizeNotice), std::pair(Kind::warning, "Usage is uncertain."),
-                    std::pair(Kind::image, "web:1, web:2")));
-    EXPECT_EQ(rows[1].detail, "nginx");
-    EXPECT_EQ(rows[1].status, "Up 3 minutes");
-    EXPECT_TRUE(rows[1].isActive);
-    EXPECT_FALSE(rows[2].isActive);
-    EXPECT_EQ(rows[6].detail, "aaaaaaaaaaaa");
-    EXPECT_EQ(rows[6].status, "1.24GB");
-    EXPECT_EQ(rows[6].recordID, "sha256:" + std::string(64, 'a'));
+    const DockerContainer web{.id = "1", .name = "web", .image = "nginx", .status = "Up 3 minutes"};
+    const DockerContainer old{.id = "2", .name = "old", .image = "redis", .status = "Exited (0) 2 hours ago"};
+    const DockerImage used = image({"web:1", "web:2"}, DockerImageUsage::inUse);
+    EXPECT_THAT(dockerRows({web, old}, {used}, QStringLiteral("Usage is uncertain.")),
+                ElementsAre(heading(Section::containers, 2), DockerRow(web), DockerRow(old),
+                            heading(Section::images, 1), sizeNotice(),
+                            remark(Kind::warning, QStringLiteral("Usage is uncertain.")), DockerRow(used)));
 }
 
-TEST(DockerRowTest, wordsTheUseOfAnImage) {
-    const auto row = [](DockerImageUsage usage) {
-        return dockerRows({}, {image({}, usage)}, std::nullopt).back();
-    };
-    EXPECT_EQ(row(DockerImageUsage::unused).usage, "Not used by a container");
-    EXPECT_EQ(row(DockerImageUsage::inUse).usage, "In use");
-    EXPECT_EQ(row(DockerImageUsage::unknown).usage, "Usage unknown");
-    EXPECT_FALSE(row(DockerImageUsage::unused).isActive);
-    EXPECT_TRUE(row(DockerImageUsage::inUse).isActive);
-    EXPECT_FALSE(row(DockerImageUsage::unknown).isActive);
-    EXPECT_EQ(row(DockerImageUsage::unknown).text, "Untagged image");
+TEST(DockerRowTest, countsInItsHeadings) {
+    EXPECT_EQ((DockerHeading{.section = Section::containers, .count = 12}.text()),
+              QStringLiteral("Containers (12)"));
+    EXPECT_EQ((DockerHeading{.section = Section::images, .count = 0}.text()), QStringLiteral("Images (0)"));
 }
 
-TEST(DockerRowTest, cutsAnIDWithoutPrefixAsItIs) {
-    const DockerImage bare{.imageID = "0123456789abcdef"};
-    EXPECT_EQ(dockerRows({}, {bare}, std::nullopt).back().detail, "0123456789ab");
+TEST(DockerRowTest, stopsAtRecordsAlone) {
+    EXPECT_TRUE(isDockerStop(DockerContainer{.id = "1"}));
+    EXPECT_TRUE(isDockerStop(image({}, DockerImageUsage::unused)));
+    EXPECT_FALSE(isDockerStop(heading(Section::images, 1)));
+    EXPECT_FALSE(isDockerStop(sizeNotice()));
 }
 
-TEST(DockerRowTest, givesEveryLineAnIDOfItsOwn) {
+TEST(DockerRowTest, givesEveryLineAKeyOfItsOwn) {
     // A container and an image of the same ID stay apart.
     DockerImage twin = image({}, DockerImageUsage::unused);
-    const std::vector<DockerRow> rows =
-        dockerRows({{.id = twin.imageID}}, {twin, image({}, DockerImageUsage::unused, 'b')}, "warning");
-    std::set<std::string> ids;
+    const std::vector<DockerRow> rows = dockerRows(
+        {{.id = twin.imageID}}, {twin, image({}, DockerImageUsage::unused, 'b')}, QStringLiteral("warning"));
+    ASSERT_EQ(rows.size(), 7U);
+    std::set<std::string> keys;
     for (const DockerRow& row : rows) {
-        ids.insert(row.id());
+        keys.insert(dockerRowKey(row));
     }
-    EXPECT_EQ(ids.size(), rows.size());
+    EXPECT_EQ(keys.size(), rows.size());
 }
 
-TEST(DockerRowTest, keepsTheIDOfAHeadingWhoseCountChanges) {
-    const std::vector<DockerRow> before = dockerRows({}, {}, std::nullopt);
-    const std::vector<DockerRow> after = dockerRows({{.id = "1"}}, {}, std::nullopt);
-    EXPECT_EQ(before.front().id(), after.front().id());
+TEST(DockerRowTest, keepsTheKeyOfAHeadingWhoseCountChanges) {
+    const std::vector<DockerRow> before = dockerRows({}, {}, QString());
+    const std::vector<DockerRow> after = dockerRows({{.id = "1"}}, {}, QString());
+    EXPECT_EQ(dockerRowKey(before.front()), dockerRowKey(after.front()));
     EXPECT_NE(before.front(), after.front());
 }
 

@@ -70,23 +70,34 @@ TEST(RowModelsTest, showsModelsWithTheirSizes) {
 TEST(RowModelsTest, namesTheKindsOfDockerRows) {
     const auto model = makeDockerListModel();
     model->setRecords(dockerRows({{.id = "c1", .name = "web", .image = "nginx", .status = "Up 1 second"}},
-                                 {{.imageID = "sha256:abc", .usage = DockerImageUsage::inUse}}, "careful"));
-    QStringList kinds;
+                                 {{.imageID = "sha256:abc", .usage = DockerImageUsage::inUse}},
+                                 QStringLiteral("careful")));
+    QStringList views;
     for (int row = 0; row < model->rowCount(); ++row) {
-        kinds.append(value(*model, row, "kind").toString());
+        views.append(value(*model, row, "view").toString());
     }
-    EXPECT_EQ(kinds,
+    EXPECT_EQ(views,
               QStringList({QStringLiteral("heading"), QStringLiteral("container"), QStringLiteral("heading"),
                            QStringLiteral("notice"), QStringLiteral("warning"), QStringLiteral("image")}));
-    EXPECT_EQ(value(*model, 1, "recordId"), QVariant(QStringLiteral("c1")));
     EXPECT_EQ(value(*model, 1, "name"), QVariant(QStringLiteral("web")));
     EXPECT_EQ(value(*model, 1, "detail"), QVariant(QStringLiteral("nginx")));
     EXPECT_EQ(value(*model, 1, "status"), QVariant(QStringLiteral("Up 1 second")));
-    EXPECT_EQ(value(*model, 1, "active_"), QVariant(true));
-    EXPECT_EQ(value(*model, 5, "usageText"), QVariant(QStringLiteral("In use")));
+    EXPECT_EQ(value(*model, 1, "inUse"), QVariant(true));
+    EXPECT_EQ(value(*model, 5, "name"), QVariant(QStringLiteral("Untagged image")));
+    EXPECT_EQ(value(*model, 5, "detail"), QVariant(QStringLiteral("abc")));
+    EXPECT_EQ(value(*model, 5, "inUse"), QVariant(true));
+    for (const auto& [usage, text] :
+         {std::pair(DockerImageUsage::inUse, QStringLiteral("In use")),
+          std::pair(DockerImageUsage::unused, QStringLiteral("Not used by a container")),
+          std::pair(DockerImageUsage::unknown, QStringLiteral("Usage unknown"))}) {
+        model->setRecords({DockerImage{.imageID = "sha256:abc", .size = "1.24GB", .usage = usage}});
+        EXPECT_EQ(value(*model, 0, "usageText"), QVariant(text));
+        EXPECT_EQ(value(*model, 0, "inUse"), QVariant(usage == DockerImageUsage::inUse));
+        EXPECT_EQ(value(*model, 0, "status"), QVariant(QStringLiteral("1.24GB")));
+    }
 
-    model->setRecords(dockerRows({}, {}, std::nullopt));
-    EXPECT_EQ(value(*model, 1, "kind"), QVariant(QStringLiteral("empty")));
+    model->setRecords(dockerRows({}, {}, QString()));
+    EXPECT_EQ(value(*model, 1, "view"), QVariant(QStringLiteral("empty")));
 }
 
 } // namespace

@@ -7,13 +7,13 @@ Loader {
 
     required property int index
     required property RecordList list
-    required property string kind
-    required property string recordId
+    // Which of the views below shows it.
+    required property string view
     required property string name
     required property string detail
     required property string status
     required property string usageText
-    required property bool active_
+    required property bool inUse
     required property ContentViewState state_
 
     readonly property bool current: ListView.isCurrentItem
@@ -26,9 +26,7 @@ Loader {
     // Wherever in the row the focus is, the arrow keys go on from this row.
     onActiveFocusChanged: if (activeFocus)
         list.currentIndex = index
-    sourceComponent: kind === "container" ? containerRow : kind === "image" ? imageRow
-                   : kind === "heading" ? heading : kind === "warning" ? warning
-                   : kind === "empty" ? empty : notice
+    sourceComponent: ({ heading, notice, warning, empty, container, image })[view]
 
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false
@@ -117,25 +115,25 @@ Loader {
     }
 
     Component {
-        id: containerRow
+        id: container
 
         ContainerRowView {
             focus: true
             name: line.name
             image: line.detail
             status: line.status
-            running: line.active_
+            running: line.inUse
             current: line.current
             marked: line.list.marksFocus
             actionsEnabled: line.state_.acceptsRequests
             onSelected: line.select()
-            onStopRequested: line.state_.stopContainer(line.recordId)
-            onDeleteRequested: line.state_.requestContainerRemoval(line.recordId)
+            onStopRequested: line.state_.stopContainer(line.index)
+            onDeleteRequested: line.state_.requestContainerRemoval(line.index)
         }
     }
 
     Component {
-        id: imageRow
+        id: image
 
         DockerImageRowView {
             focus: true
@@ -143,12 +141,12 @@ Loader {
             shortId: line.detail
             size: line.status
             usageText: line.usageText
-            inUse: line.active_
+            inUse: line.inUse
             current: line.current
             marked: line.list.marksFocus
             actionsEnabled: line.state_.acceptsRequests
             onSelected: line.select()
-            onRemoveRequested: line.state_.requestImageRemoval(line.recordId)
+            onRemoveRequested: line.state_.requestImageRemoval(line.index)
         }
     }
 }
