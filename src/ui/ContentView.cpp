@@ -50,7 +50,7 @@ ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
     connect(state_.get(), &ContentViewState::windowShownChanged, this, [this] {
         disconnect(this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown);
     });
-    setInitialProperties({{QStringLiteral("state_"), QVariant::fromValue(state_.get())}});
+    setInitialProperties({{QStringLiteral("viewState"), QVariant::fromValue(state_.get())}});
     // What comes in later than the first frame.
     connect(state_.get(), &ContentViewState::partFailed, this, &ContentView::reportFailure);
     setSource(source);

@@ -5,7 +5,7 @@ import Zentrill
 Rectangle {
     id: footer
 
-    required property ContentViewState state_
+    required property ContentViewState viewState
 
     implicitHeight: 76
     color: WarmPalette.canvas
@@ -22,7 +22,7 @@ Rectangle {
         anchors.right: uninstall.left
         anchors.rightMargin: 14
         anchors.verticalCenter: parent.verticalCenter
-        text: footer.state_.selectionCount
+        text: footer.viewState.selectionCount
         textFormat: Text.PlainText
         font: Typography.caption
         color: WarmPalette.secondary
@@ -40,8 +40,8 @@ Rectangle {
         sidePadding: 16
         kind: "primary"
         text: qsTr("Uninstall Selected")
-        enabled: footer.state_.canUninstall
-        onClicked: footer.state_.requestUninstall()
+        enabled: footer.viewState.canUninstall
+        onClicked: footer.viewState.requestUninstall()
     }
 
     // Comes last for keyboard and screen reader: one key there turns the protection off.
@@ -55,16 +55,16 @@ Rectangle {
 
         ShieldSwitch {
             text: qsTr("Safety Shield")
-            checked: footer.state_.controller.preserveCredentials
-            onToggled: footer.state_.controller.preserveCredentials = checked
+            checked: footer.viewState.controller.preserveCredentials
+            onToggled: footer.viewState.controller.preserveCredentials = checked
             Accessible.name: qsTr("Safety Shield, retains recognized credentials and uncertain data when on")
         }
 
         ElidedText {
             width: parent.width
-            text: footer.state_.shieldCaption
+            text: footer.viewState.shieldCaption
             font: Typography.caption
-            color: footer.state_.controller.preserveCredentials ? WarmPalette.secondary : WarmPalette.danger
+            color: footer.viewState.controller.preserveCredentials ? WarmPalette.secondary : WarmPalette.danger
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }

@@ -4,7 +4,7 @@ import Zentrill
 Item {
     id: pane
 
-    required property ContentViewState state_
+    required property ContentViewState viewState
     // What takes the focus where nothing else can.
     readonly property Item entrance: rows
 
@@ -13,7 +13,7 @@ Item {
 
         anchors.fill: parent
         anchors.bottomMargin: footer.height
-        model: pane.state_.applications
+        model: pane.viewState.applications
         focus: true
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Applications")
@@ -21,7 +21,7 @@ Item {
         delegate: AppRowView {
             width: rows.rowWidth
             list: rows
-            onToggleSelection: pane.state_.toggleApplication(index)
+            onToggleSelection: pane.viewState.toggleApplication(index)
         }
     }
 
@@ -31,6 +31,6 @@ Item {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
-        state_: pane.state_
+        viewState: pane.viewState
     }
 }

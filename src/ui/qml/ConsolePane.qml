@@ -4,7 +4,7 @@ import Zentrill
 Item {
     id: pane
 
-    required property ContentViewState state_
+    required property ContentViewState viewState
     // What takes the focus where nothing else can.
     readonly property Item entrance: list
 
@@ -17,8 +17,8 @@ Item {
         anchors.bottomMargin: bar.height
         focus: true
         markMargin: 4
-        model: pane.state_.logs
-        selection: pane.state_.logSelection
+        model: pane.viewState.logs
+        selection: pane.viewState.logSelection
         mark: ">"
         Accessible.name: qsTr("Activity log")
     }
@@ -54,7 +54,7 @@ Item {
             anchors.left: parent.left
             anchors.leftMargin: 20
             anchors.verticalCenter: parent.verticalCenter
-            text: pane.state_.logCountText
+            text: pane.viewState.logCountText
             textFormat: Text.PlainText
             font: Typography.caption
             color: WarmPalette.tertiary
@@ -78,7 +78,7 @@ Item {
                 iconName: "trash"
                 text: qsTr("Clear Console")
                 enabled: !pane.empty
-                onClicked: pane.state_.controller.clearLogs()
+                onClicked: pane.viewState.controller.clearLogs()
             }
         }
     }

@@ -5,7 +5,7 @@ import Zentrill
 FocusScope {
     id: view
 
-    required property ContentViewState state_
+    required property ContentViewState viewState
 
     // Keeps what a person did in a pane (where it was scrolled to) while another one is shown.
     component Pane: Loader {
@@ -13,8 +13,8 @@ FocusScope {
 
         required property string tab
         required property url page
-        readonly property bool shown: view.state_.selectedPane === tab
-        readonly property bool wanted: shown && view.state_.windowShown
+        readonly property bool shown: view.viewState.selectedPane === tab
+        readonly property bool wanted: shown && view.viewState.windowShown
 
         anchors.fill: parent
         visible: shown
@@ -23,17 +23,17 @@ FocusScope {
         function load() {
             if (wanted && status === Loader.Null)
                 setSource(page, {
-                    state_: view.state_
+                    viewState: view.viewState
                 });
         }
 
         onWantedChanged: load()
         onLoaded: Qt.callLater(view.settleFocus)
-        onStatusChanged: if (status === Loader.Error) view.state_.reportFailedPart(source)
+        onStatusChanged: if (status === Loader.Error) view.viewState.reportFailedPart(source)
         Component.onCompleted: load()
     }
 
-    readonly property bool modal: state_.modalShown
+    readonly property bool modal: viewState.modalShown
 
     // Something can have been hidden or disabled while it had the focus, or was chosen to get it back.
     readonly property Item focused: Window.activeFocusItem
@@ -80,7 +80,7 @@ FocusScope {
             anchors.top: parent.top
             anchors.bottom: parent.bottom
             anchors.left: parent.left
-            state_: view.state_
+            viewState: view.viewState
         }
 
         Header {
@@ -89,7 +89,7 @@ FocusScope {
             anchors.left: sidebar.right
             anchors.right: parent.right
             anchors.top: parent.top
-            state_: view.state_
+            viewState: view.viewState
         }
 
         FocusScope {
@@ -138,10 +138,10 @@ FocusScope {
 
         anchors.fill: parent
         focus: wanted
-        onStatusChanged: if (status === Loader.Error) view.state_.reportFailedPart(source)
+        onStatusChanged: if (status === Loader.Error) view.viewState.reportFailedPart(source)
         onWantedChanged: if (wanted)
             setSource("ModalOverlay.qml", {
-                state_: view.state_,
+                viewState: view.viewState,
                 focus: true
             });
         else

@@ -14,7 +14,7 @@ Loader {
     required property string status
     required property string usageText
     required property bool inUse
-    required property ContentViewState state_
+    required property ContentViewState viewState
 
     readonly property bool current: ListView.isCurrentItem
 
@@ -125,10 +125,10 @@ Loader {
             running: line.inUse
             current: line.current
             marked: line.list.marksFocus
-            actionsEnabled: line.state_.acceptsRequests
+            actionsEnabled: line.viewState.acceptsRequests
             onSelected: line.select()
-            onStopRequested: line.state_.stopContainer(line.index)
-            onDeleteRequested: line.state_.requestContainerRemoval(line.index)
+            onStopRequested: line.viewState.stopContainer(line.index)
+            onDeleteRequested: line.viewState.requestContainerRemoval(line.index)
         }
     }
 
@@ -144,9 +144,9 @@ Loader {
             inUse: line.inUse
             current: line.current
             marked: line.list.marksFocus
-            actionsEnabled: line.state_.acceptsRequests
+            actionsEnabled: line.viewState.acceptsRequests
             onSelected: line.select()
-            onRemoveRequested: line.state_.requestImageRemoval(line.index)
+            onRemoveRequested: line.viewState.requestImageRemoval(line.index)
         }
     }
 }

@@ -4,7 +4,7 @@ import Zentrill
 Item {
     id: header
 
-    required property ContentViewState state_
+    required property ContentViewState viewState
 
     implicitHeight: 98
 
@@ -21,7 +21,7 @@ Item {
         anchors.topMargin: 20
         height: 30
         verticalAlignment: Text.AlignVCenter
-        text: header.state_.title
+        text: header.viewState.title
         font: Typography.title
         color: WarmPalette.paper
         Accessible.role: Accessible.Heading
@@ -35,10 +35,10 @@ Item {
         anchors.rightMargin: 20
         anchors.verticalCenter: title.verticalCenter
         iconName: "arrow.clockwise"
-        spinning: header.state_.controller.isScanning
-        text: header.state_.controller.isScanning ? qsTr("Scanning...") : qsTr("Scan System")
-        enabled: !header.state_.controller.isScanning
-        onClicked: header.state_.controller.scanSystem()
+        spinning: header.viewState.controller.isScanning
+        text: header.viewState.controller.isScanning ? qsTr("Scanning...") : qsTr("Scan System")
+        enabled: !header.viewState.controller.isScanning
+        onClicked: header.viewState.controller.scanSystem()
     }
 
     ElidedText {
@@ -51,7 +51,7 @@ Item {
         anchors.top: title.bottom
         anchors.topMargin: 6
         height: 24
-        text: header.state_.subtitle
+        text: header.viewState.subtitle
         font: Typography.body
         color: WarmPalette.secondary
         Accessible.role: Accessible.StaticText
@@ -65,7 +65,7 @@ Item {
         anchors.rightMargin: 20
         anchors.verticalCenter: subtitle.verticalCenter
         spacing: 8
-        visible: header.state_.controller.isBusy
+        visible: header.viewState.controller.isBusy
 
         BusySpinner {
             anchors.verticalCenter: parent.verticalCenter
@@ -75,7 +75,7 @@ Item {
         ElidedText {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, Math.max(110, header.width - 40 - subtitle.implicitWidth - cancel.width - 14 - 40))
-            text: header.state_.controller.operationDescription
+            text: header.viewState.controller.operationDescription
             font: Typography.body
             color: WarmPalette.secondary
             Accessible.role: Accessible.StaticText
@@ -89,8 +89,8 @@ Item {
             implicitHeight: 26
             font: Typography.name
             text: qsTr("Cancel")
-            enabled: header.state_.controller.canCancelOperation
-            onClicked: header.state_.controller.cancelOperation()
+            enabled: header.viewState.controller.canCancelOperation
+            onClicked: header.viewState.controller.cancelOperation()
         }
     }
 

@@ -5,11 +5,11 @@ import Zentrill
 FocusScope {
     id: overlay
 
-    required property ContentViewState state_
+    required property ContentViewState viewState
 
-    readonly property bool showsResult: state_.resultShown
+    readonly property bool showsResult: viewState.resultShown
 
-    Keys.onEscapePressed: state_.confirmation.dismissModal()
+    Keys.onEscapePressed: viewState.confirmation.dismissModal()
 
     // Tab stays among the modal's own controls.
     Keys.onTabPressed: step(true)
@@ -27,7 +27,7 @@ FocusScope {
     onActiveFocusChanged: if (!activeFocus) Qt.callLater(overlay.keepFocus)
 
     function keepFocus() {
-        if (state_.modalShown && !activeFocus)
+        if (viewState.modalShown && !activeFocus)
             forceActiveFocus(Qt.PopupFocusReason);
     }
 
@@ -53,7 +53,7 @@ FocusScope {
         id: confirmation
 
         ConfirmationModal {
-            confirmation: overlay.state_.confirmation
+            confirmation: overlay.viewState.confirmation
             room: overlay.height - 40
         }
     }
@@ -63,8 +63,8 @@ FocusScope {
 
         ResultModalContents {
             room: overlay.height - 40
-            state_: overlay.state_
-            onDismiss: overlay.state_.confirmation.dismissModal()
+            viewState: overlay.viewState
+            onDismiss: overlay.viewState.confirmation.dismissModal()
         }
     }
 }

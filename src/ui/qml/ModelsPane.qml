@@ -4,7 +4,7 @@ import Zentrill
 Item {
     id: pane
 
-    required property ContentViewState state_
+    required property ContentViewState viewState
     // What takes the focus where nothing else can.
     readonly property Item entrance: rows
 
@@ -13,15 +13,15 @@ Item {
 
         anchors.fill: parent
         focus: true
-        model: pane.state_.models
+        model: pane.viewState.models
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Local models")
 
         delegate: LocalModelRowView {
             width: rows.rowWidth
             list: rows
-            deletable: pane.state_.acceptsRequests
-            onDeleteRequested: pane.state_.requestModelDeletion(index)
+            deletable: pane.viewState.acceptsRequests
+            onDeleteRequested: pane.viewState.requestModelDeletion(index)
         }
     }
 

@@ -5,10 +5,10 @@ import Zentrill
 ModalCard {
     id: modal
 
-    required property ContentViewState state_
+    required property ContentViewState viewState
 
-    readonly property ResultState result: state_.result
-    readonly property UninstallerViewModel controller: state_.controller
+    readonly property ResultState result: viewState.result
+    readonly property UninstallerViewModel controller: viewState.controller
     // The card's height at most.
     required property real room
 
@@ -32,7 +32,7 @@ ModalCard {
     // It is announced itself; its button takes over once the result can have been seen, so that a Return which
     // was meant for something else does not dismiss it.
     focus: true
-    readonly property bool seen: state_.input.settled
+    readonly property bool seen: viewState.input.settled
     onSeenChanged: if (seen && focus)
         ok.forceActiveFocus(Qt.PopupFocusReason)
 

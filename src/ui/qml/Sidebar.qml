@@ -4,10 +4,10 @@ import Zentrill
 Rectangle {
     id: sidebar
 
-    required property ContentViewState state_
+    required property ContentViewState viewState
 
     // The row of the pane that is shown.
-    readonly property Item selectedItem: panes.itemAt(state_.selectedRow)
+    readonly property Item selectedItem: panes.itemAt(viewState.selectedRow)
 
     color: WarmPalette.sidebar
 
@@ -59,10 +59,10 @@ Rectangle {
         Keys.onDownPressed: step(1)
 
         function step(by: int) {
-            const row = Math.max(0, Math.min(panes.count - 1, sidebar.state_.selectedRow + by));
+            const row = Math.max(0, Math.min(panes.count - 1, sidebar.viewState.selectedRow + by));
             // In this order: only the chosen one is a tab stop, and what has the focus has to stay one.
             panes.itemAt(row).forceActiveFocus(Qt.TabFocusReason);
-            sidebar.state_.selectRow(row);
+            sidebar.viewState.selectRow(row);
         }
 
         Repeater {
@@ -97,8 +97,8 @@ Rectangle {
                 width: items.width
                 title: modelData.title
                 iconName: modelData.icon
-                isSelected: sidebar.state_.selectedTab === modelData.tab
-                onClicked: sidebar.state_.selectedTab = modelData.tab
+                isSelected: sidebar.viewState.selectedTab === modelData.tab
+                onClicked: sidebar.viewState.selectedTab = modelData.tab
             }
         }
     }
@@ -112,9 +112,9 @@ Rectangle {
         anchors.margins: 12
         implicitHeight: 36
         text: qsTr("Uninstall Zentrill")
-        enabled: sidebar.state_.acceptsRequests
+        enabled: sidebar.viewState.acceptsRequests
         opacity: enabled ? 1 : 0.6
-        onClicked: sidebar.state_.requestSelfUninstall()
+        onClicked: sidebar.viewState.requestSelfUninstall()
         Accessible.role: Accessible.Button
         Accessible.name: text
         Accessible.pressed: down
