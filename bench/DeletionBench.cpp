@@ -6,19 +6,19 @@
 // FOLDER ...
 
 #include "BenchRun.h"
+#include "BenchTree.h"
 #include "deletion/SafeDeletionEngine.h"
 
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
 using namespace zentrill;
+using bench::makeTree;
 
 /// What the program does when it runs itself, so that both sides of a comparison are processes.
 int deleteOnce(std::string_view how, const std::string& path) {
@@ -30,24 +30,6 @@ int deleteOnce(std::string_view how, const std::string& path) {
                                     how == "unheld" ? DeletionDomain{} : DeletionDomain::ofThisMachine());
     const DeletionReport report = engine.deleteItem(path, options);
     return report.succeeded() && (how == "keep") == report.removed.empty() ? 0 : 1;
-}
-
-void makeTree(const std::string& path, int folders, int filesPerFolder) {
-    ::mkdir(path.c_str(), 0700);
-    for (int folder = 0; folder < folders; ++folder) {
-        const std::string name = path + "/folder-" + std::to_string(folder);
-        ::mkdir(name.c_str(), 0700);
-        const int directory = ::open(name.c_str(), O_DIRECTORY | O_CLOEXEC);
-        for (int file = 0; file < filesPerFolder; ++file) {
-            const std::string entry = "file-" + std::to_string(file) + ".bin";
-            ::close(::openat(directory, entry.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
-        }
-        ::close(directory);
-    }
-    // On disk nobody is to pay for writing down what the other one made.
-    const int top = ::open(path.c_str(), O_DIRECTORY | O_CLOEXEC);
-    ::syncfs(top);
-    ::close(top);
 }
 
 class Bench {
@@ -125,15 +107,6 @@ private:
     std::string self_;
 };
 
-std::string makeFolder(const std::string& parent) {
-    std::string folder = parent + "/zentrill-bench-XXXXXX";
-    if (::mkdtemp(folder.data()) == nullptr) {
-        std::perror(folder.c_str());
-        std::exit(1);
-    }
-    return folder;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -141,8 +114,8 @@ int main(int argc, char** argv) {
     if (argc == 4 && arguments[1] == "--delete") {
         return deleteOnce(arguments[2], arguments[3]);
     }
-    const std::string memory = makeFolder(argc > 1 ? arguments[1] : std::getenv("ZENTRILL_MEMORY"));
-    const std::string disk = makeFolder(argc > 2 ? arguments[2] : std::getenv("TMPDIR"));
+    const std::string memory = bench::makeFolder(argc > 1 ? arguments[1] : std::getenv("ZENTRILL_MEMORY"));
+    const std::string disk = bench::makeFolder(argc > 2 ? arguments[2] : std::getenv("TMPDIR"));
     const Bench bench("/proc/self/exe");
     bench.againstRm("deletion.tree-200k-memory", memory, 0.65, 400, 500, 9);
     bench.againstRm("deletion.one-folder-400k-memory", memory, 1.05, 1, 400000, 5);

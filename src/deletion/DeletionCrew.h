@@ -11,7 +11,7 @@
 
 namespace zentrill {
 
-/// A part of one deletion that any thread can do by itself.
+/// A part of one deletion, or of its plan, that any thread can do by itself.
 class DeletionJob {
 public:
     DeletionJob() = default;
@@ -35,7 +35,7 @@ private:
     std::atomic<bool> finished_{false};
 };
 
-/// The threads that take part in one deletion beside the one that began it.
+/// The threads that take part in one deletion, or in its plan, beside the one that began it.
 ///
 /// Whoever offers a job withdraws it or awaits its end. Only a short queue is kept: what nobody can take soon
 /// is better done where it was found, and every waiting job holds a descriptor.

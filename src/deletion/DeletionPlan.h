@@ -16,7 +16,7 @@ class EarlierPlans;
 struct PlanOptions {
     /// How many items and failures of each kind are listed; the others are only counted.
     std::size_t listedItems = 100;
-    /// Asked before each entry; its first "yes" ends the plan.
+    /// Asked before each entry, on several threads at once; its first "yes" ends the plan.
     std::function<bool()> shouldStop{}; // NOLINT(readability-redundant-member-init): GCC warns
     /// The deletions that come first, which this one is added to; null where it is the only one.
     EarlierPlans* earlier = nullptr;
@@ -27,7 +27,7 @@ struct PlanOptions {
 struct DeletionPlan {
     struct Item {
         std::string path;
-        /// Logical size in bytes; of a folder that goes, what goes with it.
+        /// Logical size in bytes; of a folder that goes, what goes with it, under whatever names.
         std::int64_t logicalBytes = 0;
         bool isFolder = false;
 

@@ -1,42 +1,43 @@
 #pragma once
 
 #include "deletion/DeletionCrew.h"
-#include "deletion/DeletionOutcome.h"
 #include "deletion/ItemPaths.h"
 #include "platform/DirectoryHandle.h"
 #include "platform/EntryStatus.h"
 
 #include <functional>
+#include <utility>
 
 namespace zentrill {
 
-/// A folder that a walk leaves to another thread.
+/// What there is to know of a folder that a walk leaves to another thread.
+struct SubtreeTask {
+    /// A handle of its own on the folder that holds it.
+    DirectoryHandle parent;
+    ItemPaths paths;
+    /// The item of the whole deletion.
+    FileIdentity item;
+};
+
+/// A folder that a walk leaves to another thread, which walks through it with an `Outcome`.
+template <typename Outcome>
 class DeletionSubtree : public DeletionJob {
 public:
-    /// What there is to know of the folder.
-    struct Task {
-        /// A handle of its own on the folder that holds it.
-        DirectoryHandle parent;
-        ItemPaths paths;
-        /// The item of the whole deletion.
-        FileIdentity item;
-    };
+    /// Walks through a folder; `mayHelp` as for `DeletionCrew::await`.
+    using Walker = std::function<Outcome(SubtreeTask task, bool mayHelp)>;
 
-    /// Removes a folder; `mayHelp` as for `DeletionCrew::await`.
-    using Remover = std::function<DeletionOutcome(Task task, bool mayHelp)>;
-
-    /// `remove` outlives the job.
-    DeletionSubtree(const Remover& remove, Task task);
+    /// `walk` outlives the job.
+    DeletionSubtree(const Walker& walk, SubtreeTask task) : walk_(walk), task_(std::move(task)) {}
 
     /// What became of it; once it is finished.
-    [[nodiscard]] DeletionOutcome& outcome() noexcept { return outcome_; }
+    [[nodiscard]] Outcome& outcome() noexcept { return outcome_; }
 
 private:
-    void run(bool mayHelp) override;
+    void run(bool mayHelp) override { outcome_ = walk_(std::move(task_), mayHelp); }
 
-    const Remover& remove_;
-    Task task_;
-    DeletionOutcome outcome_;
+    const Walker& walk_;
+    SubtreeTask task_;
+    Outcome outcome_;
 };
 
 } // namespace zentrill

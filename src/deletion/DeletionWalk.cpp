@@ -30,8 +30,7 @@ DeletionWalk::DeletionWalk(const DeletionRules& rules, std::string path, std::st
       moved_(stack_),
       held_(rules.domain) {}
 
-DeletionWalk::DeletionWalk(const DeletionRules& rules, DeletionSubtree::Task task, DeletionCrew& crew,
-                           bool mayHelp)
+DeletionWalk::DeletionWalk(const DeletionRules& rules, SubtreeTask task, DeletionCrew& crew, bool mayHelp)
     : rules_(rules),
       paths_(std::move(task.paths)),
       itemName_(paths_.name()),
@@ -43,11 +42,11 @@ DeletionWalk::DeletionWalk(const DeletionRules& rules, DeletionSubtree::Task tas
     moved_.setItem(task.item);
 }
 
-HandedOverFolders::Walk DeletionWalk::lend() {
+HandedOverFolders<DeletionOutcome>::Walk DeletionWalk::lend() {
     return {.stack = stack_,
             .record = record_,
-            .remove =
-                [this](DeletionSubtree::Task task, DeletionCrew& crew, bool mayHelp) {
+            .subtree =
+                [this](SubtreeTask task, DeletionCrew& crew, bool mayHelp) {
                     return DeletionWalk(rules_, std::move(task), crew, mayHelp).runHere();
                 },
             .finished =

@@ -51,14 +51,14 @@ private:
 
     /// For a folder that another walk of the same deletion left to this thread; `mayHelp` is as for
     /// `DeletionCrew::await`.
-    DeletionWalk(const DeletionRules& rules, DeletionSubtree::Task task, DeletionCrew& crew, bool mayHelp);
+    DeletionWalk(const DeletionRules& rules, SubtreeTask task, DeletionCrew& crew, bool mayHelp);
 
     [[nodiscard]] DeletionOutcome runHere();
     [[nodiscard]] DeletionOutcome outcome();
     /// Removes what the item, just entered, holds.
     void empty();
 
-    [[nodiscard]] HandedOverFolders::Walk lend();
+    [[nodiscard]] HandedOverFolders<DeletionOutcome>::Walk lend();
 
     /// Of the top directory.
     [[nodiscard]] Folder& folder() { return folders_[stack_.depth() - 1]; }
@@ -92,8 +92,8 @@ private:
     DirectoryStack stack_;
     /// One for each directory of the stack; the others keep their memory for the next one.
     std::vector<Folder> folders_;
-    OrderedRecord record_;
-    HandedOverFolders handedOver_;
+    OrderedRecord<DeletionRecord> record_;
+    HandedOverFolders<DeletionOutcome> handedOver_;
     MovedFolder moved_;
     /// A folder of the top directory, on another thread, was found to be in a moved one.
     bool movedAround_ = false;

@@ -2,44 +2,60 @@
 
 #include "deletion/DeletionConcurrency.h"
 #include "deletion/DeletionCrew.h"
-#include "deletion/DeletionOutcome.h"
 #include "deletion/DeletionSubtree.h"
 #include "deletion/ItemPaths.h"
 #include "deletion/OrderedRecord.h"
+#include "platform/DirectoryHandle.h"
 #include "platform/DirectoryStack.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <optional>
+#include <ranges>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zentrill {
 
-/// The folders that a walk leaves to other threads, each with its place in the walk's record.
+/// The folders that a walk leaves to other threads, each with its place in the walk's record. `Outcome` is
+/// what a walk comes to, its `record` included.
 ///
 /// They belong to the directory that was on top of the walk's stack when they were handed over, and are all
 /// seen to their end by `takeBack` before the walk leaves that directory.
+template <typename Outcome>
 class HandedOverFolders {
+    using Record = OrderedRecord<decltype(Outcome::record)>;
+    using Subtree = DeletionSubtree<Outcome>;
+
 public:
     /// What the walk lends. The functions outlive this object; so does the rest.
     struct Walk {
         const DirectoryStack& stack;
-        OrderedRecord& record;
-        /// Removes a folder on the thread that takes it.
-        std::function<DeletionOutcome(DeletionSubtree::Task task, DeletionCrew& crew, bool mayHelp)> remove;
+        Record& record;
+        /// Walks through a folder on the thread that takes it.
+        std::function<Outcome(SubtreeTask task, DeletionCrew& crew, bool mayHelp)> subtree;
         /// Told what became of a folder of the top directory.
-        std::function<void(const DeletionOutcome& outcome)> finished;
+        std::function<void(const Outcome& outcome)> finished;
     };
 
-    /// For the walk that begins a deletion: the other threads are started once it pays.
-    HandedOverFolders(Walk walk, const DeletionConcurrency& concurrency);
+    /// For the walk that begins it all: the other threads are started once it pays.
+    HandedOverFolders(Walk walk, const DeletionConcurrency& concurrency)
+        : walk_(std::move(walk)), concurrency_(concurrency), walker_([this](SubtreeTask task, bool mayHelp) {
+              return walk_.subtree(std::move(task), *crew_, mayHelp);
+          }) {}
 
     /// For the walk of a handed-over folder; `mayHelp` as for `DeletionCrew::await`.
-    HandedOverFolders(Walk walk, DeletionCrew& crew, bool mayHelp);
+    HandedOverFolders(Walk walk, DeletionCrew& crew, bool mayHelp)
+        : HandedOverFolders(std::move(walk), DeletionConcurrency{}) {
+        crew_ = &crew;
+        mayHelp_ = mayHelp;
+    }
 
-    ~HandedOverFolders();
+    ~HandedOverFolders() = default;
 
     HandedOverFolders(const HandedOverFolders&) = delete;
     HandedOverFolders(HandedOverFolders&&) = delete;
@@ -47,37 +63,107 @@ public:
     HandedOverFolders& operator=(HandedOverFolders&&) = delete;
 
     /// Whether another thread has too little to do, after the walk has handled that many entries.
-    [[nodiscard]] bool areWanted(std::size_t handledEntries);
+    [[nodiscard]] bool areWanted(std::size_t handledEntries) {
+        if (crew_ == nullptr && concurrency_.threads > 1 && handledEntries > concurrency_.afterEntries) {
+            ownCrew_ = std::make_unique<DeletionCrew>(concurrency_.threads - 1);
+            crew_ = ownCrew_.get();
+        }
+        return crew_ != nullptr && crew_->wantsJobs();
+    }
 
     /// Leaves the folder `name` of the top directory, whose paths are `paths`, to whichever thread takes it;
     /// false if it cannot. `item` is that of the whole deletion.
-    [[nodiscard]] bool handOver(const char* name, ItemPaths paths, const FileIdentity& item);
+    [[nodiscard]] bool handOver(const char* name, ItemPaths paths, const FileIdentity& item) {
+        DirectoryHandle parent;
+        if (walk_.stack.directory().duplicate(parent) != 0) {
+            return false;
+        }
+        absorbFinished();
+        auto subtree = std::make_shared<Subtree>(
+            walker_, SubtreeTask{.parent = std::move(parent), .paths = std::move(paths), .item = item});
+        folders_.push_back({.depth = walk_.stack.depth(),
+                            .name = name,
+                            .place = walk_.record.keepPlace(),
+                            .subtree = subtree});
+        crew_->offer(std::move(subtree));
+        return true;
+    }
 
     /// Waits for what was handed over in the top directory. What nobody has begun comes back, one folder at a
-    /// time: its name, for the walk to remove now, which is recorded in the folder's own place.
-    [[nodiscard]] std::optional<std::string> takeBack();
+    /// time: its name, for the walk to go through now, which is recorded in the folder's own place.
+    [[nodiscard]] std::optional<std::string> takeBack() {
+        while (!folders_.empty() && isOfTop(folders_.back())) {
+            Folder& last = folders_.back();
+            if (last.subtree && crew_->withdraw(*last.subtree)) {
+                last.subtree.reset();
+                if (walk_.stack.directory()) {
+                    walk_.record.goTo(last.place);
+                    return std::move(last.name);
+                }
+                // The directory is out of reach, and reported so.
+            }
+            finishLast();
+        }
+        return std::nullopt;
+    }
 
     /// The same where the top directory is to be left as it is: what nobody has begun is dropped.
-    void drop();
+    void drop() {
+        while (!folders_.empty() && isOfTop(folders_.back())) {
+            Folder& last = folders_.back();
+            if (last.subtree && crew_->withdraw(*last.subtree)) {
+                last.subtree.reset();
+            }
+            finishLast();
+        }
+    }
 
 private:
     struct Folder {
         std::size_t depth;
         std::string name;
-        OrderedRecord::Place place;
+        typename Record::Place place;
         /// Null when it came back.
-        std::shared_ptr<DeletionSubtree> subtree;
+        std::shared_ptr<Subtree> subtree;
     };
 
     [[nodiscard]] bool isOfTop(const Folder& folder) const { return folder.depth == walk_.stack.depth(); }
 
-    void finishLast();
-    void absorbFinished();
-    void absorb(Folder& folder);
+    void finishLast() {
+        Folder& last = folders_.back();
+        if (last.subtree) {
+            crew_->await(*last.subtree, mayHelp_);
+            absorb(last);
+        } else {
+            walk_.record.close(last.place);
+        }
+        folders_.pop_back();
+    }
+
+    /// Keeps the list short, however many folders there are and however long one of them takes.
+    void absorbFinished() {
+        const auto ofTop = [this](const Folder& folder) { return isOfTop(folder); };
+        const auto first = std::ranges::find_if_not(folders_ | std::views::reverse, ofTop).base();
+        const auto isDone = [this](Folder& folder) {
+            const bool finished = folder.subtree->isFinished();
+            if (finished) {
+                absorb(folder);
+            }
+            return finished;
+        };
+        folders_.erase(std::remove_if(first, folders_.end(), isDone), folders_.end());
+    }
+
+    void absorb(Folder& folder) {
+        Outcome& outcome = folder.subtree->outcome();
+        ++outcome.record.foldersOfOthers;
+        walk_.finished(outcome);
+        walk_.record.fill(folder.place, std::move(outcome.record));
+    }
 
     Walk walk_;
     DeletionConcurrency concurrency_;
-    DeletionSubtree::Remover remove_;
+    typename Subtree::Walker walker_;
     /// Set in the walk that began it all.
     std::unique_ptr<DeletionCrew> ownCrew_;
     DeletionCrew* crew_ = nullptr;

@@ -67,8 +67,10 @@ DeletionPlan SafeDeletionEngine::plan(const std::string& atPath, const DeletionO
     const DeletionRules rules{.shield = options.preserveCredentials ? &shield : nullptr,
                               .preserveUnrecognized =
                                   options.preserveCredentials && options.preserveUnrecognized,
-                              .mayRemove = mayRemove_};
-    DeletionPlan plan = PlanWalk(rules, planOptions, atPath, standardized, std::move(parent.handle)).run();
+                              .mayRemove = mayRemove_,
+                              .concurrency = concurrency_};
+    PlanWalk walk(rules, planOptions, atPath, standardized, std::move(parent.handle));
+    DeletionPlan plan = walk.run().plan;
     if (planOptions.earlier != nullptr) {
         planOptions.earlier->add(standardized, plan.itemGoes);
     }

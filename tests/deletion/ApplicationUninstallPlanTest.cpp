@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -276,13 +277,13 @@ TEST_F(ApplicationUninstallPlans, EndWhenTheyAreToldTo) {
     make("~/Library/Application Support/com.openai.chat/state");
     make("~/.codex/.ssh/id");
     for (int most = 1; most < 30; ++most) {
-        int asked = 0;
+        std::atomic<int> asked = 0;
         const ApplicationUninstallPlan some =
             plan("ChatGPT", true, {.shouldStop = [&asked, most] { return ++asked == most; }});
         EXPECT_EQ(some.stopped, asked >= most) << most;
-        EXPECT_LE(asked, most) << "a stopped plan asks no more";
+        EXPECT_LE(asked, most + 3) << "a stopped plan asks no more, but each thread may be about to";
     }
-    int asked = 0;
+    std::atomic<int> asked = 0;
     const ApplicationUninstallPlan oneEntry =
         plan("VendorApp", false, {.shouldStop = [&asked] { return ++asked == 2; }});
     EXPECT_TRUE(oneEntry.stopped);

@@ -214,8 +214,9 @@ TEST_F(DeletionPlans, EndWhenTheyAreToldTo) {
         folder_.makeFile("tree/" + std::to_string(i));
     }
     int asked = 0;
+    const SafeDeletionEngine alone(FileSystem::shared(), {}, {}, DeletionConcurrency{});
     const DeletionPlan plan =
-        engine_.plan(folder_.path("tree"), unshielded, {.shouldStop = [&asked] { return ++asked > 4; }});
+        alone.plan(folder_.path("tree"), unshielded, {.shouldStop = [&asked] { return ++asked > 4; }});
     EXPECT_TRUE(plan.stopped);
     EXPECT_FALSE(plan.itemGoes);
     EXPECT_EQ(plan.removed.count, 4U);

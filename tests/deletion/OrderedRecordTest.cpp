@@ -1,5 +1,7 @@
 #include "deletion/OrderedRecord.h"
 
+#include "deletion/DeletionRecord.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,8 +12,9 @@ namespace zentrill {
 namespace {
 
 using testing::ElementsAre;
+using Record = OrderedRecord<DeletionRecord>;
 
-void note(OrderedRecord& record, const std::string& path) {
+void note(Record& record, const std::string& path) {
     record.current().report.removed.push_back(path);
 }
 
@@ -20,11 +23,11 @@ DeletionRecord recordOf(const std::string& path) {
 }
 
 TEST(OrderedRecord, WhatIsFilledInLateKeepsItsPlace) {
-    OrderedRecord record;
+    Record record;
     note(record, "1");
-    const OrderedRecord::Place second = record.keepPlace();
+    const Record::Place second = record.keepPlace();
     note(record, "3");
-    const OrderedRecord::Place fourth = record.keepPlace();
+    const Record::Place fourth = record.keepPlace();
     note(record, "5");
     record.fill(second, recordOf("2"));
     note(record, "6");
@@ -34,22 +37,22 @@ TEST(OrderedRecord, WhatIsFilledInLateKeepsItsPlace) {
 }
 
 TEST(OrderedRecord, APlaceCanBeRecordedIntoAndHoldPlacesInTurn) {
-    OrderedRecord record;
+    Record record;
     note(record, "1");
-    const OrderedRecord::Place second = record.keepPlace();
+    const Record::Place second = record.keepPlace();
     note(record, "5");
-    const OrderedRecord::Place sixth = record.keepPlace();
+    const Record::Place sixth = record.keepPlace();
     note(record, "9");
     record.goTo(sixth);
     note(record, "6");
-    const OrderedRecord::Place inner = record.keepPlace();
+    const Record::Place inner = record.keepPlace();
     note(record, "8");
     record.fill(inner, recordOf("7"));
     record.close(sixth);
     note(record, "10");
     record.goTo(second);
     note(record, "2");
-    const OrderedRecord::Place empty = record.keepPlace();
+    const Record::Place empty = record.keepPlace();
     note(record, "3");
     record.close(empty);
     note(record, "4");
@@ -60,9 +63,9 @@ TEST(OrderedRecord, APlaceCanBeRecordedIntoAndHoldPlacesInTurn) {
 }
 
 TEST(OrderedRecord, EverythingInItIsJoinedInOrder) {
-    OrderedRecord record;
+    Record record;
     record.current().removedCount = 1;
-    const OrderedRecord::Place place = record.keepPlace();
+    const Record::Place place = record.keepPlace();
     record.current().removedCount = 2;
     record.current().report.preserved = {"kept last"};
     record.current().firstFailure = DeletionRecord::Failure{.path = "late", .description = "second"};
@@ -81,11 +84,11 @@ TEST(OrderedRecord, EverythingInItIsJoinedInOrder) {
 }
 
 TEST(OrderedRecord, HoldsPartsForOpenPlacesOnly) {
-    OrderedRecord record;
-    const OrderedRecord::Place slow = record.keepPlace();
+    Record record;
+    const Record::Place slow = record.keepPlace();
     std::vector<std::string> expected{"slow"};
     for (int i = 0; i < 10000; ++i) {
-        const OrderedRecord::Place place = record.keepPlace();
+        const Record::Place place = record.keepPlace();
         ASSERT_EQ(record.partCount(), 5U);
         expected.push_back(std::to_string(i));
         record.fill(place, recordOf(expected.back()));
