@@ -6,6 +6,7 @@
 #include <cctype>
 #include <cstdint>
 #include <fstream>
+#include <ranges>
 #include <sstream>
 #include <utility>
 #include <vector>
@@ -18,11 +19,12 @@ bool isAtOrBelow(const std::string& path, const std::string& top) {
     return path == top || path.starts_with(top + "/");
 }
 
-TrialDeletion::TrialDeletion(std::uint64_t seed, std::string base) : random_(seed), base_(std::move(base)) {
-    build();
+TrialDeletion::TrialDeletion(std::uint64_t seed, std::string base, Kind kind)
+    : random_(seed), base_(std::move(base)) {
+    build(kind);
 }
 
-void TrialDeletion::build() {
+void TrialDeletion::build(Kind kind) {
     const std::string outside = base_ + "/outside";
     const std::string top = base_ + "/top";
     ::mkdir(outside.c_str(), 0700);
@@ -44,6 +46,17 @@ void TrialDeletion::build() {
     if (random_.percent(20)) {
         refused_.insert(random_.pick(tree.items()));
     }
+    if (kind == Kind::longAndShielded) {
+        item_ = top;
+        options_.preserveCredentials = true;
+        options_.preserveUnrecognized = false;
+        constexpr int furtherTrees = 12;
+        for (int i = 0; i < furtherTrees; ++i) {
+            const std::string further = top + "/further-" + std::to_string(i);
+            ::mkdir(further.c_str(), 0755);
+            (void)RandomTree(random_, further, outside);
+        }
+    }
     concurrency_ = {.threads = 1 + random_.below(4), .afterEntries = random_.below(20)};
     given_ = item_;
     if (random_.percent(30)) {
@@ -59,14 +72,30 @@ void TrialDeletion::build() {
     }
 }
 
-void TrialDeletion::run(const DeletionConcurrency& concurrency) {
+SafeDeletionEngine TrialDeletion::engine(const DeletionConcurrency& concurrency) const {
     SafeDeletionEngine::DeletionPredicate mayRemove;
     if (!refused_.empty()) { // With a predicate nothing is spread over threads.
         mayRemove = [this](const std::string& path) { return !refused_.contains(asOnDisk(path)); };
     }
-    const SafeDeletionEngine engine(FileSystem::shared(), {}, mayRemove, concurrency);
+    return SafeDeletionEngine(FileSystem::shared(), {}, mayRemove, concurrency);
+}
+
+void TrialDeletion::run(const DeletionConcurrency& concurrency) {
+    const SafeDeletionEngine engine = this->engine(concurrency);
     plan_ = engine.plan(given_, options_, {.listedItems = SIZE_MAX});
     report_ = engine.deleteItem(given_, options_);
+    after_ = look();
+}
+
+void TrialDeletion::deleteOnce() const {
+    (void)engine(concurrency_).deleteItem(given_, options_);
+}
+
+void TrialDeletion::beginAnew() {
+    before_ = look();
+}
+
+DiskSnapshot TrialDeletion::look() const {
     std::vector<std::pair<std::string, mode_t>> modes;
     // A folder comes before its contents in the order of paths.
     for (const auto& [path, item] : before_) {
@@ -76,10 +105,12 @@ void TrialDeletion::run(const DeletionConcurrency& concurrency) {
             ::chmod(path.c_str(), 0700);
         }
     }
-    after_ = takeSnapshot(base_);
-    for (const auto& [path, mode] : modes) {
-        after_[path].mode = mode;
+    DiskSnapshot snapshot = takeSnapshot(base_);
+    for (const auto& [path, mode] : std::ranges::reverse_view(modes)) {
+        snapshot[path].mode = mode;
+        ::chmod(path.c_str(), mode & 07777);
     }
+    return snapshot;
 }
 
 bool TrialDeletion::isCredential(const std::string& path) const {

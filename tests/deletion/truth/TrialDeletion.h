@@ -13,8 +13,20 @@ namespace zentrill::test {
 /// A random tree, and the deletion of a random item of it in a random way. The same seed makes the same.
 class TrialDeletion {
 public:
+    enum class Kind : std::uint8_t {
+        random,
+        /// Of a larger tree as a whole, with the Safety Shield on: there is time to meet it at work.
+        longAndShielded
+    };
+
     /// In the empty folder `base`. Permissions are random as well, and bind an ordinary user only.
-    TrialDeletion(std::uint64_t seed, std::string base);
+    TrialDeletion(std::uint64_t seed, std::string base, Kind kind = Kind::random);
+
+    /// Deletes without looking at anything; for a process that is not to see the end of it.
+    void deleteOnce() const;
+
+    /// Takes what is there now for what was there before.
+    void beginAnew();
 
     void run() { run(concurrency_); }
 
@@ -60,7 +72,10 @@ public:
     [[nodiscard]] std::string description() const;
 
 private:
-    void build();
+    void build(Kind kind);
+    [[nodiscard]] SafeDeletionEngine engine(const DeletionConcurrency& concurrency) const;
+    /// Everything in `base`, also what permissions hide.
+    [[nodiscard]] DiskSnapshot look() const;
 
     Random random_;
     std::string base_;
