@@ -37,7 +37,7 @@ void CommandsInFlight::shutDown(std::chrono::milliseconds limit) {
     if (!std::exchange(down_, true) && wake_.writing) {
         // A byte that nobody reads, rather than a hang-up: a forked copy of this process cannot hold it back.
         const char byte = 0;
-        static_cast<void>(::write(wake_.writing.get(), &byte, 1));
+        [[maybe_unused]] const ssize_t written = ::write(wake_.writing.get(), &byte, 1);
     }
     idle_.wait_for(lock, limit, [this] { return count_ == 0; });
 }

@@ -51,7 +51,7 @@ void leave(int waitingPlace) {
     ::dup2(nothing, STDOUT_FILENO);
     ::dup2(nothing, STDERR_FILENO);
     ::closefrom(STDERR_FILENO + 1);
-    static_cast<void>(::chdir("/"));
+    [[maybe_unused]] const int moved = ::chdir("/");
 }
 
 void clean(const Scratch& scratch, const std::function<void()>& confine) {
