@@ -5,6 +5,7 @@
 #include "deletion/SafeDeletionEngine.h"
 #include "deletion/SelfUninstallService.h"
 #include "docker/DockerExecutableLocator.h"
+#include "platform/AccountMenu.h"
 #include "platform/BundleLocation.h"
 #include "platform/FileSystem.h"
 #include "platform/HomeDirectory.h"
@@ -31,6 +32,16 @@ using namespace zentrill;
 std::vector<std::string> additionalDockerCandidates() {
 #ifdef __linux__
     return {"/usr/bin/docker"};
+#else
+    return {};
+#endif
+}
+
+/// What installing the program for one account puts into the desktop's menu.
+std::vector<std::string> menuItems() {
+#ifdef __linux__
+    return accountMenuItems(SelfUninstallService::defaultBundleIdentifier, homeDirectory(),
+                            qgetenv("XDG_DATA_HOME").toStdString());
 #else
     return {};
 #endif
@@ -93,6 +104,7 @@ int main(int argc, char* argv[]) {
     AppDelegate delegate(
         [&] {
             ApplicationHooks hooks = ApplicationHooks::ofThisProgram();
+            hooks.additionalOwnedData = menuItems();
             hooks.forgetWindowState = [&] { forgetful->forgetWindowState(); };
             auto view = std::make_unique<ContentView>(std::make_unique<UninstallerViewModel>(
                 commandRunner, std::make_shared<SafeDeletionEngine>(),

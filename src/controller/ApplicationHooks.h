@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace zentrill {
 
@@ -10,6 +11,8 @@ namespace zentrill {
 struct ApplicationHooks {
     /// The bundle to remove in a self-uninstall: an absolute path, "….app" for an installed program.
     std::function<std::string()> bundleLocation;
+    /// What a self-uninstall removes besides the bundle and the per-user data: absolute paths.
+    std::vector<std::string> additionalOwnedData;
     /// Main thread, before a self-uninstall: from now on no window may save its frame.
     std::function<void()> forgetWindowState;
     /// Main thread, after a successful self-uninstall. Ends the process at once; nothing may be saved.

@@ -95,9 +95,9 @@ void UninstallerViewModel::performSelfUninstall() {
     const std::string bundle = hooks_.bundleLocation();
     const std::string home = homeDirectory();
     log("Removing Zentrill bundle and owned application data...");
-    submit([bundle, home](const OperationContext& context) -> Completion {
+    submit([bundle, home, more = hooks_.additionalOwnedData](const OperationContext& context) -> Completion {
         const SelfUninstallService service(SelfUninstallService::defaultBundleIdentifier, std::nullopt,
-                                           FileSystem::shared(), context.deletionEngine);
+                                           FileSystem::shared(), context.deletionEngine, more);
         return [result = service.uninstall(bundle, home)](UninstallerViewModel& controller) {
             if (result.succeeded()) {
                 controller.hooks_.exitProcess();

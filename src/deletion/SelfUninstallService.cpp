@@ -34,12 +34,13 @@ void append(std::vector<std::string>& list, const std::vector<std::string>& more
 SelfUninstallService::SelfUninstallService(
     std::string expectedBundleIdentifier,
     std::optional<std::vector<std::string>> allowedApplicationDirectories, const FileSystem& fileManager,
-    std::shared_ptr<const SafeDeletionEngine> deletion)
+    std::shared_ptr<const SafeDeletionEngine> deletion, std::vector<std::string> additionalOwnedData)
     : expectedBundleIdentifier_(std::move(expectedBundleIdentifier)),
       allowedApplicationDirectories_(allowedApplicationDirectories ? std::move(*allowedApplicationDirectories)
                                                                    : defaultApplicationDirectories()),
       fileManager_(&fileManager),
-      deletion_(deletion ? std::move(deletion) : std::make_shared<const SafeDeletionEngine>(fileManager)) {}
+      deletion_(deletion ? std::move(deletion) : std::make_shared<const SafeDeletionEngine>(fileManager)),
+      additionalOwnedData_(std::move(additionalOwnedData)) {}
 
 std::vector<std::string> SelfUninstallService::ownedDataURLs(const std::string& homeDirectory) const {
     if (homeDirectory.empty()) {
@@ -63,7 +64,8 @@ SelfUninstallResult SelfUninstallService::uninstall(const std::string& bundleURL
                                                     const std::string& homeDirectory) const {
     // A trailing slash would make every look at the bundle see through a link.
     const std::string bundle = paths::standardized(bundleURL);
-    const std::vector<std::string> dataURLs = ownedDataURLs(homeDirectory);
+    std::vector<std::string> dataURLs = ownedDataURLs(homeDirectory);
+    append(dataURLs, existingPaths(additionalOwnedData_));
     std::vector<std::string> ownPaths{bundle};
     append(ownPaths, dataURLs);
 

@@ -19,12 +19,14 @@ public:
 
     /// Without `allowedApplicationDirectories` the bundle may stand in /Applications or in the home folder's
     /// Applications; without `deletion` a new engine over `fileManager` is used. `fileManager` must outlive
-    /// the service.
+    /// the service. `additionalOwnedData` are paths that belong to the program besides its per-user data;
+    /// where nothing stands they are not looked at.
     explicit SelfUninstallService(
         std::string expectedBundleIdentifier = defaultBundleIdentifier,
         std::optional<std::vector<std::string>> allowedApplicationDirectories = std::nullopt,
         const FileSystem& fileManager = FileSystem::shared(),
-        std::shared_ptr<const SafeDeletionEngine> deletion = nullptr);
+        std::shared_ptr<const SafeDeletionEngine> deletion = nullptr,
+        std::vector<std::string> additionalOwnedData = {});
 
     /// Where the program keeps data in that home folder: preferences, caches, application support, logs,
     /// saved window state. Nothing for an empty path, which stands for a home folder that is not known.
@@ -48,6 +50,7 @@ private:
     std::vector<std::string> allowedApplicationDirectories_;
     const FileSystem* fileManager_;
     std::shared_ptr<const SafeDeletionEngine> deletion_;
+    std::vector<std::string> additionalOwnedData_;
 };
 
 } // namespace zentrill

@@ -85,6 +85,7 @@ protected:
     ApplicationHooks hooks() {
         ApplicationHooks hooks;
         hooks.bundleLocation = [this] { return bundle_; };
+        hooks.additionalOwnedData = ownedData_;
         hooks.forgetWindowState = [this] { events_.emplace_back("window state forgotten"); };
         hooks.exitProcess = [this] { events_.emplace_back("exit"); };
         hooks.endCommands = [this] { endCommands_(); };
@@ -134,6 +135,7 @@ protected:
         [home = home_.path()](const std::string& path) { return path.starts_with(home + "/"); });
     std::shared_ptr<FakeDockerLocator> locator_ = std::make_shared<FakeDockerLocator>();
     std::string bundle_;
+    std::vector<std::string> ownedData_;
     std::vector<std::string> events_;
     std::function<void()> endCommands_ = [] {};
     int markers_ = 0;

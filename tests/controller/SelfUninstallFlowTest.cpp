@@ -39,6 +39,16 @@ TEST_F(SelfUninstallFlowTest, endsTheProcessOnceEverythingIsGone) {
     EXPECT_THAT(messages(), ElementsAre("Removing Zentrill bundle and owned application data..."));
 }
 
+TEST_F(SelfUninstallFlowTest, removesWhatElseBelongsToTheProgram) {
+    install("com.user.Zentrill");
+    ownedData_ = {home_.makeFile("menu/entry"), home_.path("menu/icon")};
+    start();
+    controller_->performSelfUninstall();
+    ASSERT_TRUE(waitUntil([this] { return events_.size() == 2; }));
+    EXPECT_FALSE(FileSystem::shared().fileExists(ownedData_.front()));
+    EXPECT_TRUE(FileSystem::shared().fileExists(home_.path("menu")));
+}
+
 TEST_F(SelfUninstallFlowTest, staysAndSaysWhyWhenItFails) {
     install("com.user.other");
     home_.makeDirectory(".ollama");

@@ -134,6 +134,26 @@ case_sanitizer() {
     expect_call 'ctest --preset asan -j 3 -R Size'
 }
 
+# The menu entry's command starts what was installed, whatever the home folder is called.
+case_install() {
+    local home="$folder/the \"home\" of \`\$sam\`, 100% \\ his" data command
+    data="$home/.local/share"
+    for tool in cp id mkdir rm sed touch; do rm -f "$folder/bin/$tool" && ln -s "$(command -v "$tool")" "$folder/bin/$tool"; done
+    mkdir -p "$home" "$project/packaging/desktop" "$project/build/release/Zentrill.app/Contents/Resources"
+    cp "$1/packaging/desktop/"*.sh "$1/packaging/desktop/"*.desktop "$project/packaging/desktop/"
+    cp "$1/packaging/icon/zentrill.svg" "$project/build/release/Zentrill.app/Contents/Resources/"
+    printf '#!/bin/sh\necho started >>"%s"\n' "$calls" >"$project/build/release/Zentrill.app/Contents/MacOS/Zentrill"
+    env -i PATH="$folder/bin" HOME="$home" "$project/dev" install >"$folder/output" 2>&1 || fail "failed"
+    # The entry's own escapes are undone here; those of its quotes are the same as a shell's.
+    command=$(sed -n 's/^Exec=//p' "$data/applications/com.user.Zentrill.desktop" | sed -e 's/\\\\/\\/g' -e 's/%%/%/g')
+    sh -c "$command" || fail "this does not start: $command"
+    expect_call started
+    [ -s "$data/icons/hicolor/scalable/apps/com.user.Zentrill.svg" ] || fail "there is no icon"
+    grep -qx 'Icon=com.user.Zentrill' "$data/applications/com.user.Zentrill.desktop" || fail "the entry has no icon"
+    env -i PATH="$folder/bin" HOME="$home" XDG_DATA_HOME="$folder/data" "$project/dev" install >"$folder/output" 2>&1
+    [ -s "$folder/data/applications/com.user.Zentrill.desktop" ] || fail "the entry is not where the account has its data"
+}
+
 case_first_run() {
     has_only made-up-compiler
     dev run || fail "the program wants the tests' packages"
@@ -164,4 +184,4 @@ case_run_without_test_packages() {
 }
 
 prepare "$2"
-"case_$1"
+"case_$1" "$(dirname "$2")"

@@ -1,6 +1,7 @@
 """The program removes itself."""
 
 import shutil
+import subprocess
 
 import homes
 from harness import tree
@@ -21,6 +22,8 @@ class SelfUninstallCase(Case):
         homes.write(self.home / "Documents/plan.md", "mine")
         for folder in ("Application Support", "Logs", "Saved Application State"):
             (self.home / "Library" / folder).mkdir()
+        homes.write(self.home / ".local/share/applications/com.user.other.desktop", "other")
+        homes.write(self.home / ".local/share/icons/hicolor/scalable/apps/com.user.other.svg", "other")
 
     def leave_own_data(self):
         homes.write(self.home / f"Library/Caches/{_OWN}/a/b", "cache")
@@ -32,6 +35,13 @@ class SelfUninstallCase(Case):
     def install_in(self, folder):
         shutil.copytree(current().bundle, self.home / folder / "Zentrill.app", symlinks=True)
         self.cage.bundle = f"{self.cage.home_inside}/{folder}/Zentrill.app"
+
+    def install_for_account(self):
+        """As `./dev install` does."""
+        script = current().source / "packaging/desktop/install-for-account.sh"
+        subprocess.run([current().confine, "--write", self.home, "--", script, current().bundle], env={"PATH": "/usr/bin:/bin", "HOME": str(self.home)}, check=True,
+                       stdout=subprocess.DEVNULL)
+        self.cage.bundle = f"{self.cage.home_inside}/Applications/Zentrill.app"
 
     def assert_nothing_gone(self, before):
         """Nothing but the window's frame is new."""
@@ -57,7 +67,9 @@ class SelfUninstall(SelfUninstallCase):
 
     def test_nothing_of_the_program_is_left(self):
         before = self.disk()
-        self.install_in("Applications")
+        self.install_for_account()
+        self.assertLess({f".local/share/applications/{_OWN}.desktop",
+                         f".local/share/icons/hicolor/scalable/apps/{_OWN}.svg"}, set(self.disk()) - set(before))
         self.leave_own_data()
         self.start()
         self.move_window_until_kept()
