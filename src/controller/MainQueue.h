@@ -16,7 +16,7 @@ class QSocketNotifier;
 namespace zentrill {
 
 /// The mailbox through which any thread reaches the main thread, and the weak link between the work and its
-/// owner: once `close` was called, whatever still waits is dropped and nothing gets through any more.
+/// owner: once `close` was called, whatever still waits is dropped, and so is what comes later.
 ///
 ///     auto mailbox = std::make_shared<MainQueue>([](std::vector<std::string> lines) { … });
 ///     mailbox->post([this] { … });    // on any thread

@@ -24,7 +24,7 @@ public:
     WindowFrameAutosave(QWindow& window, std::string propertyList, QObject* parent = nullptr);
 
     /// Places the window where it was last saved under `name` and saves it there from now on. An empty name
-    /// ends the saving: nothing is written any more, pending changes included.
+    /// ends the saving: from then on nothing is written, not even a change that is pending.
     void setAutosaveName(const QString& name);
 
     [[nodiscard]] const QString& autosaveName() const { return name_; }

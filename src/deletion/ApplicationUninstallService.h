@@ -29,7 +29,7 @@ public:
     /// Whether the user has cancelled.
     using CancellationCheck = std::function<bool()>;
 
-    /// Whether nobody is there any more to see what comes of it, as when the window is closed.
+    /// Whether the result is of no use to anybody, because the window has been closed.
     using AbandonmentCheck = std::function<bool()>;
 
     explicit ApplicationUninstallService(

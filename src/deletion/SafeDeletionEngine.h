@@ -27,15 +27,32 @@ struct DeletionOptions {
     bool preserveUnrecognized = false;
 };
 
-/// The only component that removes files.
+/// The only component that removes people's files.
 ///
 ///     const DeletionReport report = engine.deleteItem(path, {.preserveCredentials = true});
 ///
-/// A path reached through a symbolic link is refused, but for the system's own aliases (/tmp, /var, /etc);
-/// a link inside a tree is removed or kept as a link. Mount points are never entered. The root, the home
-/// folder and the folders around it are refused. What a folder holds is removed on threads that the kernel
-/// keeps to that folder, where it can: see `DeletionDomain`. It holds no mutable state: safe from any thread
-/// as long as `mayRemove` is, which is asked on the thread that calls `deleteItem`.
+/// What `deleteItem` does, in this order:
+///
+/// 1. It refuses the root, the home folder and the folders around it, and a path that leads through a
+///    symbolic link, but for the system's own aliases (/tmp, /var, /etc).
+/// 2. It opens the item's folder, one component of the path after the other, none of them through a link.
+///    From here on no path is looked up again: each entry is named relative to an open folder, so that a
+///    folder which somebody renames or replaces meanwhile leads nowhere else.
+/// 3. It walks through the item, contents before their folder. A link is removed or kept as a link, a mount
+///    point is never entered, and what another program removes meanwhile was not there.
+/// 4. With the shield, each entry is looked at before it goes; what is kept keeps the folders above it.
+/// 5. The item's own entry goes last.
+///
+/// A large tree is walked by several threads; the report is the same for any number of them. On Linux these
+/// threads run in a Landlock domain (`DeletionDomain`) in which the kernel itself removes nothing outside of
+/// the item, whatever the walk asks for. Elsewhere the walk's own care is all that holds it.
+///
+/// Nothing is thrown: what cannot go is a failure in the report, and nothing else stays because of it.
+///
+/// Not covered: a file that somebody puts into the tree while it goes may go with it, or keep its folder.
+///
+/// It holds no mutable state: safe from any thread as long as `mayRemove` is, which is asked on the thread
+/// that calls `deleteItem`.
 class SafeDeletionEngine {
 public:
     /// Whether the item at this path, in the form that reports use, may be removed. An item that it refuses

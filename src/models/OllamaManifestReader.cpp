@@ -152,7 +152,7 @@ private:
     Section section_ = Section::other;
     Member member_ = Member::other;
     bool configIsObject_ = false;
-    /// False as long as there are no layers, too.
+    /// False also while no layers have been read.
     bool layersAreObjects_ = false;
     OllamaManifest manifest_;
 };

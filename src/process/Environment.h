@@ -8,13 +8,13 @@ namespace zentrill {
 /// The variables of a process: names and values, both byte strings.
 using Environment = std::map<std::string, std::string>;
 
-/// A copy of this process's own environment. Entries that are no assignment are left out; of a name that
-/// occurs twice the first value counts, as it does for `getenv`.
+/// A copy of this process's own environment. Entries without a "=" are left out. Where a name
+/// occurs twice, its first value counts, as it does for `getenv`.
 [[nodiscard]] Environment currentEnvironment();
 
-/// Takes out of this process's own environment what a terminal's shell exported about the terminal, and with
-/// what it asked for other habits of `ps`. A program with a window has no terminal, and a process listing
-/// that is cut at the width of one hides what runs. Call it before there is a second thread.
+/// Removes the variables that describe a terminal, and those that change how `ps` prints, from this process's
+/// own environment. A program with a window has no terminal, and a process listing that is cut at a
+/// terminal's width hides what runs. Call it before there is a second thread.
 void leaveTerminalBehind();
 
 } // namespace zentrill

@@ -24,11 +24,11 @@ public:
     /// Processes that the child left behind may hold the pipes open; they are not waited for.
     [[nodiscard]] bool waitForChild(Clock::time_point deadline);
 
-    /// Reads until both streams have ended (true), since then nothing is on its way any more, or the deadline
-    /// has passed or the interruption came (false). A process that the child left behind keeps a stream open.
+    /// Reads until both streams have ended, after which no output can come (true), or until the deadline has
+    /// passed or the interruption came (false). A process that the child left behind keeps a stream open.
     [[nodiscard]] bool settle(Clock::time_point deadline);
 
-    /// Reads for all of the time, unless interrupted.
+    /// Reads for the whole of `time`, even when both streams have ended before; an interruption ends it.
     void pause(Clock::duration time);
 
     [[nodiscard]] bool wasInterrupted() const noexcept { return interrupted_; }

@@ -7,9 +7,33 @@
 
 namespace zentrill {
 
-/// Runs programs of the system, without a shell. Every child leads its own process group and gets the null
-/// device as standard input; when `run` returns, the child is gone and whatever it left behind in its group
-/// has been told to end. May be used by any number of threads at once.
+/// Runs programs of the system, without a shell: a name and its arguments go to the kernel as they are.
+///
+///     ShellCommandRunner runner;
+///     const CommandResult result = runner.run("/usr/bin/docker", {"ps"}, CommandExecuting::Timeout{15.0});
+///     if (!result.succeeded()) { log(result.diagnostic()); }
+///
+/// What `run` does, in this order:
+///
+/// 1. It starts the child with `posix_spawn`: in a process group of its own, with the null device as standard
+///    input, the runner's environment, the signals' default handling, and no descriptor of this process but
+///    the two pipes for its output.
+/// 2. One `poll` loop reads both pipes until the child has ended. The child is never blocked by a full pipe.
+/// 3. If the time runs out first, the group is told to end (SIGTERM), and a little later made to (SIGKILL).
+///    Reading goes on meanwhile.
+/// 4. Whatever the child left behind in its group is told to end. Reading goes on until both streams have
+///    ended, for the settling time at the longest: another process can hold them open for ever.
+/// 5. The child is reaped last. Until then its number, and that of its group, cannot belong to anybody
+///    else, so no signal sent above can reach a stranger.
+///
+/// Nothing is thrown: what goes wrong at any of these steps is told in the result. The first 64 MiB of each
+/// stream are kept, and text that is not UTF-8 is dropped; `CommandResult` says when that was so.
+///
+/// Not covered: a child that leaves its process group, as daemons do, is on its own from then on. A child
+/// that the kernel holds in a call which nothing can interrupt is given up after a second and reaped whenever
+/// it gets free.
+///
+/// May be used by any number of threads at once. `run` blocks: never call it on the main thread.
 class ShellCommandRunner final : public CommandExecuting {
 public:
     /// For output that is still on its way when a child has ended: long enough for a process that was told to

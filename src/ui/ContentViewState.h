@@ -121,8 +121,8 @@ public:
     /// Selects or deselects the application of that row.
     Q_INVOKABLE void toggleApplication(int row);
 
-    /// Each opens the confirmation of one destructive action on the records as they are now. A row or an ID
-    /// that is not in the lists any more opens nothing.
+    /// Each opens the confirmation of one destructive action on the records as they are now. A row
+    /// that is not in the list, or holds something else, opens nothing.
     Q_INVOKABLE void requestUninstall();
     Q_INVOKABLE void requestModelDeletion(int row);
     Q_INVOKABLE void requestContainerRemoval(int row);

@@ -53,7 +53,7 @@ public:
     [[nodiscard]] bool admits(const QKeyEvent& event);
     [[nodiscard]] bool admits(const QMouseEvent& press);
 
-    /// The window does not learn any more which keys are let go.
+    /// From here on the window does not learn which keys are let go.
     void forgetHeldKeys();
 
 Q_SIGNALS:

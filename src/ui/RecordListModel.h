@@ -57,7 +57,7 @@ public:
 
     [[nodiscard]] const std::vector<Record>& records() const noexcept { return records_; }
 
-    /// The record of a row, or nothing when there is no such row (any more).
+    /// The record of a row, or nothing if the list has no such row.
     [[nodiscard]] const Record* record(int row) const noexcept {
         return row >= 0 && row < rowCount() ? &records_[static_cast<std::size_t>(row)] : nullptr;
     }

@@ -24,7 +24,7 @@ Item {
         visible: pane.viewState.dockerNoticeHeading === ""
         focus: true
         model: pane.viewState.dockerRows
-        // Asked once more while the window closes, when there are no rows any longer.
+        // The list asks once more while the window closes, when its rows are gone.
         stopFrom: (row, step) => pane.viewState ? pane.viewState.dockerStop(row, step) : -1
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Docker containers and images")
