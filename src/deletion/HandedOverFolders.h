@@ -120,7 +120,7 @@ public:
 
 private:
     struct Folder {
-        std::size_t depth;
+        std::size_t depth = 0;
         std::string name;
         typename Record::Place place;
         /// Null when it came back.

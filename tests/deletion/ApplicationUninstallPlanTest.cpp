@@ -241,7 +241,7 @@ TEST_F(ApplicationUninstallPlans, SayWhatIsRefusedAndThatTheToolStays) {
     expectForetold(plan, "Claude", true);
 }
 
-TEST_F(ApplicationUninstallPlans, SayThatATooIsStillInstalledWhereItsBundleKeepsACredential) {
+TEST_F(ApplicationUninstallPlans, SayThatAToolIsStillInstalledWhereItsBundleKeepsACredential) {
     const std::string key = make("/Applications/Claude.app/Contents/api_key", "12");
     make("/Applications/Claude.app/Contents/MacOS/Claude", "1234");
     const ApplicationUninstallPlan plan = this->plan("Claude", true);

@@ -19,6 +19,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -192,6 +193,20 @@ TEST_F(DeletionPlans, FreeOfASparseFileWhatItOccupies) {
     ASSERT_LT(occupied(sparse), size);
     EXPECT_EQ(plan().removed.logicalBytes, size);
     EXPECT_EQ(plan().freedBytes, occupied(sparse));
+}
+
+TEST_F(DeletionPlans, StayAtTheLargestSumThatThereIs) {
+    const TemporaryDirectory memory(test::memoryFolder());
+    for (const char* name : {"tree/a", "tree/b"}) {
+        const std::string sparse = memory.makeFile(name);
+        if (::truncate(sparse.c_str(), std::numeric_limits<off_t>::max()) != 0) {
+            GTEST_SKIP() << "needs a file system with files of any size: " << std::strerror(errno);
+        }
+    }
+    const DeletionPlan plan = engine_.plan(memory.path("tree"), unshielded, everything);
+    EXPECT_EQ(plan.removed.logicalBytes, std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(plan.removed.listed.back().logicalBytes, std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(plan.logicalBytes(), std::numeric_limits<std::int64_t>::max());
 }
 
 TEST_F(DeletionPlans, ListNoMorePathsThanAskedForAndCountAll) {

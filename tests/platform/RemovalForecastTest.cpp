@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <string>
 
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -120,7 +119,7 @@ TEST_F(RemovalForecastTest, KnowsWhatSomethingIsMountedOn) {
         const test::TemporaryDirectory own;
         const std::string file = own.makeFile("file");
         const std::string outside = own.makeFile("outside");
-        ASSERT_EQ(::mount(outside.c_str(), file.c_str(), nullptr, MS_BIND, nullptr), 0);
+        test::bindMount(outside, file);
         test::mountMemoryDisk(own.makeDirectory("disk"));
         const DirectoryHandle directory = opened(own.path());
         EXPECT_EQ(forecastOf(directory, "file"), EBUSY);
