@@ -2,6 +2,7 @@
 
 #include "DeletionCases.h"
 #include "deletion/SafeDeletionEngine.h"
+#include "platform/SystemError.h"
 #include "support/ChildProcess.h"
 #include "support/FileFlags.h"
 #include "support/MemoryFolder.h"
@@ -280,6 +281,24 @@ TEST_F(DeletionPlans, ForeseeWhatAStickyFolderKeeps) {
         EXPECT_THAT(pathsOf(plan.failing), UnorderedElementsAre(foreign, foreignFolder));
         EXPECT_EQ(plan.removed.count, 2U);
         expectForetold(plan, shielded);
+    }));
+}
+
+TEST_F(DeletionPlans, ForeseeWhyAFolderThatMustNotBeReadStays) {
+    if (const auto obstacle = test::twoUsersObstacle()) {
+        GTEST_SKIP() << *obstacle;
+    }
+    folder_.makeFile("tree/closed/file");
+    giveToOrdinaryUser(folder_.path());
+    for (const char* foreign : {"tree", "tree/closed"}) {
+        ASSERT_EQ(::chown(folder_.path(foreign).c_str(), 0, 0), 0);
+    }
+    ASSERT_EQ(::chmod(folder_.path("tree").c_str(), 01777), 0);
+    ASSERT_EQ(::chmod(folder_.path("tree/closed").c_str(), 0700), 0);
+    EXPECT_TRUE(passesAsOrdinaryUser([&] {
+        const DeletionPlan plan = this->plan();
+        EXPECT_THAT(plan.failures, ElementsAre(testing::HasSubstr(systemDescription(EPERM))));
+        expectForetold(plan, unshielded);
     }));
 }
 
