@@ -2,17 +2,19 @@
 # The packages of the program, and the check that they can be made again. Part of `dev`, whose functions it uses.
 
 # make_packages: into build/packages. The same sources and the same Debian make the same files, byte for byte, whoever
-# makes them where and when.
+# makes them where and when. Who publishes them tells the page at the forge in ZENTRILL_HOMEPAGE, and who answers for
+# them in ZENTRILL_CONTACT.
 make_packages() {
-    local folder=build/package released results=build/packages
+    local folder=build/package released told results=build/packages
     released=$(sed -n 's/^## [0-9.]* - \([0-9-]*\)$/\1/p' CHANGELOG.md | head -n 1)
     SOURCE_DATE_EPOCH=$(date --utc --date="$released" +%s)
     export SOURCE_DATE_EPOCH LC_ALL=C TZ=UTC
     umask 022
-    # Some of what is generated holds the date, and is not generated again for another one.
-    [ "$(cat "$folder/date" 2>/dev/null)" = "$SOURCE_DATE_EPOCH" ] || rm -rf "$folder"
+    # What is generated from these is not generated again for others.
+    told="$SOURCE_DATE_EPOCH ${ZENTRILL_HOMEPAGE:-} ${ZENTRILL_CONTACT:-}"
+    [ "$(cat "$folder/told" 2>/dev/null)" = "$told" ] || rm -rf "$folder"
     mkdir -p "$folder"
-    printf '%s\n' "$SOURCE_DATE_EPOCH" >"$folder/date"
+    printf '%s\n' "$told" >"$folder/told"
     build package program zentrill_package_contents
     say "Packing"
     mkdir -p "$results"
