@@ -21,7 +21,9 @@ echo "processor time:" && times
 exit $status
 """
 _HOUR = 3600
-_PICTURE = re.compile(r"^[AC] (/\S*/zentrill/build/\S+\.png)$", re.MULTILINE)
+_PICTURE_OF_PACKAGE = "/tmp/Zentrill.png"
+# Those that a command leaves to be looked at; the icon is drawn in many sizes.
+_PICTURE = re.compile(r"^[AC] (/\S*/zentrill/build/(?!\S*/(?:packaging|_CPack_Packages)/)\S+\.png)$", re.MULTILINE)
 # The shell's own time, then that of what it called.
 _PROCESSOR_TIME = re.compile(r"^processor time:\n.*\n(\d+)m([\d.]+)s (\d+)m([\d.]+)s$", re.MULTILINE)
 
@@ -39,6 +41,8 @@ class Case:
     options: tuple = ()
     #: At least this many pictures are left by the command.
     pictures: int = 0
+    #: What the command makes is tried by this script of the folder in a second container, bare like the first.
+    then: str = ""
 
     @property
     def checkout(self):
@@ -60,6 +64,7 @@ def _cases():
         yield Case(f"root-{command}", command, BARE, pictures=pictures)
         yield Case(f"user-{command}", command, PREPARED, user=USER, pictures=pictures)
         yield Case(f"desktop-{command}", command, PREPARED, user=USER, options=tuple(_DESKTOP), pictures=pictures)
+    yield Case("deb", "package", BARE, then="deb-installed.sh")
 
 
 CASES = {case.name: case for case in _cases()}
@@ -68,21 +73,47 @@ CASES = {case.name: case for case in _cases()}
 def attempt(case, engine, images, checkout, results):
     """Runs the case; its log and its pictures go to the folder `results`."""
     images.make(case.image)
-    options = ["--name", case.name, "--user", case.user, "--volume", f"{checkout}:{_CHECKOUT}:ro",
-               "--volume", f"{images.archives}:{ARCHIVES}", *case.options]
-    for name, value in environment().items():
-        options += ["--env", f"{name}={value}"]
+    volumes = [f"{checkout}:{_CHECKOUT}:ro", f"{images.archives}:{ARCHIVES}"]
     begin = time.monotonic()
-    with (results / "log").open("wb") as log:
-        status = engine.run(log, *options, case.image, "/bin/sh", "-c", _FIRST_COMMAND, "sh", "./dev", case.command,
-                            timeout=_HOUR)
+    status = _run(case, engine, case.name, volumes, results / "log", "./dev", case.command)
     seconds = time.monotonic() - begin
     try:
         verdict = _judge(case, engine, results, status, seconds)
         engine.write_log(case.name, results / "log")
+        if case.then and verdict.passed:
+            engine.docker("cp", f"{case.name}:{case.checkout}/build/packages/.", str(results / "packages"))
+            _try_packages(case, engine, volumes, results, verdict)
         return verdict
     finally:
         engine.docker("rm", "--force", case.name)
+
+
+def _run(case, engine, name, volumes, log_path, *command):
+    """Has a container of that name do this in a fresh checkout first; the status, or nothing when time ran out."""
+    options = ["--name", name, "--user", case.user, *case.options]
+    for volume in volumes:
+        options += ["--volume", volume]
+    for variable, value in environment().items():
+        options += ["--env", f"{variable}={value}"]
+    with log_path.open("wb") as log:
+        return engine.run(log, *options, case.image, "/bin/sh", "-c", _FIRST_COMMAND, "sh", *command, timeout=_HOUR)
+
+
+def _try_packages(case, engine, volumes, results, verdict):
+    name = f"{case.name}-then"
+    package = next((results / "packages").glob("*.deb"))
+    try:
+        status = _run(case, engine, name, [*volumes, f"{package}:/packages/{package.name}:ro"], results / "log-then",
+                      f"packaging/fresh/{case.then}", f"/packages/{package.name}", _PICTURE_OF_PACKAGE)
+        text = (results / "log-then").read_text(errors="replace")
+        verdict.details += re.findall(r"^deb: (.*)$", text, re.MULTILINE)
+        if status != 0:
+            verdict.passed = False
+            verdict.details += text.splitlines()[-5:]
+        else:
+            engine.docker("cp", f"{name}:{_PICTURE_OF_PACKAGE}", str(results))
+    finally:
+        engine.docker("rm", "--force", name)
 
 
 def _judge(case, engine, results, status, seconds):
