@@ -11,9 +11,11 @@ StartMessages* StartMessages::current = nullptr;
 
 namespace {
 
-/// "qt.qpa.xcb", "qt.qpa.plugin" and the like: the layer that looks for displays.
-bool isAboutDisplays(const QMessageLogContext& context) {
-    return QByteArray(context.category).startsWith("qt.qpa.");
+/// "qt.qpa.xcb", "qt.qpa.plugin" and the like: the layer that looks for displays. What says that no Wayland
+/// compositor answers names no layer.
+bool isAboutDisplays(const QMessageLogContext& context, const QString& message) {
+    return QByteArray(context.category).startsWith("qt.qpa.") ||
+           message.startsWith(QLatin1String("Failed to create wl_display"));
 }
 
 /// Qt wants a runtime folder for things that this program does not use, and is given none. See main.cpp.
@@ -68,7 +70,7 @@ bool StartMessages::takes(QtMsgType type, const QMessageLogContext& context, con
     if (type == QtFatalMsg) {
         refuse();
     }
-    if (type == QtDebugMsg || !isAboutDisplays(context)) {
+    if (type == QtDebugMsg || !isAboutDisplays(context, message)) {
         return false;
     }
     // That a plugin could not be loaded "even though it was found" tells less than what it said itself

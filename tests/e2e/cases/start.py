@@ -34,7 +34,7 @@ class QuietStart(Case):
     def test_no_runtime_folder(self):
         self.expect_no_words(XDG_RUNTIME_DIR=None)
 
-    def test_a_wayland_session_without_its_plugin(self):
+    def test_a_wayland_session_that_does_not_answer(self):
         self.expect_no_words(XDG_SESSION_TYPE="wayland", WAYLAND_DISPLAY="wayland-4711")
 
 
