@@ -44,6 +44,11 @@ class Display:
     def stop(self):
         processes.end(self._server)
 
+    @staticmethod
+    def size():
+        """Its width and height."""
+        return tuple(int(number) for number in _SIZE.split("x")[:2])
+
     def run(self, *command):
         return subprocess.run(command, check=True, capture_output=True, text=True,
                               env={**os.environ, "DISPLAY": self.name}).stdout
@@ -58,14 +63,19 @@ class Display:
     def click(self, x, y, button=1):
         self.run("xdotool", "mousemove", str(x), str(y), "click", str(button))
 
+    def point(self, x, y):
+        """Moves the pointer there."""
+        self.run("xdotool", "mousemove", str(x), str(y))
+
     def wheel(self, x, y, notches):
         """Turns the wheel over a point, away from the person where `notches` is negative."""
         self.run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", str(abs(notches)), "--delay", "15",
                  "5" if notches > 0 else "4")
 
     def press_key(self, key, repeats=0):
-        """Holds a key down until the server has repeated it that often in the program's window."""
-        self._presses = x11.KeyPresses(self.name, self.window())
+        """Holds a key down until the server has repeated it that often, in the program's window or in that of the
+        desktop that shows it."""
+        self._presses = x11.KeyPresses(self.name, self.window() or int(self.run("xdotool", "getwindowfocus")))
         self.run("xdotool", "keydown", key)
         self.wait_for_repeats(repeats)
 
@@ -80,7 +90,11 @@ class Display:
 
     def window(self):
         """The number of the program's window, or nothing."""
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{WINDOW_TITLE}$"],
+        return self.find_window("--name", f"^{WINDOW_TITLE}$")
+
+    def find_window(self, kind, pattern):
+        """The number of the first window of which the "--name" or "--class" fits the pattern, or nothing."""
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", kind, pattern],
                                capture_output=True, text=True, env={**os.environ, "DISPLAY": self.name})
         return int(found.stdout.split()[0]) if found.stdout.split() else None
 
