@@ -91,6 +91,7 @@ TEST_F(RemovalForecastTest, KnowsWhoseEntriesAStickyFolderLetsGo) {
     }
     folder.makeFile("shared/own");
     folder.makeFile("mine/foreign");
+    folder.makeFile("mine/own");
     test::giveToOrdinaryUser(folder.path());
     const std::string foreign = folder.makeFile("shared/foreign");
     ASSERT_EQ(::lchown(folder.path("mine/foreign").c_str(), 0, 0), 0);
@@ -98,7 +99,7 @@ TEST_F(RemovalForecastTest, KnowsWhoseEntriesAStickyFolderLetsGo) {
     for (const char* sticky : {"shared", "mine"}) {
         ASSERT_EQ(::chmod(folder.path(sticky).c_str(), 01777), 0);
     }
-    EXPECT_EQ(forecastOf(opened(folder.path("shared")), "own"), 0) << "root may remove anybody's";
+    EXPECT_EQ(forecastOf(opened(folder.path("mine")), "own"), 0) << "root may remove anybody's";
     EXPECT_TRUE(test::passesAsOrdinaryUser([this] {
         const DirectoryHandle shared = opened(folder.path("shared"));
         EXPECT_EQ(forecastOf(shared, "own"), 0);
