@@ -49,5 +49,9 @@ target_compile_definitions(
             QT_NO_KEYWORDS
             QT_NO_FOREACH
             QT_USE_QSTRINGBUILDER
-            QT_DISABLE_DEPRECATED_BEFORE=0x060400
+            QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+            QT_NO_JAVA_STYLE_ITERATORS
+            QT_STRICT_QLIST_ITERATORS
+            # The newest version of which the headers of the oldest tell what it gives up.
+            QT_DISABLE_DEPRECATED_BEFORE=0x060800
 )
