@@ -56,6 +56,30 @@ class AppearanceCase(Case):
         return found[0], found[-1]
 
 
+class LargeText(AppearanceCase):
+    """On a desktop with larger text the whole window is larger by as much, so that no text is cut."""
+
+    def sizes_at(self, dots_per_inch):
+        self.display.set_resources(f"Xft.dpi:\t{dots_per_inch}\n")
+        self.start()
+        size = self.display.window_size()
+        self.display.picture(f"text-at-{dots_per_inch}")
+        letters = self.inked(*self.place_at(dots_per_inch / 96, self.screen.wait("heading", "Applications")))
+        self.close()
+        return size, letters[1] - letters[0] + 1
+
+    def place_at(self, scale, element):
+        self.scale = scale
+        return self.place(element)
+
+    def test_a_sixth_larger(self):
+        size, letters = self.sizes_at(96)
+        # As large as fits the screen with some room around it.
+        larger_size, larger_letters = self.sizes_at(112)
+        for plain, larger in zip((*size, letters), (*larger_size, larger_letters)):
+            self.assertAlmostEqual(larger, plain * 112 / 96, delta=2)
+
+
 class TooltipCase(AppearanceCase):
     """Two models whose names do not fit."""
 

@@ -88,6 +88,16 @@ class Display:
         self.run("xdotool", "keyup", key)
         self._presses.end()
 
+    def set_resources(self, text):
+        """What a desktop tells every program of its settings, such as "Xft.dpi:\\t120"."""
+        self.run("xprop", "-root", "-format", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER", text)
+
+    def window_size(self):
+        """Width and height of the program's window in pixels."""
+        lines = self.run("xdotool", "getwindowgeometry", "--shell", str(self.window())).splitlines()
+        values = dict(line.split("=") for line in lines)
+        return int(values["WIDTH"]), int(values["HEIGHT"])
+
     def window(self):
         """The number of the program's window, or nothing."""
         return self.find_window("--name", f"^{WINDOW_TITLE}$")
