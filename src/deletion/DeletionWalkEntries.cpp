@@ -24,17 +24,11 @@ bool isNoDirectory(int error) {
 
 void DeletionWalk::remove(const char* name, EntryKind kind) {
     for (int attempt = 0; attempt < kindChangeLimit; ++attempt) {
-        if (kind == EntryKind::unknown) {
-            EntryStatus status;
-            const int error = stack_.directory().lookUp(name, status);
-            if (error == ENOENT) {
-                return;
-            }
-            if (error != 0) {
+        if (const int error = stack_.directory().completeKind(name, kind); error != 0) {
+            if (error != ENOENT) {
                 fail(name, error);
-                return;
             }
-            kind = status.kind;
+            return;
         }
         const Step step = kind == EntryKind::directory ? enter(name) : removeLeaf(name);
         if (step == Step::done) {

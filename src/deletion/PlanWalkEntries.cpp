@@ -17,17 +17,11 @@ EntryStatus folderOf(std::int64_t logicalBytes) {
 } // namespace
 
 void PlanWalk::plan(const char* name, EntryKind kind) {
-    if (kind == EntryKind::unknown) {
-        EntryStatus status;
-        const int error = stack_.directory().lookUp(name, status);
-        if (error == ENOENT) {
-            return;
-        }
-        if (error != 0) {
+    if (const int error = stack_.directory().completeKind(name, kind); error != 0) {
+        if (error != ENOENT) {
             fail(name, error);
-            return;
         }
-        kind = status.kind;
+        return;
     }
     if (kind == EntryKind::directory) {
         enter(name);

@@ -27,7 +27,7 @@ std::set<std::string> placesElsewhere(const std::string& folder, const std::func
     }
     DirectoryStack stack(std::move(base));
     while (!shouldStop || !shouldStop()) {
-        const std::optional<DirectoryStack::Entry> entry = stack.nextEntry();
+        std::optional<DirectoryStack::Entry> entry = stack.nextEntry();
         if (!entry) {
             if (stack.depth() == 1) {
                 break;
@@ -35,13 +35,10 @@ std::set<std::string> placesElsewhere(const std::string& folder, const std::func
             stack.leave();
             continue;
         }
-        EntryStatus status{.kind = entry->kind};
-        if (status.kind == EntryKind::unknown) {
-            (void)stack.directory().lookUp(entry->name, status);
-        }
-        if (status.kind == EntryKind::directory) {
+        (void)stack.directory().completeKind(entry->name, entry->kind);
+        if (entry->kind == EntryKind::directory) {
             (void)stack.enter(entry->name);
-        } else if (status.kind == EntryKind::link) {
+        } else if (entry->kind == EntryKind::link) {
             const std::string below = paths::appending(*inside, stack.relativePath());
             std::optional<std::string> place = files.resolvingSymlinks(paths::appending(below, entry->name));
             if (place && !paths::isSameOrBelow(*place, *inside)) {

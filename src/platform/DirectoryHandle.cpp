@@ -180,6 +180,13 @@ int DirectoryHandle::lookUp(const char* name, EntryStatus& status) const {
     return 0;
 }
 
+int DirectoryHandle::completeKind(const char* name, EntryKind& kind) const {
+    EntryStatus status{.kind = kind};
+    const int error = kind == EntryKind::unknown ? lookUp(name, status) : 0;
+    kind = status.kind;
+    return error;
+}
+
 std::optional<std::string> DirectoryHandle::linkDestination(const char* name) const {
     std::array<char, PATH_MAX> target{};
     const ssize_t length = ::readlinkat(descriptor_.get(), name, target.data(), target.size());

@@ -57,6 +57,9 @@ public:
 
     [[nodiscard]] int lookUp(const char* name, EntryStatus& status) const;
 
+    /// Looks the entry up whose `kind` the listing left unknown; a known one stays as it is, without a look.
+    [[nodiscard]] int completeKind(const char* name, EntryKind& kind) const;
+
     /// Where the link `name` points, as it is written there; nothing if it is no link.
     [[nodiscard]] std::optional<std::string> linkDestination(const char* name) const;
 

@@ -34,11 +34,7 @@ void visitTree(const std::string& path, const TreeVisitor& visit, const std::fun
             stack.leave();
             continue;
         }
-        if (entry->kind == EntryKind::unknown) {
-            if (EntryStatus status; stack.directory().lookUp(entry->name, status) == 0) {
-                entry->kind = status.kind;
-            }
-        }
+        (void)stack.directory().completeKind(entry->name, entry->kind);
         if (entry->kind == EntryKind::link) {
             continue;
         }

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <utility>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -130,6 +131,26 @@ TEST_F(DirectoryHandleTest, DescribesEntriesWithoutFollowingThem) {
     ASSERT_EQ(handle.lookUp("pipe", status), 0);
     EXPECT_EQ(status.kind, EntryKind::other);
     EXPECT_EQ(handle.lookUp("missing", status), ENOENT);
+}
+
+TEST_F(DirectoryHandleTest, LooksUpTheKindThatAListingLeftUnknown) {
+    folder.makeFile("file");
+    folder.makeDirectory("sub");
+    folder.makeLink("link", "sub");
+    for (const auto& [name, expected] :
+         {std::pair("file", EntryKind::other), std::pair("sub", EntryKind::directory),
+          std::pair("link", EntryKind::link)}) {
+        EntryKind kind = EntryKind::unknown;
+        EXPECT_EQ(handle.completeKind(name, kind), 0);
+        EXPECT_EQ(kind, expected) << name;
+    }
+    EntryKind missing = EntryKind::unknown;
+    EXPECT_EQ(handle.completeKind("missing", missing), ENOENT);
+    EXPECT_EQ(missing, EntryKind::unknown);
+    // What the listing told is not looked up again.
+    EntryKind told = EntryKind::directory;
+    EXPECT_EQ(handle.completeKind("missing", told), 0);
+    EXPECT_EQ(told, EntryKind::directory);
 }
 
 TEST_F(DirectoryHandleTest, WhatAFileOccupiesIsCountedInBytes) {
