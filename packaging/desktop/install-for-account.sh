@@ -13,6 +13,11 @@ quoted() {
     printf '"%s"' "$(printf '%s' "$1" | sed -e 's/[\\"`$]/\\&/g' -e 's/\\/\\\\/g' -e 's/%/%%/g')"
 }
 
+# Only an earlier Zentrill makes room for this one, never something else of that name.
+if { [ -e "$target" ] || [ -L "$target" ]; } && ! grep -qs com.user.Zentrill "$target/Contents/Info.plist"; then
+    printf '%s is not Zentrill: move it away first\n' "$target" >&2
+    exit 1
+fi
 mkdir -p "$HOME/Applications"
 rm -rf "$target"
 cp -R "$bundle" "$target"

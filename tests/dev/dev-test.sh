@@ -138,11 +138,12 @@ case_sanitizer() {
 case_install() {
     local home="$folder/the \"home\" of \`\$sam\`, 100% \\ his" data command
     data="$home/.local/share"
-    for tool in cp id mkdir rm sed touch; do rm -f "$folder/bin/$tool" && ln -s "$(command -v "$tool")" "$folder/bin/$tool"; done
+    for tool in cp grep id mkdir rm sed touch; do rm -f "$folder/bin/$tool" && ln -s "$(command -v "$tool")" "$folder/bin/$tool"; done
     mkdir -p "$home" "$project/packaging/desktop" "$project/build/release/Zentrill.app/Contents/Resources"
     cp "$1/packaging/desktop/"*.sh "$1/packaging/desktop/"*.desktop "$project/packaging/desktop/"
     cp "$1/packaging/icon/zentrill.svg" "$project/build/release/Zentrill.app/Contents/Resources/"
     printf '#!/bin/sh\necho started >>"%s"\n' "$calls" >"$project/build/release/Zentrill.app/Contents/MacOS/Zentrill"
+    printf '<string>com.user.Zentrill</string>\n' >"$project/build/release/Zentrill.app/Contents/Info.plist"
     env -i PATH="$folder/bin" HOME="$home" "$project/dev" install >"$folder/output" 2>&1 || fail "failed"
     # The entry's own escapes are undone here; those of its quotes are the same as a shell's.
     command=$(sed -n 's/^Exec=//p' "$data/applications/com.user.Zentrill.desktop" | sed -e 's/\\\\/\\/g' -e 's/%%/%/g')
@@ -150,8 +151,15 @@ case_install() {
     expect_call started
     [ -s "$data/icons/hicolor/scalable/apps/com.user.Zentrill.svg" ] || fail "there is no icon"
     grep -qx 'Icon=com.user.Zentrill' "$data/applications/com.user.Zentrill.desktop" || fail "the entry has no icon"
-    env -i PATH="$folder/bin" HOME="$home" XDG_DATA_HOME="$folder/data" "$project/dev" install >"$folder/output" 2>&1
+    env -i PATH="$folder/bin" HOME="$home" XDG_DATA_HOME="$folder/data" "$project/dev" install >"$folder/output" 2>&1 ||
+        fail "does not replace an earlier one"
     [ -s "$folder/data/applications/com.user.Zentrill.desktop" ] || fail "the entry is not where the account has its data"
+    printf '<string>com.somebody.else</string>\n' >"$home/Applications/Zentrill.app/Contents/Info.plist"
+    if env -i PATH="$folder/bin" HOME="$home" "$project/dev" install >"$folder/output" 2>&1; then
+        fail "replaces what is not Zentrill"
+    fi
+    expect_output 'is not Zentrill: move it away first'
+    grep -q somebody "$home/Applications/Zentrill.app/Contents/Info.plist" || fail "removed what is not Zentrill"
 }
 
 case_first_run() {
