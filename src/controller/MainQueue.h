@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controller/WakePipe.h"
+#include "platform/WakePipe.h"
 
 #include <chrono>
 #include <deque>

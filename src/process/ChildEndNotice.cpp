@@ -1,6 +1,6 @@
 #include "process/ChildEndNotice.h"
 
-#include "process/Pipe.h"
+#include "platform/Pipe.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "process/Pipe.h"
+#include "platform/Pipe.h"
 
 #include <chrono>
 #include <condition_variable>

@@ -2,12 +2,12 @@
 
 #include "platform/HomeDirectory.h"
 #include "platform/Paths.h"
+#include "platform/Pipe.h"
 #include "process/AbandonedChildren.h"
 #include "process/ChildEndNotice.h"
 #include "process/ChildEnding.h"
 #include "process/CommandsInFlight.h"
 #include "process/OutputPump.h"
-#include "process/Pipe.h"
 #include "process/SpawnChild.h"
 
 #include <algorithm>

@@ -1,10 +1,10 @@
 #include "process/ChildProcess.h"
 
+#include "platform/Pipe.h"
 #include "process/AbandonedChildren.h"
 #include "process/ChildEndNotice.h"
 #include "process/ChildEnding.h"
 #include "process/OutputPump.h"
-#include "process/Pipe.h"
 #include "process/SpawnChild.h"
 #include "support/FailingSystemCall.h"
 #include "support/Processes.h"

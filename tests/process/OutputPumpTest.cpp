@@ -1,7 +1,7 @@
 #include "process/OutputPump.h"
 
+#include "platform/Pipe.h"
 #include "process/ChildEndNotice.h"
-#include "process/Pipe.h"
 #include "process/SpawnChild.h"
 
 #include <gtest/gtest.h>

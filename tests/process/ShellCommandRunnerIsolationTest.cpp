@@ -1,5 +1,5 @@
 #include "platform/FileDescriptor.h"
-#include "process/Pipe.h"
+#include "platform/Pipe.h"
 #include "process/ShellCommandRunner.h"
 #include "process/SpawnChild.h"
 #include "support/Processes.h"

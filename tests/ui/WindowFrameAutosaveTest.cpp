@@ -1,7 +1,7 @@
-#include "controller/WindowFrameAutosave.h"
+#include "entry/WindowFrameAutosave.h"
 
 #include "UiFixture.h"
-#include "controller/AppDelegate.h"
+#include "entry/AppDelegate.h"
 #include "platform/PropertyList.h"
 #include "support/Processes.h"
 

@@ -1,6 +1,6 @@
-// What src/controller/MacWindow.mm takes from AppKit, for compiling that file where Apple's own headers are
-// not: they come with Xcode alone. The names and types are those of Apple's documentation; nothing is linked
-// with it.
+// What src/controller/entry/MacWindow.mm takes from AppKit, for compiling that file where Apple's own headers
+// are not: they come with Xcode alone. The names and types are those of Apple's documentation; nothing is
+// linked with it.
 #pragma once
 
 using BOOL = bool;

@@ -1,4 +1,4 @@
-#include "controller/WindowFrameAutosave.h"
+#include "entry/WindowFrameAutosave.h"
 
 #include "platform/PropertyList.h"
 

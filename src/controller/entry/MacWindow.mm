@@ -1,4 +1,4 @@
-#include "controller/MacWindow.h"
+#include "entry/MacWindow.h"
 
 #include <QWindow>
 

@@ -1,4 +1,4 @@
-#include "process/Pipe.h"
+#include "platform/Pipe.h"
 
 #include <array>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "controller/WakePipe.h"
+#include "platform/WakePipe.h"
 
 #include <cerrno>
 

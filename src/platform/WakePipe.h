@@ -1,6 +1,6 @@
 #pragma once
 
-#include "process/Pipe.h"
+#include "platform/Pipe.h"
 
 namespace zentrill {
 

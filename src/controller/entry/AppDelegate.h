@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controller/WindowFrameAutosave.h"
+#include "entry/WindowFrameAutosave.h"
 
 #include <QObject>
 

@@ -1,6 +1,6 @@
-#include "controller/AppDelegate.h"
+#include "entry/AppDelegate.h"
 
-#include "controller/MacWindow.h"
+#include "entry/MacWindow.h"
 
 #include <QEvent>
 #include <QGuiApplication>

@@ -1,4 +1,4 @@
-#include "process/Pipe.h"
+#include "platform/Pipe.h"
 
 #include <gtest/gtest.h>
 
@@ -30,6 +30,16 @@ TEST(Pipe, IsReadWithoutWaiting) {
 TEST(Pipe, IsWrittenToWithWaiting) {
     const Pipe pipe = Pipe::open();
     EXPECT_EQ(::fcntl(pipe.writing.get(), F_GETFL) & O_NONBLOCK, 0);
+}
+
+TEST(Pipe, StaysClearOfTheStandardStreamsOfAProgramWithoutThem) {
+    const FileDescriptor errors(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    ASSERT_TRUE(errors);
+    ::close(STDERR_FILENO);
+    const Pipe pipe = Pipe::open();
+    ASSERT_EQ(::dup2(errors.get(), STDERR_FILENO), STDERR_FILENO);
+    EXPECT_GT(pipe.reading.get(), STDERR_FILENO);
+    EXPECT_GT(pipe.writing.get(), STDERR_FILENO);
 }
 
 } // namespace
