@@ -1,12 +1,12 @@
 #include "ui/ContentView.h"
 
 #include "controller/UninstallerViewModel.h"
-#include "ui/ButtonAccessible.h"
 #include "ui/ContentViewState.h"
 #include "ui/InputGuard.h"
-#include "ui/ItemAccessible.h"
 #include "ui/KeyboardUse.h"
 #include "ui/WarmPalette.h"
+#include "ui/items/ButtonAccessible.h"
+#include "ui/items/ItemAccessible.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>

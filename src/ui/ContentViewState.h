@@ -3,10 +3,10 @@
 #include "controller/UninstallerViewModel.h"
 #include "ui/ConfirmationState.h"
 #include "ui/InputGuard.h"
-#include "ui/LineSelection.h"
-#include "ui/LogListModel.h"
 #include "ui/ResultState.h"
-#include "ui/RowModels.h"
+#include "ui/models/LineSelection.h"
+#include "ui/models/LogListModel.h"
+#include "ui/models/RowModels.h"
 
 #include <QObject>
 #include <QUrl>

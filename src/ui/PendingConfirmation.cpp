@@ -1,7 +1,7 @@
 #include "ui/PendingConfirmation.h"
 
 #include "controller/ConfirmationCopy.h"
-#include "ui/Overloaded.h"
+#include "ui/models/Overloaded.h"
 
 namespace zentrill {
 

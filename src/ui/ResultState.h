@@ -1,8 +1,8 @@
 #pragma once
 
 #include "controller/UninstallerViewModel.h"
-#include "ui/FixedLinesModel.h"
-#include "ui/LineSelection.h"
+#include "ui/models/FixedLinesModel.h"
+#include "ui/models/LineSelection.h"
 
 #include <QColor>
 #include <QObject>

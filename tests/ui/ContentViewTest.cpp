@@ -2,8 +2,8 @@
 
 #include "UiFixture.h"
 #include "ui/ContentViewState.h"
-#include "ui/ManualCodeTextView.h"
-#include "ui/Pressable.h"
+#include "ui/items/ManualCodeTextView.h"
+#include "ui/items/Pressable.h"
 
 #include <QAccessible>
 #include <QGuiApplication>

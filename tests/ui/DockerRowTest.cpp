@@ -1,4 +1,4 @@
-#include "ui/DockerRow.h"
+#include "ui/models/DockerRow.h"
 
 #include <gmock/gmock.h>
 

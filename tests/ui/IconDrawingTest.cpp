@@ -1,4 +1,4 @@
-#include "ui/IconDrawing.h"
+#include "ui/items/IconDrawing.h"
 
 #include "UiFixture.h"
 #include "catalog/ApplicationList.h"

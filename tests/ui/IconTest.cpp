@@ -1,6 +1,6 @@
-#include "ui/Icon.h"
+#include "ui/items/Icon.h"
 
-#include "ui/IconDrawing.h"
+#include "ui/items/IconDrawing.h"
 
 #include <QQuickWindow>
 #include <gtest/gtest.h>

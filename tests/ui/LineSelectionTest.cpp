@@ -1,8 +1,8 @@
-#include "ui/LineSelection.h"
+#include "ui/models/LineSelection.h"
 
 #include "UiFixture.h"
-#include "ui/FixedLinesModel.h"
-#include "ui/LogListModel.h"
+#include "ui/models/FixedLinesModel.h"
+#include "ui/models/LogListModel.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

@@ -1,4 +1,4 @@
-#include "ui/LineSpacing.h"
+#include "ui/items/LineSpacing.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>

@@ -1,4 +1,4 @@
-#include "ui/ManualCodeTextView.h"
+#include "ui/items/ManualCodeTextView.h"
 
 #include "UiFixture.h"
 

@@ -1,4 +1,4 @@
-#include "ui/RecordListModel.h"
+#include "ui/models/RecordListModel.h"
 
 #include <QAbstractItemModelTester>
 #include <gmock/gmock.h>

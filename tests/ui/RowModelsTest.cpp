@@ -1,4 +1,4 @@
-#include "ui/RowModels.h"
+#include "ui/models/RowModels.h"
 
 #include "UiFixture.h"
 #include "catalog/ApplicationList.h"

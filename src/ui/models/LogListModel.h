@@ -1,7 +1,7 @@
 #pragma once
 
 #include "controller/UninstallerViewModel.h"
-#include "ui/TextLinesModel.h"
+#include "ui/models/TextLinesModel.h"
 
 namespace zentrill {
 

@@ -1,4 +1,4 @@
-#include "ui/LineSelection.h"
+#include "ui/models/LineSelection.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

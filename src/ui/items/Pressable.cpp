@@ -1,4 +1,4 @@
-#include "ui/Pressable.h"
+#include "ui/items/Pressable.h"
 
 namespace zentrill {
 

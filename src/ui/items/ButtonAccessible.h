@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/ItemAccessible.h"
+#include "ui/items/ItemAccessible.h"
 
 namespace zentrill {
 

@@ -1,4 +1,4 @@
-#include "ui/LogListModel.h"
+#include "ui/models/LogListModel.h"
 
 #include "controller/DisplayText.h"
 

@@ -1,4 +1,4 @@
-#include "ui/ListDifference.h"
+#include "ui/models/ListDifference.h"
 
 #include <algorithm>
 #include <deque>

@@ -1,4 +1,4 @@
-#include "ui/FixedLinesModel.h"
+#include "ui/models/FixedLinesModel.h"
 
 namespace zentrill {
 

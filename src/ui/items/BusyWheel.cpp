@@ -1,4 +1,4 @@
-#include "ui/BusyWheel.h"
+#include "ui/items/BusyWheel.h"
 
 #include <QPainter>
 #include <QTimerEvent>

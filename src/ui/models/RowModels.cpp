@@ -1,7 +1,7 @@
-#include "ui/RowModels.h"
+#include "ui/models/RowModels.h"
 
 #include "controller/DisplayText.h"
-#include "ui/Overloaded.h"
+#include "ui/models/Overloaded.h"
 
 namespace zentrill {
 

@@ -1,6 +1,6 @@
-#include "ui/DockerRow.h"
+#include "ui/models/DockerRow.h"
 
-#include "ui/Overloaded.h"
+#include "ui/models/Overloaded.h"
 
 namespace zentrill {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/ListDifference.h"
+#include "ui/models/ListDifference.h"
 
 #include <QAbstractListModel>
 #include <QByteArray>

@@ -1,6 +1,6 @@
-#include "ui/ItemAccessible.h"
+#include "ui/items/ItemAccessible.h"
 
-#include "ui/ManualCodeTextView.h"
+#include "ui/items/ManualCodeTextView.h"
 
 #include <QQuickWindow>
 

@@ -1,4 +1,4 @@
-#include "ui/WindowMover.h"
+#include "ui/items/WindowMover.h"
 
 #include <QQuickWindow>
 

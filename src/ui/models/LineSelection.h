@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/TextLinesModel.h"
+#include "ui/models/TextLinesModel.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>

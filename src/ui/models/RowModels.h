@@ -2,8 +2,8 @@
 
 #include "catalog/AppInfo.h"
 #include "models/LocalModel.h"
-#include "ui/DockerRow.h"
-#include "ui/RecordListModel.h"
+#include "ui/models/DockerRow.h"
+#include "ui/models/RecordListModel.h"
 
 #include <memory>
 

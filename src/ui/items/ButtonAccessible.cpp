@@ -1,6 +1,6 @@
-#include "ui/ButtonAccessible.h"
+#include "ui/items/ButtonAccessible.h"
 
-#include "ui/Pressable.h"
+#include "ui/items/Pressable.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
