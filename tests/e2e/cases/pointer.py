@@ -206,9 +206,11 @@ class PressInTheDockerList(DockerCase):
 
         pressed = 0
         for notches in (2, 1, 3, -1):
-            before = places()
-            self.display.wheel(left + width // 3, top + height // 2, notches)
-            self.screen.until(lambda: places() != before, "rows that moved")
+            # One at a time: while the next one is on its way, what stands where would not be known.
+            for _ in range(abs(notches)):
+                before = places()
+                self.display.wheel(left + width // 3, top + height // 2, notches // abs(notches))
+                self.screen.until(lambda: places() != before, "rows that moved")
             before = places()
             name = [row for row, (_, y, _, size) in before.items() if row.startswith("service") and y >= top
                     and y + size <= top + height][pressed]
