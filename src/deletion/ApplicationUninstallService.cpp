@@ -162,6 +162,9 @@ void ApplicationUninstallService::planRemainingData(const ApplicationDetectionRu
         if (plan.stopped || !detector_.residualPathExists(path) || options.earlier->covers(path)) {
             continue;
         }
+        if (options.progress) {
+            options.progress(path, {});
+        }
         // It is no deletion, so the later plans are not to know.
         EarlierPlans earlier = *options.earlier;
         plan.items.push_back({.path = path,
@@ -174,6 +177,7 @@ std::int64_t ApplicationUninstallService::sizeOf(const std::string& path, PlanOp
                                                  EarlierPlans* earlier, bool& stopped) const {
     options.listedItems = 0;
     options.earlier = earlier;
+    options.progress = nullptr;
     const DeletionPlan whole = deletion_->plan(path, {}, options);
     stopped = whole.stopped;
     return whole.logicalBytes();

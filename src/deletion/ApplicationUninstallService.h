@@ -57,7 +57,8 @@ public:
 
     /// What `uninstall` would do, found out by looking alone. Whether the tool runs is not asked: that starts
     /// a program, and only the answer at the time of the removal counts. For several tools to be removed one
-    /// after the other, `options` names the plans that come first.
+    /// after the other, `options` names the plans that come first. Of data that stay, `options.progress` is
+    /// told the path alone, before they are sized.
     [[nodiscard]] ApplicationUninstallPlan plan(const ApplicationDetectionRule& rule,
                                                 bool preserveCredentials, const PathExpander& pathExpander,
                                                 const PlanOptions& options = {}) const;

@@ -11,6 +11,7 @@
 namespace zentrill {
 
 class EarlierPlans;
+struct DeletionPlan;
 
 /// How a plan is to be made.
 struct PlanOptions {
@@ -18,6 +19,12 @@ struct PlanOptions {
     std::size_t listedItems = 100;
     /// Asked before each entry, on several threads at once; its first "yes" ends the plan.
     std::function<bool()> shouldStop{}; // NOLINT(readability-redundant-member-init): GCC warns
+    /// Told while the plan is made what was found since the last time: of a deletion that finds something at
+    /// once, then a few times a second, in the end the rest. On several threads, but never on two at once.
+    /// What is told adds up to the counts and sums of the plan; the paths come as threads meet them, at least
+    /// as many as the plan lists.
+    std::function<void(const std::string& item, const DeletionPlan& news)>
+        progress{}; // NOLINT(readability-redundant-member-init): GCC warns
     /// The deletions that come first, which this one is added to; null where it is the only one.
     EarlierPlans* earlier = nullptr;
 };

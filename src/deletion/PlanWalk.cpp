@@ -18,6 +18,7 @@ PlanWalk::PlanWalk(const DeletionRules& rules, const PlanOptions& options, std::
       itemName_(paths_.name()),
       stack_(std::move(parent)),
       record_(emptyRecord()),
+      news_(emptyRecord()),
       handedOver_(lend(), rules.mayRemove ? DeletionConcurrency{} : rules.concurrency) {
     folders_.push_back({.forecast = RemovalForecast(stack_.directory())});
 }
@@ -30,6 +31,7 @@ PlanWalk::PlanWalk(const PlanWalk& around, SubtreeTask task, DeletionCrew& crew,
       itemName_(paths_.name()),
       stack_(std::move(task.parent)),
       record_(emptyRecord()),
+      news_(emptyRecord()),
       handedOver_(lend(), crew, mayHelp) {
     folders_.push_back({.forecast = RemovalForecast(stack_.directory())});
 }
@@ -68,6 +70,9 @@ PlanRecord PlanWalk::run() {
         keep(itemName_.c_str(), reason);
     }
     PlanOutcome outcome = goThrough();
+    if (shared_.teller.isWanted()) {
+        shared_.teller.tellAll();
+    }
     DeletionPlan& plan = outcome.record.plan;
     plan.stopped = shared_.stopped;
     plan.itemGoes = !plan.stopped && !outcome.left && plan.removed.count > 0;
@@ -93,14 +98,25 @@ PlanOutcome PlanWalk::goThrough() {
             leave();
         }
     }
+    tellNews();
     return {.record = record_.take(), .left = folder().left, .logicalBytes = folder().logicalBytes};
 }
 
 bool PlanWalk::stopRequested() {
+    if (++entriesSinceTold_ >= PlanTeller::entriesBetween) {
+        tellNews();
+    }
     if (!shared_.stopped && options_.shouldStop && options_.shouldStop()) {
         shared_.stopped = true;
     }
     return shared_.stopped;
+}
+
+void PlanWalk::tellNews() {
+    entriesSinceTold_ = 0;
+    if (shared_.teller.isWanted()) {
+        shared_.teller.gather(std::exchange(news_, emptyRecord()));
+    }
 }
 
 void PlanWalk::handle(const char* name, EntryKind kind) {

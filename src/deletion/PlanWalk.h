@@ -10,6 +10,7 @@
 #include "deletion/LinkedFiles.h"
 #include "deletion/OrderedRecord.h"
 #include "deletion/PlanRecord.h"
+#include "deletion/PlanTeller.h"
 #include "platform/DirectoryHandle.h"
 #include "platform/DirectoryStack.h"
 #include "platform/RemovalForecast.h"
@@ -66,10 +67,12 @@ private:
     struct Shared {
         Shared(std::string reportedItem, const PlanOptions& options)
             : item(std::move(reportedItem)),
+              teller(item, options),
               linkedFiles(options.earlier != nullptr ? options.earlier->linkedFiles() : ownLinkedFiles) {}
 
         /// As the report calls it.
         std::string item;
+        PlanTeller teller;
         std::atomic<bool> stopped{false};
         LinkedFiles ownLinkedFiles;
         LinkedFiles& linkedFiles;
@@ -84,6 +87,8 @@ private:
     [[nodiscard]] HandedOverFolders<PlanOutcome>::Walk lend();
     [[nodiscard]] PlanOutcome goThrough();
     [[nodiscard]] bool stopRequested();
+    /// Hands over what was found since the last time.
+    void tellNews();
     [[nodiscard]] bool handOver(const char* name);
     void handle(const char* name, EntryKind kind);
     void plan(const char* name, EntryKind kind);
@@ -101,7 +106,10 @@ private:
     [[nodiscard]] std::string_view below() const;
     [[nodiscard]] std::string pathOf(const char* name) const;
 
-    [[nodiscard]] DeletionPlan::Items& items(End end);
+    [[nodiscard]] static DeletionPlan::Items& items(DeletionPlan& plan, End end);
+    /// Adds the entry `name` of the top directory to what meets `end`, and to the list if there is room; null
+    /// for the directory itself.
+    void list(const char* name, End end, std::int64_t logicalBytes, bool isFolder);
     /// Counts the entry `name` of the top directory; a folder's size is that of what goes with it.
     void count(const char* name, End end, const EntryStatus& status);
     /// Notes one more name of a file, and what it meets.
@@ -125,6 +133,9 @@ private:
     /// One for each directory of the stack.
     std::vector<Folder> folders_;
     OrderedRecord<PlanRecord> record_;
+    /// What the teller does not know yet, if anybody listens.
+    PlanRecord news_;
+    std::size_t entriesSinceTold_ = 0;
     HandedOverFolders<PlanOutcome> handedOver_;
     std::size_t handledEntries_ = 0;
 };

@@ -92,8 +92,7 @@ bool PlanWalk::mayRemove(const char* name) const {
     return !rules_.mayRemove || rules_.mayRemove(pathOf(name));
 }
 
-DeletionPlan::Items& PlanWalk::items(End end) {
-    DeletionPlan& plan = record_.current().plan;
+DeletionPlan::Items& PlanWalk::items(DeletionPlan& plan, End end) {
     switch (end) {
     case End::removed:
         return plan.removed;
@@ -113,23 +112,36 @@ DeletionPlan::Items& PlanWalk::items(End end) {
 
 void PlanWalk::count(const char* name, End end, const EntryStatus& status) {
     const bool isFolder = status.kind == EntryKind::directory;
-    DeletionPlan::Items& counted = items(end);
-    ++counted.count;
-    if (counted.listed.size() < options_.listedItems) {
-        // No path is made for the others: there may be a million.
-        counted.listed.push_back({.path = pathOf(name), .logicalBytes = status.size, .isFolder = isFolder});
-    }
+    list(name, end, status.size, isFolder);
     folder().left = folder().left || end != End::removed;
     if (isFolder) {
         return;
     }
     addBytes(folder().logicalBytes, status.size);
     const LinkedFiles::Count link = meet(status, end);
-    if (link.firstOfItsEnd) {
-        addBytes(counted.logicalBytes, status.size);
+    for (DeletionPlan* plan : {&record_.current().plan, &news_.plan}) {
+        if (link.firstOfItsEnd) {
+            addBytes(items(*plan, end).logicalBytes, status.size);
+        }
+        if (link.lastLinkGoes) {
+            addBytes(plan->freedBytes, status.allocatedSize);
+        }
     }
-    if (link.lastLinkGoes) {
-        addBytes(record_.current().plan.freedBytes, status.allocatedSize);
+}
+
+void PlanWalk::list(const char* name, End end, std::int64_t logicalBytes, bool isFolder) {
+    DeletionPlan::Items& counted = items(record_.current().plan, end);
+    DeletionPlan::Items& news = items(news_.plan, end);
+    ++counted.count;
+    ++news.count;
+    if (counted.listed.size() >= options_.listedItems) {
+        return; // No path is made for the others: there may be a million.
+    }
+    counted.listed.push_back({.path = name != nullptr ? pathOf(name) : paths_.reported(below()),
+                              .logicalBytes = logicalBytes,
+                              .isFolder = isFolder});
+    if (shared_.teller.isWanted()) {
+        news.listed.push_back(counted.listed.back());
     }
 }
 
@@ -152,15 +164,10 @@ void PlanWalk::fail(const char* name, int error, const EntryStatus& status) {
 /// For the top directory itself, whose entries are not all known.
 void PlanWalk::failHere(int error) {
     folder().left = true;
-    const std::string path = paths_.reported(below());
     if (listsFailures()) {
-        listFailure(path, error);
+        listFailure(paths_.reported(below()), error);
     }
-    DeletionPlan::Items& failing = items(End::failing);
-    ++failing.count;
-    if (failing.listed.size() < options_.listedItems) {
-        failing.listed.push_back({.path = path, .isFolder = true});
-    }
+    list(nullptr, End::failing, 0, true);
 }
 
 bool PlanWalk::listsFailures() {
@@ -174,6 +181,9 @@ void PlanWalk::listFailure(const std::string& path, int error) {
     } else {
         failures.push_back(shared_.item + ": " + systemDescription(error) +
                            (path == shared_.item ? "" : " (at " + path + ")"));
+    }
+    if (shared_.teller.isWanted()) {
+        news_.plan.failures.push_back(failures.back());
     }
 }
 

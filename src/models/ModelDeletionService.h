@@ -30,8 +30,8 @@ public:
     [[nodiscard]] ModelDeletionResult deleteModel(const std::string& name, const std::string& source,
                                                   const std::string& path) const;
 
-    /// What `deleteModel` would do, found out by looking alone; no tool is started. `options.earlier` counts
-    /// for files and folders only.
+    /// What `deleteModel` would do, found out by looking alone; no tool is started. `options.earlier` and
+    /// `options.progress` count for files and folders only.
     [[nodiscard]] ModelDeletionPlan plan(const std::string& source, const std::string& path,
                                          const PlanOptions& options = {}) const;
 

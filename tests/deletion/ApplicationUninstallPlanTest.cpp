@@ -3,6 +3,7 @@
 #include "DeletionCases.h"
 #include "UninstallFixture.h"
 #include "catalog/ApplicationDetectionRegistry.h"
+#include "deletion/PlanRecord.h"
 #include "support/ChildProcess.h"
 #include "support/OrdinaryUser.h"
 
@@ -288,6 +289,31 @@ TEST_F(ApplicationUninstallPlans, EndWhenTheyAreToldTo) {
         plan("VendorApp", false, {.shouldStop = [&asked] { return ++asked == 2; }});
     EXPECT_TRUE(oneEntry.stopped);
     EXPECT_THAT(itemPaths(oneEntry), ElementsAre(expanded("/Applications/VendorApp.app")));
+}
+
+TEST_F(ApplicationUninstallPlans, TellEachItemWhenItIsBegunAndOnceWhatBecomesOfIt) {
+    make("~/.gemini/oauth_creds.json", "secret");
+    make("~/.gemini/tmp/data", "data");
+    make("~/Library/Application Support/io.datasette.llm/logs.db", "1234");
+    make("~/Library/Application Support/io.datasette.llm/other", "12");
+    make("~/Library/Application Support/Claude/deep/file", "12345");
+    for (const char* tool : {"Gemini", "LLM CLI", "Claude"}) {
+        for (const bool shield : {true, false}) {
+            std::vector<std::string> told;
+            PlanRecord sum{.plan = {}, .listedItems = 100, .listedFailures = 100};
+            PlanOptions options;
+            options.progress = [&](const std::string& item, const DeletionPlan& news) {
+                sum.append({.plan = news});
+                if (told.empty() || told.back() != item) {
+                    told.push_back(item);
+                }
+            };
+            const ApplicationUninstallPlan plan = this->plan(tool, shield, options);
+            EXPECT_EQ(told, itemPaths(plan)) << tool;
+            EXPECT_EQ(sum.plan.removed.logicalBytes, plan.removedBytes()) << tool;
+            EXPECT_EQ(sum.plan.freedBytes, plan.freedBytes()) << tool;
+        }
+    }
 }
 
 TEST_F(ApplicationUninstallPlans, ListNoMoreThanAskedFor) {
