@@ -4,6 +4,7 @@
 #include "ui/ContentViewState.h"
 #include "ui/InputGuard.h"
 #include "ui/KeyboardUse.h"
+#include "ui/Shortcuts.h"
 #include "ui/WarmPalette.h"
 #include "ui/items/ButtonAccessible.h"
 #include "ui/items/ItemAccessible.h"
@@ -13,6 +14,8 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QtQml/qqmlextensionplugin.h>
+
+#include <optional>
 
 Q_IMPORT_QML_PLUGIN(ZentrillPlugin)
 
@@ -53,6 +56,8 @@ ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
     setInitialProperties({{QStringLiteral("viewState"), QVariant::fromValue(state_.get())}});
     // What comes in later than the first frame.
     connect(state_.get(), &ContentViewState::partFailed, this, &ContentView::reportFailure);
+    // Not from within the key's own event, which the window has to outlive.
+    connect(state_.get(), &ContentViewState::closeRequested, this, &QWindow::close, Qt::QueuedConnection);
     setSource(source);
     if (status() == QQuickView::Error) {
         reportFailure(source);
@@ -98,7 +103,20 @@ void ContentView::keyPressEvent(QKeyEvent* event) {
         }
         event->setAccepted(repetition.isAccepted());
     } else if (input.admits(*event)) {
-        QQuickView::keyPressEvent(event);
+        deliverPress(*event);
+    }
+}
+
+void ContentView::deliverPress(QKeyEvent& press) {
+    // What a modal leaves is for nothing below it, not even where the press has just closed it.
+    const bool belowModal = state_->modalShown();
+    QQuickView::keyPressEvent(&press);
+    if (press.isAccepted() || press.isAutoRepeat() || belowModal) {
+        return;
+    }
+    if (const std::optional<ShortcutAction> action = Shortcuts::actionOf(press)) {
+        press.accept();
+        state_->perform(*action);
     }
 }
 

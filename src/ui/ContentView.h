@@ -45,6 +45,8 @@ private:
     /// Looks up why that file cannot be loaded, and says so once the event loop runs.
     void reportFailure(const QUrl& file);
     void setKeyboardUsed(bool used);
+    /// Gives a press to the items, and to the shortcuts what none of them takes.
+    void deliverPress(QKeyEvent& press);
     /// Whether this is the press of a mouse button that was meant for what was there before.
     [[nodiscard]] bool isStalePress(const QEvent& event);
 

@@ -226,6 +226,9 @@ InputGuard::Surface ContentViewState::surface() const {
 void ContentViewState::showModal() {
     // Before the views show it: they ask at once whether it can have been seen.
     input_.setSurface(surface());
+    if (modalShown()) {
+        setShortcutsShown(false);
+    }
     Q_EMIT modalChanged();
 }
 

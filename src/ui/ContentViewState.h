@@ -4,6 +4,7 @@
 #include "ui/ConfirmationState.h"
 #include "ui/InputGuard.h"
 #include "ui/ResultState.h"
+#include "ui/Shortcuts.h"
 #include "ui/models/LineSelection.h"
 #include "ui/models/LogListModel.h"
 #include "ui/models/RowModels.h"
@@ -41,6 +42,8 @@ class ContentViewState : public QObject {
     Q_PROPERTY(bool resultShown READ resultShown NOTIFY modalChanged FINAL)
     Q_PROPERTY(bool acceptsRequests READ acceptsRequests NOTIFY modalChanged FINAL)
     Q_PROPERTY(bool canUninstall READ canUninstall NOTIFY canUninstallChanged FINAL)
+    Q_PROPERTY(
+        bool shortcutsShown READ shortcutsShown WRITE setShortcutsShown NOTIFY shortcutsShownChanged FINAL)
     Q_PROPERTY(bool windowShown READ windowShown NOTIFY windowShownChanged FINAL)
     Q_PROPERTY(QString selectionCount READ selectionCount NOTIFY selectionChanged FINAL)
     Q_PROPERTY(QString shieldCaption READ shieldCaption NOTIFY shieldCaptionChanged FINAL)
@@ -103,6 +106,14 @@ public:
 
     void setWindowShown();
 
+    /// Whether the list of all shortcuts lies over the window; a modal takes its place.
+    [[nodiscard]] bool shortcutsShown() const { return shortcutsShown_; }
+
+    void setShortcutsShown(bool shown);
+
+    /// Does what a shortcut asks for; below a modal nothing.
+    void perform(ShortcutAction action);
+
     /// "1 line", "12 lines".
     [[nodiscard]] QString logCountText() const;
 
@@ -120,6 +131,9 @@ public:
 
     /// Selects or deselects the application of that row.
     Q_INVOKABLE void toggleApplication(int row);
+
+    /// Selects every application that was found, or none where all of them are selected.
+    void toggleAllApplications();
 
     /// Each opens the confirmation of one destructive action on the records as they are now. A row
     /// that is not in the list, or holds something else, opens nothing.
@@ -140,6 +154,10 @@ Q_SIGNALS:
     void selectedTabChanged();
     void logCountChanged();
     void windowShownChanged();
+    void shortcutsShownChanged();
+    /// A shortcut chose the pane: it takes the focus.
+    void paneEntered();
+    void closeRequested();
     void modalChanged();
     void canUninstallChanged();
     void selectionChanged();
@@ -153,6 +171,7 @@ private:
     /// What takes the input now.
     [[nodiscard]] InputGuard::Surface surface() const;
     void showModal();
+    void enterPane(int row);
 
     UninstallerViewModel& controller_;
     ConfirmationState confirmation_;
@@ -165,6 +184,7 @@ private:
     std::unique_ptr<LineSelection> logSelection_;
     QString selectedTab_;
     bool windowShown_ = false;
+    bool shortcutsShown_ = false;
 };
 
 } // namespace zentrill

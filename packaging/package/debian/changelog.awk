@@ -25,10 +25,13 @@ function finish_release() {
 }
 /^## / {
     finish_release()
-    date = $4
-    printf "zentrill (%s) unstable; urgency=medium\n\n", $2
+    date = $4 # None for what is not released yet.
+    if (date != "") {
+        printf "zentrill (%s) unstable; urgency=medium\n\n", $2
+    }
     next
 }
+date == "" { next }
 /^- / {
     finish_item()
     item = substr($0, 3)

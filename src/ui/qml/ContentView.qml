@@ -131,6 +131,34 @@ FocusScope {
         }
     }
 
+    // A shortcut chose a pane, whose list goes on with the keys.
+    Connections {
+        target: view.viewState
+
+        function onPaneEntered() {
+            panes.forceActiveFocus(Qt.ShortcutFocusReason);
+        }
+    }
+
+    Loader {
+        id: shortcuts
+
+        readonly property bool wanted: view.viewState.shortcutsShown
+
+        anchors.fill: parent
+        focus: wanted
+        onStatusChanged: if (status === Loader.Error) view.viewState.reportFailedPart(source)
+        onWantedChanged: if (wanted)
+            setSource("ShortcutsPanel.qml", {
+                viewState: view.viewState,
+                focus: true
+            });
+        else {
+            source = "";
+            underneath.forceActiveFocus(Qt.PopupFocusReason);
+        }
+    }
+
     Loader {
         id: overlay
 

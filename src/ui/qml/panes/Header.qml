@@ -37,6 +37,7 @@ Item {
         iconName: "arrow.clockwise"
         spinning: header.viewState.controller.isScanning
         text: header.viewState.controller.isScanning ? qsTr("Scanning...") : qsTr("Scan System")
+        tip: Shortcuts.scanKeys
         enabled: !header.viewState.controller.isScanning
         onClicked: header.viewState.controller.scanSystem()
     }

@@ -93,10 +93,12 @@ Rectangle {
 
             SidebarItem {
                 required property var modelData
+                required property int index
 
                 width: items.width
                 title: modelData.title
                 iconName: modelData.icon
+                keys: Shortcuts.paneKeys(index)
                 isSelected: sidebar.viewState.selectedTab === modelData.tab
                 onClicked: sidebar.viewState.selectedTab = modelData.tab
             }

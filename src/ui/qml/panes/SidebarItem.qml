@@ -7,6 +7,8 @@ Pressable {
     required property string title
     required property string iconName
     required property bool isSelected
+    // The shortcut to it.
+    required property string keys
 
     readonly property bool visualFocus: activeFocus && KeyboardUse.current
 
@@ -53,5 +55,10 @@ Pressable {
         font: Typography.control
         elide: Text.ElideRight
         color: item.isSelected ? WarmPalette.paper : WarmPalette.secondary
+    }
+
+    TipLoader {
+        text: item.keys
+        wanted: item.hovered && !item.down
     }
 }

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QKeySequence>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+#include <vector>
+
+QT_BEGIN_NAMESPACE
+class QKeyEvent;
+QT_END_NAMESPACE
+
+namespace zentrill {
+
+/// What a shortcut of the window does. None confirms or removes anything.
+enum class ShortcutAction {
+    scan,
+    showApplications,
+    showModels,
+    showDocker,
+    showConsole,
+    toggleAllApplications,
+    showShortcuts,
+    close,
+};
+
+/// One action with its keys, the first of which is the one that a tooltip names.
+struct Shortcut {
+    ShortcutAction action;
+    QList<QKeySequence> keys;
+    QString purpose;
+};
+
+/// All shortcuts of the window: what the keys do, what the tooltips teach and what `?` lists.
+class Shortcuts : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(QString scanKeys READ scanKeys CONSTANT FINAL)
+    Q_PROPERTY(QStringList keyTexts READ keyTexts CONSTANT FINAL)
+    Q_PROPERTY(QStringList purposes READ purposes CONSTANT FINAL)
+
+public:
+    using QObject::QObject;
+
+    /// In the order in which they are listed.
+    [[nodiscard]] static const std::vector<Shortcut>& all();
+
+    /// What the press asks for, if anything. Neither the number pad nor the Shift that a keyboard needs for
+    /// "?" makes a difference.
+    [[nodiscard]] static std::optional<ShortcutAction> actionOf(const QKeyEvent& press);
+
+    /// The first key of the action as the platform writes it: "F5", "Ctrl+1".
+    [[nodiscard]] static QString keysOf(ShortcutAction action);
+
+    [[nodiscard]] static QString scanKeys() { return keysOf(ShortcutAction::scan); }
+
+    /// The key that shows the pane of that row of the sidebar, from 0 on.
+    Q_INVOKABLE [[nodiscard]] static QString paneKeys(int row);
+
+    /// The list of all of them, with what the lists take by themselves: keys and purposes, line by line.
+    [[nodiscard]] static QStringList keyTexts();
+    [[nodiscard]] static QStringList purposes();
+};
+
+} // namespace zentrill
