@@ -12,8 +12,12 @@ constexpr std::string_view digestPrefix = "sha256:";
 constexpr std::size_t digestDigits = 64;
 constexpr std::size_t shortDigits = 12;
 
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
 bool isHexadecimal(char character) {
-    return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f') ||
+    return isDigit(character) || (character >= 'a' && character <= 'f') ||
            (character >= 'A' && character <= 'F');
 }
 
@@ -40,6 +44,35 @@ std::string DockerImage::displayName() const {
         joined.append(", ").append(tags[index]);
     }
     return joined;
+}
+
+std::optional<double> DockerImage::sizeBytes() const {
+    // Not every standard library reads fractions without a look at the locale.
+    double number = 0;
+    double place = 1;
+    bool isFraction = false;
+    std::size_t end = 0;
+    for (; end < size.size() && (isDigit(size[end]) || (size[end] == '.' && !isFraction)); ++end) {
+        if (size[end] == '.') {
+            isFraction = true;
+            continue;
+        }
+        number = number * 10 + (size[end] - '0');
+        place *= isFraction ? 10 : 1;
+    }
+    if (end == 0) {
+        return std::nullopt;
+    }
+    number /= place;
+    const std::string_view text = std::string_view(size).substr(end);
+    double factor = 1;
+    for (const std::string_view name : {"B", "kB", "MB", "GB", "TB", "PB"}) {
+        if (text == name) {
+            return number * factor;
+        }
+        factor *= 1000;
+    }
+    return std::nullopt;
 }
 
 std::string DockerImage::shortID() const {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,9 @@ struct DockerImage {
 
     /// The tags joined by ", ", or "Untagged image".
     [[nodiscard]] std::string displayName() const;
+
+    /// What that text says in bytes, as exactly as it does; nothing where it is no size.
+    [[nodiscard]] std::optional<double> sizeBytes() const;
 
     /// The first 12 characters of the ID without "sha256:".
     [[nodiscard]] std::string shortID() const;

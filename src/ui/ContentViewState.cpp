@@ -1,5 +1,7 @@
 #include "ui/ContentViewState.h"
 
+#include "ui/models/ListSummary.h"
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -58,7 +60,7 @@ ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* pa
       selectedTab_(tabs.front().name) {
     connectToController();
     showApplications();
-    models_->setRecords(controller_.localModels());
+    showModels();
     showDocker();
 }
 
@@ -192,8 +194,9 @@ void ContentViewState::stopContainer(int row) {
 void ContentViewState::connectToController() {
     using Controller = UninstallerViewModel;
     connect(&controller_, &Controller::appsChanged, this, &ContentViewState::showApplications);
-    connect(&controller_, &Controller::localModelsChanged, this,
-            [this] { models_->setRecords(controller_.localModels()); });
+    connect(&controller_, &Controller::localModelsChanged, this, &ContentViewState::showModels);
+    connect(&modelStrip_, &ListStripState::arrangementChanged, this, &ContentViewState::showModels);
+    connect(&dockerStrip_, &ListStripState::arrangementChanged, this, &ContentViewState::showDocker);
     connect(&controller_, &Controller::containersChanged, this, &ContentViewState::showDocker);
     connect(&controller_, &Controller::dockerImagesChanged, this, &ContentViewState::showDocker);
     connect(&controller_, &Controller::dockerImageWarningChanged, this, &ContentViewState::showDocker);
@@ -232,9 +235,20 @@ void ContentViewState::showModal() {
     Q_EMIT modalChanged();
 }
 
+void ContentViewState::showModels() {
+    const std::vector<LocalModel>& all = controller_.localModels();
+    models_->setRecords(arranged(all, modelStrip_.arrangement()));
+    modelStrip_.setSummary(modelTotals(all), modelTotalsBySource(all), models_->records().size(), all.size());
+}
+
 void ContentViewState::showDocker() {
-    dockerRows_->setRecords(zentrill::dockerRows(controller_.containers(), controller_.dockerImages(),
-                                                 controller_.dockerImageWarning()));
+    const std::vector<DockerContainer>& containers = controller_.containers();
+    const std::vector<DockerImage>& images = controller_.dockerImages();
+    dockerRows_->setRecords(zentrill::dockerRows(containers, images, controller_.dockerImageWarning(),
+                                                 dockerStrip_.arrangement()));
+    const auto shown = static_cast<std::size_t>(std::ranges::count_if(dockerRows_->records(), isDockerStop));
+    dockerStrip_.setSummary(dockerTotals(containers.size(), images.size()), {}, shown,
+                            containers.size() + images.size());
 }
 
 } // namespace zentrill

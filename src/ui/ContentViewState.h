@@ -3,6 +3,7 @@
 #include "controller/UninstallerViewModel.h"
 #include "ui/ConfirmationState.h"
 #include "ui/InputGuard.h"
+#include "ui/ListStripState.h"
 #include "ui/ResultState.h"
 #include "ui/Shortcuts.h"
 #include "ui/models/LineSelection.h"
@@ -32,6 +33,8 @@ class ContentViewState : public QObject {
     Q_PROPERTY(QAbstractItemModel* applications READ applications CONSTANT FINAL)
     Q_PROPERTY(QAbstractItemModel* models READ models CONSTANT FINAL)
     Q_PROPERTY(QAbstractItemModel* dockerRows READ dockerRows CONSTANT FINAL)
+    Q_PROPERTY(zentrill::ListStripState* modelStrip READ modelStrip CONSTANT FINAL)
+    Q_PROPERTY(zentrill::ListStripState* dockerStrip READ dockerStrip CONSTANT FINAL)
     Q_PROPERTY(QAbstractItemModel* logs READ logs CONSTANT FINAL)
     Q_PROPERTY(zentrill::LineSelection* logSelection READ logSelection CONSTANT FINAL)
     Q_PROPERTY(QString logCountText READ logCountText NOTIFY logCountChanged FINAL)
@@ -77,6 +80,10 @@ public:
     [[nodiscard]] QAbstractItemModel* models() const { return models_.get(); }
 
     [[nodiscard]] QAbstractItemModel* dockerRows() const { return dockerRows_.get(); }
+
+    [[nodiscard]] ListStripState* modelStrip() { return &modelStrip_; }
+
+    [[nodiscard]] ListStripState* dockerStrip() { return &dockerStrip_; }
 
     [[nodiscard]] QAbstractItemModel* logs() const { return logs_.get(); }
 
@@ -157,6 +164,8 @@ Q_SIGNALS:
     void shortcutsShownChanged();
     /// A shortcut chose the pane: it takes the focus.
     void paneEntered();
+    /// A shortcut asks the pane that is shown for its search field.
+    void findRequested();
     void closeRequested();
     void modalChanged();
     void canUninstallChanged();
@@ -167,6 +176,7 @@ Q_SIGNALS:
 private:
     void connectToController();
     void showApplications();
+    void showModels();
     void showDocker();
     /// What takes the input now.
     [[nodiscard]] InputGuard::Surface surface() const;
@@ -180,6 +190,8 @@ private:
     std::unique_ptr<ApplicationListModel> applications_;
     std::unique_ptr<LocalModelListModel> models_;
     std::unique_ptr<DockerListModel> dockerRows_;
+    ListStripState modelStrip_;
+    ListStripState dockerStrip_;
     std::unique_ptr<LogListModel> logs_;
     std::unique_ptr<LineSelection> logSelection_;
     QString selectedTab_;

@@ -43,6 +43,9 @@ void ContentViewState::perform(ShortcutAction action) {
             toggleAllApplications();
         }
         break;
+    case ShortcutAction::find:
+        Q_EMIT findRequested();
+        break;
     case ShortcutAction::showShortcuts:
         break;
     case ShortcutAction::close:

@@ -38,6 +38,8 @@ std::vector<Shortcut> makeShortcuts() {
         {Action::showConsole, {control(Qt::Key_4)}, QStringLiteral("Show the activity console")},
         {Action::toggleAllApplications, keys(QKeySequence::SelectAll, {}),
          QStringLiteral("Select all tools that were found, or none")},
+        {Action::find, keys(QKeySequence::Find, {control(Qt::Key_F)}),
+         QStringLiteral("Search the list that is shown")},
         {Action::showShortcuts, keys(QKeySequence::HelpContents, {{Qt::Key_Question}}),
          QStringLiteral("Show or hide this list")},
         {Action::close,
@@ -90,6 +92,10 @@ std::optional<ShortcutAction> Shortcuts::actionOf(const QKeyEvent& press) {
 QString Shortcuts::keysOf(ShortcutAction action) {
     const auto found = std::ranges::find(all(), action, &Shortcut::action);
     return found->keys.front().toString(QKeySequence::NativeText);
+}
+
+QString Shortcuts::leaveKeys() {
+    return QKeySequence(Qt::Key_Escape).toString(QKeySequence::NativeText);
 }
 
 QString Shortcuts::paneKeys(int row) {

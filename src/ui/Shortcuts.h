@@ -24,6 +24,7 @@ enum class ShortcutAction {
     showDocker,
     showConsole,
     toggleAllApplications,
+    find,
     showShortcuts,
     close,
 };
@@ -41,6 +42,8 @@ class Shortcuts : public QObject {
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(QString scanKeys READ scanKeys CONSTANT FINAL)
+    Q_PROPERTY(QString findKeys READ findKeys CONSTANT FINAL)
+    Q_PROPERTY(QString leaveKeys READ leaveKeys CONSTANT FINAL)
     Q_PROPERTY(QStringList keyTexts READ keyTexts CONSTANT FINAL)
     Q_PROPERTY(QStringList purposes READ purposes CONSTANT FINAL)
 
@@ -58,6 +61,11 @@ public:
     [[nodiscard]] static QString keysOf(ShortcutAction action);
 
     [[nodiscard]] static QString scanKeys() { return keysOf(ShortcutAction::scan); }
+
+    [[nodiscard]] static QString findKeys() { return keysOf(ShortcutAction::find); }
+
+    /// What leaves a search field.
+    [[nodiscard]] static QString leaveKeys();
 
     /// The key that shows the pane of that row of the sidebar, from 0 on.
     Q_INVOKABLE [[nodiscard]] static QString paneKeys(int row);

@@ -143,5 +143,18 @@ TEST(DockerImage, ItsFullIDHasHexadecimalDigitsOnly) {
     }
 }
 
+TEST(DockerImageTest, readsTheSizeThatDockerWrote) {
+    const auto bytes = [](const char* size) { return DockerImage{.size = size}.sizeBytes(); };
+    EXPECT_EQ(bytes("0B"), 0);
+    EXPECT_EQ(bytes("12B"), 12);
+    EXPECT_EQ(bytes("1.5kB"), 1500);
+    EXPECT_EQ(bytes("980MB"), 980e6);
+    EXPECT_DOUBLE_EQ(bytes("1.24GB").value_or(0), 1.24e9);
+    EXPECT_DOUBLE_EQ(bytes("2.001TB").value_or(0), 2.001e12);
+    for (const char* other : {"", "N/A", "GB", "-1GB", "1.2.3GB", "1 GB", "12", "5XB"}) {
+        EXPECT_EQ(bytes(other), std::nullopt) << other;
+    }
+}
+
 } // namespace
 } // namespace zentrill

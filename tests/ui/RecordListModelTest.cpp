@@ -3,6 +3,7 @@
 #include <QAbstractItemModelTester>
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <random>
 
 namespace zentrill {
@@ -104,6 +105,20 @@ TEST_F(RecordListModelTest, holdsRandomListsWithoutEverResetting) {
         EXPECT_THAT(set(items), ::testing::Not(::testing::Contains("reset")));
         ASSERT_EQ(model_.records(), items);
     }
+}
+
+TEST_F(RecordListModelTest, takesAShuffledListAsAWhole) {
+    std::vector<Item> items;
+    for (int value = 0; value < 1000; ++value) {
+        items.push_back({std::to_string(value), value});
+    }
+    set(items);
+    std::ranges::shuffle(items, std::mt19937(5));
+    EXPECT_THAT(set(items), ElementsAre("reset"));
+    EXPECT_EQ(model_.records(), items);
+    std::erase_if(items, [](const Item& item) { return item.value % 2 == 0; });
+    EXPECT_THAT(set(items), ElementsAre("reset"));
+    EXPECT_EQ(model_.records(), items);
 }
 
 } // namespace

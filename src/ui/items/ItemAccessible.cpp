@@ -59,7 +59,7 @@ void collectShown(const QQuickItem& item, std::vector<QQuickItem*>& found) {
 
 QAccessibleInterface* ItemAccessible::make(const QString& className, QObject* object) {
     if (className != QLatin1String(QQuickItem::staticMetaObject.className()) ||
-        qobject_cast<ManualCodeTextView*>(object) != nullptr) {
+        qobject_cast<ManualCodeTextView*>(object) != nullptr || object->inherits("QQuickTextInput")) {
         return nullptr;
     }
     auto* item = qobject_cast<QQuickItem*>(object);

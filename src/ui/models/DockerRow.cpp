@@ -2,6 +2,9 @@
 
 #include "ui/models/Overloaded.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace zentrill {
 
 QString DockerHeading::text() const {
@@ -31,13 +34,14 @@ bool isDockerStop(const DockerRow& row) {
 }
 
 std::vector<DockerRow> dockerRows(const std::vector<DockerContainer>& containers,
-                                  const std::vector<DockerImage>& images, const QString& warning) {
+                                  const std::vector<DockerImage>& images, const QString& warning,
+                                  const Arrangement& arrangement) {
     using Section = DockerHeading::Section;
     using Kind = DockerRemark::Kind;
     std::vector<DockerRow> rows;
     rows.reserve(containers.size() + images.size() + 6);
     rows.emplace_back(DockerHeading{.section = Section::containers, .count = containers.size()});
-    rows.insert(rows.end(), containers.begin(), containers.end());
+    std::ranges::move(arranged(containers, arrangement), std::back_inserter(rows));
     if (containers.empty()) {
         rows.emplace_back(DockerRemark{.kind = Kind::noContainers,
                                        .text = QStringLiteral("No Docker containers detected.")});
@@ -50,7 +54,7 @@ std::vector<DockerRow> dockerRows(const std::vector<DockerContainer>& containers
     if (!warning.isNull()) {
         rows.emplace_back(DockerRemark{.kind = Kind::warning, .text = warning});
     }
-    rows.insert(rows.end(), images.begin(), images.end());
+    std::ranges::move(arranged(images, arrangement), std::back_inserter(rows));
     if (images.empty()) {
         rows.emplace_back(
             DockerRemark{.kind = Kind::noImages, .text = QStringLiteral("No Docker images detected.")});

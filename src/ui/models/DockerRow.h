@@ -2,6 +2,7 @@
 
 #include "docker/DockerContainer.h"
 #include "docker/DockerImage.h"
+#include "ui/models/Arrangement.h"
 
 #include <QString>
 
@@ -49,9 +50,10 @@ using DockerRow = std::variant<DockerHeading, DockerRemark, DockerContainer, Doc
 /// Whether there is something to do with the line, so that the keyboard stops at it.
 [[nodiscard]] bool isDockerStop(const DockerRow& row);
 
-/// The whole list: containers under their count, images under theirs. A null `warning` is none.
+/// The whole list: containers under their count, images under theirs. A null `warning` is none. The counts
+/// are those of all records, whatever the arrangement shows of them.
 [[nodiscard]] std::vector<DockerRow> dockerRows(const std::vector<DockerContainer>& containers,
                                                 const std::vector<DockerImage>& images,
-                                                const QString& warning);
+                                                const QString& warning, const Arrangement& arrangement = {});
 
 } // namespace zentrill

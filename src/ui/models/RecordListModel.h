@@ -15,7 +15,8 @@
 namespace zentrill {
 
 /// Shows a list of records to QML through a table of roles, and takes in a new list as the smallest set of
-/// removals, insertions and changes, so that a view keeps its scroll position and builds only what is new.
+/// removals, insertions and changes, so that a view keeps its scroll position and builds only what is new. A
+/// list that is shuffled replaces the old one as a whole: thousands of small steps would stall the view.
 ///
 ///     RecordListModel<LocalModel> models(&LocalModel::id, {{"name", [](const LocalModel& m) { … }}});
 ///     models.setRecords(found);
@@ -64,6 +65,12 @@ public:
 
     void setRecords(const std::vector<Record>& records) {
         const ListDifference difference = listDifference(keys(records_), keys(records));
+        if (difference.removals.size() + difference.insertions.size() > mostSteps) {
+            beginResetModel();
+            records_ = records;
+            endResetModel();
+            return;
+        }
         for (const ListRange& range : difference.removals) {
             beginRemoveRows({}, static_cast<int>(range.first), static_cast<int>(range.last()));
             const auto begin = records_.begin() + static_cast<std::ptrdiff_t>(range.first);
@@ -82,6 +89,8 @@ public:
 
 private:
     static constexpr int firstRole = Qt::UserRole;
+    /// More than a scan brings when something was installed or removed, less than takes as long as a reset.
+    static constexpr std::size_t mostSteps = 64;
 
     [[nodiscard]] std::vector<std::string> keys(const std::vector<Record>& records) const {
         std::vector<std::string> result;

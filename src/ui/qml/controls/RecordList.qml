@@ -81,6 +81,16 @@ ListView {
 
     onCurrentIndexChanged: Qt.callLater(keepToStops)
 
+    // Where all rows are other ones, none of them is where the keyboard was.
+    Connections {
+        target: list.model
+
+        function onModelReset() {
+            list.currentIndex = -1;
+            list.positionViewAtBeginning();
+        }
+    }
+
     function scroll(by: real) {
         const highest = originY - topMargin;
         const lowest = Math.max(highest, originY + contentHeight + bottomMargin - height);

@@ -21,6 +21,7 @@ Item {
         id: rows
 
         anchors.fill: parent
+        anchors.bottomMargin: strip.visible ? strip.height : 0
         visible: pane.viewState.dockerNoticeHeading === ""
         focus: true
         model: pane.viewState.dockerRows
@@ -33,6 +34,26 @@ Item {
             width: rows.rowWidth
             list: rows
             viewState: pane.viewState
+        }
+    }
+
+    ListStrip {
+        id: strip
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        strip: pane.viewState.dockerStrip
+        searchName: qsTr("Search containers and images")
+        list: rows
+    }
+
+    Connections {
+        target: pane.viewState
+        enabled: pane.visible && strip.visible
+
+        function onFindRequested() {
+            strip.search();
         }
     }
 }

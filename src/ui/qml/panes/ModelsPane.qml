@@ -12,6 +12,7 @@ Item {
         id: rows
 
         anchors.fill: parent
+        anchors.bottomMargin: strip.visible ? strip.height : 0
         focus: true
         model: pane.viewState.models
         Accessible.role: Accessible.List
@@ -25,9 +26,39 @@ Item {
         }
     }
 
+    ListStrip {
+        id: strip
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        strip: pane.viewState.modelStrip
+        searchName: qsTr("Search local models")
+        list: rows
+    }
+
+    Connections {
+        target: pane.viewState
+        enabled: pane.visible && strip.visible
+
+        function onFindRequested() {
+            strip.search();
+        }
+    }
+
+    Text {
+        anchors.centerIn: rows
+        visible: pane.viewState.modelStrip.findsNothing
+        text: qsTr("No model of that name.")
+        font: Typography.name
+        color: WarmPalette.secondary
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
     EmptyState {
         anchors.centerIn: parent
-        visible: rows.count === 0
+        visible: !pane.viewState.modelStrip.shown
         iconName: "cube.transparent"
         heading: qsTr("No local models detected.")
         detail: qsTr("Scanned Ollama, HuggingFace, and LM Studio directories.")

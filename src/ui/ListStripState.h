@@ -1,0 +1,81 @@
+#pragma once
+
+#include "ui/models/Arrangement.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QtQml/qqmlregistration.h>
+
+namespace zentrill {
+
+/// The strip at the foot of a list: what it says of the list, and how the person has it arranged. Nothing of
+/// it outlives the window.
+class ListStripState : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by ContentViewState")
+    Q_PROPERTY(bool shown READ isShown NOTIFY summaryChanged FINAL)
+    Q_PROPERTY(QString summary READ summary NOTIFY summaryChanged FINAL)
+    Q_PROPERTY(QString detail READ detail NOTIFY summaryChanged FINAL)
+    Q_PROPERTY(bool findsNothing READ findsNothing NOTIFY summaryChanged FINAL)
+    Q_PROPERTY(QStringList orderNames READ orderNames CONSTANT FINAL)
+    Q_PROPERTY(int order READ order WRITE setOrder NOTIFY orderChanged FINAL)
+    Q_PROPERTY(bool searching READ isSearching WRITE setSearching NOTIFY searchingChanged FINAL)
+    Q_PROPERTY(QString needle READ needle WRITE setNeedle NOTIFY needleChanged FINAL)
+
+public:
+    using QObject::QObject;
+
+    [[nodiscard]] const Arrangement& arrangement() const { return arrangement_; }
+
+    /// Whether there is a list to say something of.
+    [[nodiscard]] bool isShown() const { return all_ > 0; }
+
+    /// What is there or, while something is searched for, how much of it is shown.
+    [[nodiscard]] QString summary() const;
+
+    /// What the tooltip adds to it; may be empty.
+    [[nodiscard]] QString detail() const { return detail_; }
+
+    /// Whether there is something, but nothing that is searched for.
+    [[nodiscard]] bool findsNothing() const { return all_ > 0 && shown_ == 0; }
+
+    /// "As scanned", "Largest", "Name", in the order of `ListOrder`.
+    [[nodiscard]] static QStringList orderNames();
+
+    [[nodiscard]] int order() const { return static_cast<int>(arrangement_.order); }
+
+    /// One of `orderNames`, from 0 on; there is nothing beyond the first and the last.
+    void setOrder(int order);
+
+    /// Whether the search field is open. Without it everything is shown.
+    [[nodiscard]] bool isSearching() const { return searching_; }
+
+    void setSearching(bool searching);
+
+    [[nodiscard]] QString needle() const { return arrangement_.needle; }
+
+    void setNeedle(const QString& needle);
+
+    /// What the list holds now: what is said of all of it and in the tooltip, and how many records are shown.
+    void setSummary(const QString& totals, const QString& detail, std::size_t shown, std::size_t all);
+
+Q_SIGNALS:
+    void summaryChanged();
+    void orderChanged();
+    void searchingChanged();
+    void needleChanged();
+    /// The list has to be arranged anew.
+    void arrangementChanged();
+
+private:
+    Arrangement arrangement_;
+    bool searching_ = false;
+    QString totals_;
+    QString detail_;
+    std::size_t shown_ = 0;
+    std::size_t all_ = 0;
+};
+
+} // namespace zentrill

@@ -1,0 +1,137 @@
+#include "ui/models/Arrangement.h"
+
+#include "controller/DisplayText.h"
+
+#include <QStringMatcher>
+
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <utility>
+
+namespace zentrill {
+
+namespace {
+
+/// A record with what it is ordered by, so that neither is made anew for each comparison.
+template <typename Record>
+struct Candidate {
+    const Record* record = nullptr;
+    QString name;
+    double size = 0;
+};
+
+/// The run of digits at the front without its leading zeros, which is taken away from the text.
+QStringView takeNumber(QStringView& text) {
+    qsizetype end = 0;
+    while (end < text.size() && text[end].isDigit()) {
+        ++end;
+    }
+    qsizetype begin = 0;
+    while (begin < end && text[begin] == QLatin1Char('0')) {
+        ++begin;
+    }
+    const QStringView number = text.mid(begin, end - begin);
+    text = text.mid(end);
+    return number;
+}
+
+template <typename Record>
+void sort(std::vector<Candidate<Record>>& candidates, ListOrder order) {
+    switch (order) {
+    case ListOrder::asScanned:
+        break;
+    case ListOrder::largestFirst:
+        std::ranges::stable_sort(candidates, std::ranges::greater(), &Candidate<Record>::size);
+        break;
+    case ListOrder::byName:
+        std::ranges::stable_sort(candidates, isNameBefore, &Candidate<Record>::name);
+        break;
+    }
+}
+
+/// `found` tells whether the needle is in what a record is found by; `size` is negative where it is not
+/// known.
+template <typename Record>
+std::vector<Record> arrangedBy(const std::vector<Record>& records, const Arrangement& arrangement,
+                               const std::function<bool(const Record&, const QStringMatcher&)>& found,
+                               const std::function<QString(const Record&)>& name,
+                               const std::function<double(const Record&)>& size) {
+    const QStringMatcher matcher(arrangement.needle, Qt::CaseInsensitive);
+    std::vector<Candidate<Record>> candidates;
+    for (const Record& record : records) {
+        if (!arrangement.needle.isEmpty() && !found(record, matcher)) {
+            continue;
+        }
+        Candidate<Record> candidate{.record = &record};
+        if (arrangement.order == ListOrder::byName) {
+            candidate.name = name(record).toCaseFolded();
+        } else if (arrangement.order == ListOrder::largestFirst) {
+            candidate.size = size(record);
+        }
+        candidates.push_back(std::move(candidate));
+    }
+    sort(candidates, arrangement.order);
+    std::vector<Record> result;
+    result.reserve(candidates.size());
+    std::ranges::transform(candidates, std::back_inserter(result),
+                           [](const Candidate<Record>& candidate) { return *candidate.record; });
+    return result;
+}
+
+bool holds(const std::string& bytes, const QStringMatcher& matcher) {
+    return matcher.indexIn(displayName(bytes)) >= 0;
+}
+
+} // namespace
+
+bool isNameBefore(QStringView left, QStringView right) {
+    while (!left.isEmpty() && !right.isEmpty()) {
+        if (left.front().isDigit() && right.front().isDigit()) {
+            const QStringView leftNumber = takeNumber(left);
+            const QStringView rightNumber = takeNumber(right);
+            if (leftNumber.size() != rightNumber.size()) {
+                return leftNumber.size() < rightNumber.size();
+            }
+            if (leftNumber != rightNumber) {
+                return leftNumber < rightNumber;
+            }
+        } else if (left.front() != right.front()) {
+            return left.front() < right.front();
+        } else {
+            left = left.mid(1);
+            right = right.mid(1);
+        }
+    }
+    return left.size() < right.size();
+}
+
+std::vector<LocalModel> arranged(const std::vector<LocalModel>& models, const Arrangement& arrangement) {
+    return arrangedBy<LocalModel>(
+        models, arrangement,
+        [](const LocalModel& model, const QStringMatcher& matcher) { return holds(model.name, matcher); },
+        [](const LocalModel& model) { return displayName(model.name); },
+        [](const LocalModel& model) { return static_cast<double>(model.sizeBytes); });
+}
+
+std::vector<DockerImage> arranged(const std::vector<DockerImage>& images, const Arrangement& arrangement) {
+    return arrangedBy<DockerImage>(
+        images, arrangement,
+        [](const DockerImage& image, const QStringMatcher& matcher) {
+            return holds(image.displayName(), matcher) || holds(image.shortID(), matcher);
+        },
+        [](const DockerImage& image) { return displayName(image.displayName()); },
+        [](const DockerImage& image) { return image.sizeBytes().value_or(-1); });
+}
+
+std::vector<DockerContainer> arranged(const std::vector<DockerContainer>& containers,
+                                      const Arrangement& arrangement) {
+    return arrangedBy<DockerContainer>(
+        containers, {.order = ListOrder::asScanned, .needle = arrangement.needle},
+        [](const DockerContainer& container, const QStringMatcher& matcher) {
+            return holds(container.name, matcher) || holds(container.image, matcher);
+        },
+        {}, {});
+}
+
+} // namespace zentrill

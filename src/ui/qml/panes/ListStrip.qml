@@ -1,0 +1,106 @@
+import QtQuick
+import Zentrill
+
+// At the foot of a list: what there is, the search field once it is wanted, and the order.
+Item {
+    id: bar
+
+    required property ListStripState strip
+    // The name of the search field.
+    required property string searchName
+    // What gets the focus when the search field is left, and stands at its first row when it is left for it.
+    required property RecordList list
+
+    implicitHeight: 54
+    visible: strip.shown
+
+    function search() {
+        strip.searching = true;
+        field.enter();
+    }
+
+    function leave() {
+        list.forceActiveFocus(Qt.OtherFocusReason);
+        strip.searching = false;
+    }
+
+    Hairline {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+    }
+
+    Text {
+        id: summary
+
+        anchors.left: parent.left
+        anchors.leftMargin: 20
+        anchors.verticalCenter: parent.verticalCenter
+        text: bar.strip.summary
+        textFormat: Text.PlainText
+        font: Typography.caption
+        color: WarmPalette.secondary
+        // What it can say more is a reason to come here with the keyboard.
+        activeFocusOnTab: bar.strip.detail !== "" || activeFocus
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+        Accessible.description: bar.strip.detail
+
+        HoverHandler {
+            id: hover
+        }
+
+        FocusRing {
+            anchors.margins: -5
+            visible: summary.activeFocus && KeyboardUse.current
+        }
+
+        TipLoader {
+            text: bar.strip.detail
+            completes: true
+            wanted: bar.strip.detail !== "" && (hover.hovered || summary.activeFocus && KeyboardUse.current)
+        }
+    }
+
+    Row {
+        anchors.right: parent.right
+        anchors.rightMargin: 20
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 10
+
+        Loader {
+            id: field
+
+            function enter() {
+                item.forceActiveFocus(Qt.ShortcutFocusReason);
+                item.selectAll();
+            }
+
+            anchors.verticalCenter: parent.verticalCenter
+            active: bar.strip.searching
+            visible: active
+            sourceComponent: SearchField {
+                name: bar.searchName
+                text: bar.strip.needle
+                onTextChanged: bar.strip.needle = text
+                onAbandoned: bar.leave()
+                onNext: {
+                    bar.list.forceActiveFocus(Qt.TabFocusReason);
+                    bar.list.moveTo(0, 1);
+                }
+            }
+        }
+
+        ActionButton {
+            anchors.verticalCenter: parent.verticalCenter
+            text: bar.strip.searching ? qsTr("Show All") : qsTr("Search")
+            tip: bar.strip.searching ? Shortcuts.leaveKeys : Shortcuts.findKeys
+            onClicked: bar.strip.searching ? bar.leave() : bar.search()
+        }
+
+        OrderChoice {
+            anchors.verticalCenter: parent.verticalCenter
+            strip: bar.strip
+        }
+    }
+}
