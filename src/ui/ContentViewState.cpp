@@ -57,6 +57,7 @@ ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* pa
       dockerRows_(makeDockerListModel()),
       logs_(std::make_unique<LogListModel>(controller)),
       logSelection_(std::make_unique<LineSelection>(*logs_)),
+      logSearch_(*logs_, *logSelection_),
       selectedTab_(tabs.front().name) {
     connectToController();
     showApplications();

@@ -6,6 +6,7 @@
 #include "ui/ListStripState.h"
 #include "ui/ResultState.h"
 #include "ui/Shortcuts.h"
+#include "ui/models/LineSearch.h"
 #include "ui/models/LineSelection.h"
 #include "ui/models/LogListModel.h"
 #include "ui/models/RowModels.h"
@@ -37,6 +38,7 @@ class ContentViewState : public QObject {
     Q_PROPERTY(zentrill::ListStripState* dockerStrip READ dockerStrip CONSTANT FINAL)
     Q_PROPERTY(QAbstractItemModel* logs READ logs CONSTANT FINAL)
     Q_PROPERTY(zentrill::LineSelection* logSelection READ logSelection CONSTANT FINAL)
+    Q_PROPERTY(zentrill::LineSearch* logSearch READ logSearch CONSTANT FINAL)
     Q_PROPERTY(QString logCountText READ logCountText NOTIFY logCountChanged FINAL)
     Q_PROPERTY(zentrill::ConfirmationState* confirmation READ confirmation CONSTANT FINAL)
     Q_PROPERTY(zentrill::ResultState* result READ result CONSTANT FINAL)
@@ -88,6 +90,8 @@ public:
     [[nodiscard]] QAbstractItemModel* logs() const { return logs_.get(); }
 
     [[nodiscard]] LineSelection* logSelection() const { return logSelection_.get(); }
+
+    [[nodiscard]] LineSearch* logSearch() { return &logSearch_; }
 
     [[nodiscard]] ConfirmationState* confirmation() { return &confirmation_; }
 
@@ -194,6 +198,7 @@ private:
     ListStripState dockerStrip_;
     std::unique_ptr<LogListModel> logs_;
     std::unique_ptr<LineSelection> logSelection_;
+    LineSearch logSearch_;
     QString selectedTab_;
     bool windowShown_ = false;
     bool shortcutsShown_ = false;

@@ -46,6 +46,12 @@ void ContentViewState::perform(ShortcutAction action) {
     case ShortcutAction::find:
         Q_EMIT findRequested();
         break;
+    case ShortcutAction::findNext:
+        logSearch_.next();
+        break;
+    case ShortcutAction::findPrevious:
+        logSearch_.previous();
+        break;
     case ShortcutAction::showShortcuts:
         break;
     case ShortcutAction::close:

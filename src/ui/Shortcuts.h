@@ -25,6 +25,8 @@ enum class ShortcutAction {
     showConsole,
     toggleAllApplications,
     find,
+    findNext,
+    findPrevious,
     showShortcuts,
     close,
 };
@@ -43,6 +45,8 @@ class Shortcuts : public QObject {
     QML_SINGLETON
     Q_PROPERTY(QString scanKeys READ scanKeys CONSTANT FINAL)
     Q_PROPERTY(QString findKeys READ findKeys CONSTANT FINAL)
+    Q_PROPERTY(QString findNextKeys READ findNextKeys CONSTANT FINAL)
+    Q_PROPERTY(QString findPreviousKeys READ findPreviousKeys CONSTANT FINAL)
     Q_PROPERTY(QString leaveKeys READ leaveKeys CONSTANT FINAL)
     Q_PROPERTY(QStringList keyTexts READ keyTexts CONSTANT FINAL)
     Q_PROPERTY(QStringList purposes READ purposes CONSTANT FINAL)
@@ -63,6 +67,10 @@ public:
     [[nodiscard]] static QString scanKeys() { return keysOf(ShortcutAction::scan); }
 
     [[nodiscard]] static QString findKeys() { return keysOf(ShortcutAction::find); }
+
+    [[nodiscard]] static QString findNextKeys() { return keysOf(ShortcutAction::findNext); }
+
+    [[nodiscard]] static QString findPreviousKeys() { return keysOf(ShortcutAction::findPrevious); }
 
     /// What leaves a search field.
     [[nodiscard]] static QString leaveKeys();

@@ -22,6 +22,11 @@ TEST(ShortcutsTest, knowsItsKeys) {
     EXPECT_EQ(actionOf(Qt::Key_3, Qt::ControlModifier), ShortcutAction::showDocker);
     EXPECT_EQ(actionOf(Qt::Key_4, Qt::ControlModifier), ShortcutAction::showConsole);
     EXPECT_EQ(actionOf(Qt::Key_A, Qt::ControlModifier), ShortcutAction::toggleAllApplications);
+    EXPECT_EQ(actionOf(Qt::Key_F, Qt::ControlModifier), ShortcutAction::find);
+    EXPECT_EQ(actionOf(Qt::Key_F3), ShortcutAction::findNext);
+    EXPECT_EQ(actionOf(Qt::Key_G, Qt::ControlModifier), ShortcutAction::findNext);
+    EXPECT_EQ(actionOf(Qt::Key_F3, Qt::ShiftModifier), ShortcutAction::findPrevious);
+    EXPECT_EQ(actionOf(Qt::Key_G, Qt::ControlModifier | Qt::ShiftModifier), ShortcutAction::findPrevious);
     EXPECT_EQ(actionOf(Qt::Key_Q, Qt::ControlModifier), ShortcutAction::close);
     EXPECT_EQ(actionOf(Qt::Key_W, Qt::ControlModifier), ShortcutAction::close);
     EXPECT_EQ(actionOf(Qt::Key_F1), ShortcutAction::showShortcuts);

@@ -179,3 +179,45 @@ class ListsOfDocker(DockerCase):
     def names(self):
         rows = self.screen.find("list", "Docker containers and images")
         return [row.name for row in rows.children() if row.role == "list item"]
+
+
+class SearchOfTheLog(Case):
+    """Ctrl+F finds lines of the log, which are selected one after the other and can be copied."""
+
+    def test_next_and_previous(self):
+        self.start()
+        for _ in range(14):
+            self.press("Scan System")
+            self.wait_idle()
+        self.show_pane("console")
+        self.display.key("ctrl+f")
+        field = self.screen.wait("text", "Search the log", states=["focused"])
+        self.display.type("scan COMPLETED")
+        self.screen.wait("label", "1 of 15 lines")
+        self.screen.until(lambda: self.shows("Starting system scan"), "the beginning of the log")
+        self.display.picture("search-log")
+        self.display.key("Return", "F3", "ctrl+g")
+        self.screen.wait("label", "4 of 15 lines")
+        self.display.key("shift+F3", "shift+Return")
+        self.screen.wait("label", "2 of 15 lines")
+        self.press("Previous Line Found")
+        self.screen.wait("label", "1 of 15 lines")
+        self.display.click(*self.screen.wait("push button", "Previous Line Found").middle)
+        self.screen.wait("label", "15 of 15 lines")
+        self.display.click(*self.screen.wait("push button", "Next Line Found").middle)
+        self.screen.wait("label", "1 of 15 lines")
+        self.assertTrue(field.grab_focus())
+        self.screen.wait("text", "Search the log", states=["focused"])
+        self.display.key("ctrl+a")
+        self.display.type("never said")
+        self.screen.wait("label", "No line found")
+        self.display.key("Escape")
+        self.screen.wait("list", "Activity log", states=["focused"])
+        self.screen.wait_gone("text")
+        self.close()
+
+    def shows(self, beginning):
+        log = self.screen.find("list", "Activity log")
+        _, top, _, height = log.extents
+        return any(beginning in row.name and top <= row.extents[1] < top + height for row in log.children()
+                   if row.role == "list item")
