@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <string>
 #include <utility>
 
 namespace zentrill {
@@ -17,8 +18,9 @@ struct OperationQueue::State {
     bool ended = false;
 };
 
-OperationQueue::OperationQueue()
-    : state_(std::make_shared<State>()), worker_([state = state_] { work(*state); }) {}
+OperationQueue::OperationQueue(std::string_view threadLabel)
+    : state_(std::make_shared<State>()),
+      worker_([state = state_, threadLabel = std::string(threadLabel)] { work(*state, threadLabel); }) {}
 
 OperationQueue::~OperationQueue() {
     dropWaiting();
@@ -63,8 +65,8 @@ void OperationQueue::dropWaiting() {
     state_->changed.notify_all();
 }
 
-void OperationQueue::work(State& state) {
-    beginWorkerThread(label);
+void OperationQueue::work(State& state, std::string_view threadLabel) {
+    beginWorkerThread(threadLabel);
     std::unique_lock lock(state.mutex);
     for (;;) {
         state.changed.wait(lock, [&state] { return state.stopping || !state.waiting.empty(); });

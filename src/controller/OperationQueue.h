@@ -15,7 +15,8 @@ public:
 
     static constexpr std::string_view label = "com.zentrill.operations";
 
-    OperationQueue();
+    /// `threadLabel` as for `beginWorkerThread`.
+    explicit OperationQueue(std::string_view threadLabel = label);
     /// Without a `stop` before, drops the waiting jobs and waits for the running one, however long.
     ~OperationQueue();
 
@@ -34,7 +35,7 @@ public:
 private:
     struct State;
 
-    static void work(State& state);
+    static void work(State& state, std::string_view threadLabel);
     void dropWaiting();
 
     /// Shared with the thread, which may outlive the queue.

@@ -37,6 +37,7 @@ UninstallerViewModel::UninstallerViewModel(std::shared_ptr<CommandExecuting> com
       commandRunner_(std::move(commandRunner)),
       deletionEngine_(std::move(deletionEngine)),
       dockerLocator_(std::move(dockerLocator)),
+      reviews_(mainQueue_, deletionEngine_),
       hooks_(std::move(hooks)) {
     if (autoScan) {
         scanSystem();
@@ -110,7 +111,9 @@ bool UninstallerViewModel::shutDown() {
         if (hooks_.endCommands) {
             hooks_.endCommands();
         }
-        workerEnded_ = operationQueue_.stop(closingPatience);
+        reviews_.cancel();
+        const bool operationEnded = operationQueue_.stop(closingPatience);
+        workerEnded_ = reviews_.stop(closingPatience) && operationEnded;
     }
     return *workerEnded_;
 }
@@ -125,6 +128,7 @@ bool UninstallerViewModel::beginOperation(const std::string& description, bool s
         log("Ignored request while another operation is running: " + operationDescription_);
         return false;
     }
+    reviews_.cancel();
     assign(isBusy_, true, &UninstallerViewModel::isBusyChanged);
     assign(isScanning_, scanning, &UninstallerViewModel::isScanningChanged);
     assign(canCancelOperation_, cancellable, &UninstallerViewModel::canCancelOperationChanged);

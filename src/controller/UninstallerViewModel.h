@@ -9,6 +9,7 @@
 #include "controller/OperationQueue.h"
 #include "controller/ResultAlert.h"
 #include "controller/ScanSnapshot.h"
+#include "controller/review/ReviewWorker.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "docker/DockerContainer.h"
 #include "docker/DockerExecutableLocating.h"
@@ -109,6 +110,9 @@ public:
     [[nodiscard]] QString dockerImageWarning() const { return dockerImageWarning_; }
 
     [[nodiscard]] bool canCancelOperation() const { return canCancelOperation_; }
+
+    /// Shows what a removal would do. An operation that begins ends the review that is being computed.
+    [[nodiscard]] ReviewWorker& reviews() { return reviews_; }
 
     void setPreserveCredentials(bool preserve);
 
@@ -228,6 +232,7 @@ private:
     std::shared_ptr<CommandExecuting> commandRunner_;
     std::shared_ptr<const SafeDeletionEngine> deletionEngine_;
     std::shared_ptr<const DockerExecutableLocating> dockerLocator_;
+    ReviewWorker reviews_;
     std::shared_ptr<CancellableOperation> cancellationToken_;
     ApplicationHooks hooks_;
     std::optional<bool> workerEnded_;

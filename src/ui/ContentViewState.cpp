@@ -52,6 +52,7 @@ ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* pa
       controller_(controller),
       confirmation_(controller),
       result_(controller),
+      review_(controller),
       applications_(makeApplicationListModel()),
       models_(makeLocalModelListModel()),
       dockerRows_(makeDockerListModel()),
@@ -155,38 +156,48 @@ void ContentViewState::toggleApplication(int row) {
     }
 }
 
+/// Nothing is asked for below a review.
+void ContentViewState::present(PendingConfirmation pending) {
+    if (acceptsRequests()) {
+        confirmation_.presentConfirmation(std::move(pending));
+    }
+}
+
 void ContentViewState::requestUninstall() {
     PendingConfirmation::Apps pending{.preserveCredentials = controller_.preserveCredentials()};
     std::ranges::copy_if(controller_.apps(), std::back_inserter(pending.apps),
                          [](const AppInfo& app) { return app.isSelected && app.isDetected; });
     if (!pending.apps.empty()) {
-        confirmation_.presentConfirmation({std::move(pending)});
+        present({std::move(pending)});
     }
 }
 
 void ContentViewState::requestModelDeletion(int row) {
     if (const LocalModel* model = models_->record(row)) {
-        confirmation_.presentConfirmation({*model});
+        present({*model});
     }
 }
 
 void ContentViewState::requestContainerRemoval(int row) {
     if (const auto* container = recordIn<DockerContainer>(*dockerRows_, row)) {
-        confirmation_.presentConfirmation({*container});
+        present({*container});
     }
 }
 
 void ContentViewState::requestImageRemoval(int row) {
     if (const auto* image = recordIn<DockerImage>(*dockerRows_, row)) {
-        confirmation_.presentConfirmation({*image});
+        present({*image});
     }
 }
 
 void ContentViewState::requestSelfUninstall() {
-    confirmation_.presentConfirmation({PendingConfirmation::SelfUninstall{}});
+    present({PendingConfirmation::SelfUninstall{}});
 }
 
 void ContentViewState::stopContainer(int row) {
+    if (review_.isShown()) {
+        return;
+    }
     if (const auto* container = recordIn<DockerContainer>(*dockerRows_, row)) {
         controller_.stopContainer(*container);
     }
@@ -209,6 +220,7 @@ void ContentViewState::connectToController() {
     connect(&controller_, &Controller::isBusyChanged, this, &ContentViewState::showModal);
     connect(&controller_, &Controller::showResultAlertChanged, this, &ContentViewState::showModal);
     connect(&confirmation_, &ConfirmationState::pendingChanged, this, &ContentViewState::showModal);
+    connect(&review_, &ReviewState::shownChanged, this, &ContentViewState::showModal);
     connect(this, &ContentViewState::modalChanged, this, &ContentViewState::canUninstallChanged);
     connect(this, &ContentViewState::selectionChanged, this, &ContentViewState::canUninstallChanged);
     connect(logs_.get(), &QAbstractItemModel::rowsInserted, this, &ContentViewState::logCountChanged);
@@ -224,13 +236,16 @@ InputGuard::Surface ContentViewState::surface() const {
     if (resultShown()) {
         return InputGuard::Surface::result;
     }
-    return confirmation_.isPending() ? InputGuard::Surface::confirmation : InputGuard::Surface::window;
+    if (confirmation_.isPending()) {
+        return InputGuard::Surface::confirmation;
+    }
+    return review_.isShown() ? InputGuard::Surface::review : InputGuard::Surface::window;
 }
 
 void ContentViewState::showModal() {
     // Before the views show it: they ask at once whether it can have been seen.
     input_.setSurface(surface());
-    if (modalShown()) {
+    if (modalShown() || review_.isShown()) {
         setShortcutsShown(false);
     }
     Q_EMIT modalChanged();

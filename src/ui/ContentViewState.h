@@ -5,6 +5,7 @@
 #include "ui/InputGuard.h"
 #include "ui/ListStripState.h"
 #include "ui/ResultState.h"
+#include "ui/ReviewState.h"
 #include "ui/Shortcuts.h"
 #include "ui/models/LineSearch.h"
 #include "ui/models/LineSelection.h"
@@ -42,10 +43,12 @@ class ContentViewState : public QObject {
     Q_PROPERTY(QString logCountText READ logCountText NOTIFY logCountChanged FINAL)
     Q_PROPERTY(zentrill::ConfirmationState* confirmation READ confirmation CONSTANT FINAL)
     Q_PROPERTY(zentrill::ResultState* result READ result CONSTANT FINAL)
+    Q_PROPERTY(zentrill::ReviewState* review READ review CONSTANT FINAL)
     Q_PROPERTY(zentrill::InputGuard* input READ input CONSTANT FINAL)
     Q_PROPERTY(bool modalShown READ modalShown NOTIFY modalChanged FINAL)
     Q_PROPERTY(bool resultShown READ resultShown NOTIFY modalChanged FINAL)
     Q_PROPERTY(bool acceptsRequests READ acceptsRequests NOTIFY modalChanged FINAL)
+    Q_PROPERTY(bool canReviewSelection READ canReviewSelection NOTIFY canUninstallChanged FINAL)
     Q_PROPERTY(bool canUninstall READ canUninstall NOTIFY canUninstallChanged FINAL)
     Q_PROPERTY(
         bool shortcutsShown READ shortcutsShown WRITE setShortcutsShown NOTIFY shortcutsShownChanged FINAL)
@@ -97,6 +100,8 @@ public:
 
     [[nodiscard]] ResultState* result() { return &result_; }
 
+    [[nodiscard]] ReviewState* review() { return &review_; }
+
     [[nodiscard]] InputGuard* input() { return &input_; }
 
     /// Whether a confirmation or a result lies over the window.
@@ -106,7 +111,10 @@ public:
     [[nodiscard]] bool resultShown() const { return controller_.showResultAlert(); }
 
     /// Whether a destructive request would be taken up now.
-    [[nodiscard]] bool acceptsRequests() const { return confirmation_.canPresent(); }
+    [[nodiscard]] bool acceptsRequests() const { return confirmation_.canPresent() && !review_.isShown(); }
+
+    /// Whether the selected applications can be reviewed.
+    [[nodiscard]] bool canReviewSelection() const { return canUninstall(); }
 
     /// The same for the selected applications, of which there must be one.
     [[nodiscard]] bool canUninstall() const;
@@ -154,6 +162,16 @@ public:
     Q_INVOKABLE void requestImageRemoval(int row);
     Q_INVOKABLE void requestSelfUninstall();
 
+    /// Each opens the review of what a request would remove. A row that is not in the list, or holds
+    /// something else, opens nothing.
+    Q_INVOKABLE void reviewSelection();
+    Q_INVOKABLE void reviewApplication(int row);
+    Q_INVOKABLE void reviewModel(int row);
+    Q_INVOKABLE void reviewDockerRow(int row);
+
+    /// Whether there is something to review in that row now.
+    Q_INVOKABLE [[nodiscard]] bool canReviewApplication(int row) const;
+
     /// Stops a running container at once: nothing is lost, so no code is asked for.
     Q_INVOKABLE void stopContainer(int row);
 
@@ -185,11 +203,14 @@ private:
     /// What takes the input now.
     [[nodiscard]] InputGuard::Surface surface() const;
     void showModal();
+    void present(PendingConfirmation pending);
+    void openReview(ReviewSubject subject);
     void enterPane(int row);
 
     UninstallerViewModel& controller_;
     ConfirmationState confirmation_;
     ResultState result_;
+    ReviewState review_;
     InputGuard input_;
     std::unique_ptr<ApplicationListModel> applications_;
     std::unique_ptr<LocalModelListModel> models_;

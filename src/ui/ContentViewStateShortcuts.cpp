@@ -7,7 +7,7 @@
 namespace zentrill {
 
 void ContentViewState::setShortcutsShown(bool shown) {
-    if (shown == shortcutsShown_ || (shown && modalShown())) {
+    if (shown == shortcutsShown_ || (shown && (modalShown() || review_.isShown()))) {
         return;
     }
     shortcutsShown_ = shown;
@@ -15,7 +15,7 @@ void ContentViewState::setShortcutsShown(bool shown) {
 }
 
 void ContentViewState::perform(ShortcutAction action) {
-    if (modalShown()) {
+    if (modalShown() || (review_.isShown() && action != ShortcutAction::close)) {
         return;
     }
     setShortcutsShown(action == ShortcutAction::showShortcuts && !shortcutsShown_);

@@ -33,7 +33,7 @@ class InputGuard : public QObject {
 
 public:
     /// What lies on top and takes the input.
-    enum class Surface { window, confirmation, result };
+    enum class Surface { window, review, confirmation, result };
 
     explicit InputGuard(QObject* parent = nullptr);
 

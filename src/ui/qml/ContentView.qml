@@ -34,10 +34,11 @@ FocusScope {
     }
 
     readonly property bool modal: viewState.modalShown
+    readonly property bool covered: modal || viewState.review.shown
 
     // Something can have been hidden or disabled while it had the focus, or was chosen to get it back.
     readonly property Item focused: Window.activeFocusItem
-    readonly property bool focusIsLost: !modal && Window.active && (!focused || !focused.visible || !focused.enabled
+    readonly property bool focusIsLost: !covered && Window.active && (!focused || !focused.visible || !focused.enabled
         || [view, underneath, panes].includes(focused) || focused.parent === panes)
     onFocusIsLostChanged: Qt.callLater(settleFocus)
 
@@ -65,8 +66,8 @@ FocusScope {
 
         anchors.fill: parent
         // Disabled as a whole, so that neither a click nor a key nor an assistive tool reaches below a modal.
-        enabled: !view.modal
-        focus: !view.modal
+        enabled: !view.covered
+        focus: !view.covered
 
         Rectangle {
             anchors.fill: parent
@@ -157,6 +158,23 @@ FocusScope {
             source = "";
             underneath.forceActiveFocus(Qt.PopupFocusReason);
         }
+    }
+
+    Loader {
+        id: review
+
+        readonly property bool wanted: view.viewState.review.shown && !view.modal
+
+        anchors.fill: parent
+        focus: wanted
+        onStatusChanged: if (status === Loader.Error) view.viewState.reportFailedPart(source)
+        onWantedChanged: if (wanted)
+            setSource("ReviewPanel.qml", {
+                viewState: view.viewState,
+                focus: true
+            });
+        else
+            source = ""
     }
 
     Loader {

@@ -39,10 +39,12 @@ class FirstTab(FocusCase):
         self.display.key("space")
         self.screen.wait("check box", "Claude Code (CLI)", states=["checked"])
         self.display.key("Tab")
+        self.expect_focus("Review selected")
+        self.display.key("Tab")
         self.expect_focus("Uninstall Selected")
         self.display.key("Tab")
         self.expect_focus(_SHIELD)
-        self.display.key("shift+Tab", "shift+Tab")
+        self.display.key("shift+Tab", "shift+Tab", "shift+Tab")
         self.expect_focus("Claude Code (CLI)")
         # A screen reader meets them in the same order.
         wanted = ["Applications", "1 selected", "Uninstall Selected", _SHIELD]

@@ -38,6 +38,21 @@ ListView {
     // The nearest row from `row` on, in steps of 1 or -1, at which the keyboard stops; -1 where there is none.
     property var stopFrom: (row, step) => row >= 0 && row < count ? row : -1
 
+    // What the menu of a row offers, for `ContextMenu`; nothing, and the row has none.
+    property var menuOf: row => []
+
+    // Opens the menu of a row at a point of the window.
+    function openMenu(row: int, place: point) {
+        const entries = row < 0 ? [] : menuOf(row);
+        if (entries.length === 0)
+            return;
+        takeFocus(row);
+        menu.setSource("ContextMenu.qml", {
+            entries: entries,
+            place: place
+        });
+    }
+
     function takeFocus(row: int) {
         currentIndex = row;
         forceActiveFocus(Qt.MouseFocusReason);
@@ -129,10 +144,53 @@ ListView {
         case Qt.Key_End:
             moveTo(count - 1, -1);
             break;
+        case Qt.Key_Menu:
+            openCurrentMenu();
+            break;
+        case Qt.Key_F10:
+            if (!(event.modifiers & Qt.ShiftModifier))
+                return;
+            openCurrentMenu();
+            break;
         default:
             return;
         }
         event.accepted = true;
+    }
+
+    function openCurrentMenu() {
+        if (currentItem)
+            openMenu(currentIndex, currentItem.mapToItem(null, 48, currentItem.height - 12));
+    }
+
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: point => {
+            const inList = list.contentItem.mapFromItem(null, point.scenePosition.x, point.scenePosition.y);
+            list.openMenu(list.indexAt(inList.x, inList.y), point.scenePosition);
+        }
+    }
+
+    // Over the whole window, and gone with the list.
+    Loader {
+        id: menu
+
+        readonly property bool fits: list.visible && list.enabled
+
+        parent: list.Window.contentItem
+        anchors.fill: parent
+        z: 1
+        onFitsChanged: if (!fits)
+            source = ""
+
+        Connections {
+            target: menu.item
+            ignoreUnknownSignals: true
+
+            function onClosed() {
+                menu.source = "";
+            }
+        }
     }
 
     WheelHandler {

@@ -25,9 +25,44 @@ Rectangle {
         text: footer.viewState.selectionCount
         textFormat: Text.PlainText
         font: Typography.caption
-        color: WarmPalette.secondary
+        color: review.hovered ? WarmPalette.paper : WarmPalette.secondary
         Accessible.role: Accessible.StaticText
         Accessible.name: text
+    }
+
+    // Around the number: pressed, it leads to the review of what is selected.
+    Pressable {
+        id: review
+
+        readonly property bool visualFocus: activeFocus && KeyboardUse.current
+
+        anchors.fill: count
+        anchors.leftMargin: -8
+        anchors.rightMargin: -8
+        anchors.topMargin: -7
+        anchors.bottomMargin: -7
+        enabled: footer.viewState.canReviewSelection
+        onClicked: footer.viewState.reviewSelection()
+        Accessible.role: Accessible.Button
+        Accessible.name: qsTr("Review selected")
+
+        Rectangle {
+            anchors.fill: parent
+            z: -1
+            radius: 7
+            visible: review.hovered || review.down
+            color: WarmPalette.faint(WarmPalette.paper, review.down ? 0.14 : 0.08)
+        }
+
+        FocusRing {
+            anchors.margins: 0
+            visible: review.visualFocus
+        }
+
+        TipLoader {
+            text: qsTr("Review what goes and what stays")
+            wanted: !review.down && (review.hovered || review.visualFocus)
+        }
     }
 
     ActionButton {

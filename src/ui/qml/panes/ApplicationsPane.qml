@@ -14,6 +14,13 @@ Item {
         anchors.fill: parent
         anchors.bottomMargin: footer.height
         model: pane.viewState.applications
+        menuOf: row => [
+                {
+                    text: qsTr("Review"),
+                    enabled: pane.viewState.canReviewApplication(row),
+                    act: () => pane.viewState.reviewApplication(row)
+                }
+            ]
         focus: true
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Applications")

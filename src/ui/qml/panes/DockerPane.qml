@@ -25,6 +25,13 @@ Item {
         visible: pane.viewState.dockerNoticeHeading === ""
         focus: true
         model: pane.viewState.dockerRows
+        menuOf: row => pane.viewState.dockerStop(row, 1) !== row ? [] : [
+                {
+                    text: qsTr("Review"),
+                    enabled: pane.viewState.acceptsRequests,
+                    act: () => pane.viewState.reviewDockerRow(row)
+                }
+            ]
         // The list asks once more while the window closes, when its rows are gone.
         stopFrom: (row, step) => pane.viewState ? pane.viewState.dockerStop(row, step) : -1
         Accessible.role: Accessible.List

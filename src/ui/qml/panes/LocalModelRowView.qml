@@ -15,6 +15,7 @@ FocusScope {
     readonly property bool current: ListView.isCurrentItem
 
     signal deleteRequested
+    signal reviewRequested
 
     implicitHeight: 64
     focus: current
@@ -33,6 +34,13 @@ FocusScope {
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false
     ListView.onReused: visible = true
+
+    // Its button takes Space for itself.
+    Keys.onSpacePressed: event => {
+        event.accepted = !remove.activeFocus;
+        if (event.accepted && !event.isAutoRepeat)
+            reviewRequested();
+    }
 
     HoverHandler {
         id: hover

@@ -15,6 +15,13 @@ Item {
         anchors.bottomMargin: strip.visible ? strip.height : 0
         focus: true
         model: pane.viewState.models
+        menuOf: row => [
+                {
+                    text: qsTr("Review"),
+                    enabled: pane.viewState.acceptsRequests,
+                    act: () => pane.viewState.reviewModel(row)
+                }
+            ]
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Local models")
 
@@ -22,6 +29,7 @@ Item {
             width: rows.rowWidth
             list: rows
             deletable: pane.viewState.acceptsRequests
+            onReviewRequested: pane.viewState.reviewModel(index)
             onDeleteRequested: pane.viewState.requestModelDeletion(index)
         }
     }

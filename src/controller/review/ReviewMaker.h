@@ -1,0 +1,47 @@
+#pragma once
+
+#include "controller/review/ReviewRow.h"
+#include "controller/review/ReviewSubject.h"
+#include "deletion/SafeDeletionEngine.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zentrill {
+
+/// Computes one review on the calling thread. Looks and changes nothing; no program is started.
+class ReviewMaker {
+public:
+    /// Takes what is known so far, several times a second; on any thread, but never on two at once.
+    using Show = std::function<void(ReviewContent)>;
+
+    ReviewMaker(std::shared_ptr<const SafeDeletionEngine> engine, bool preserveCredentials, Show show,
+                std::function<bool()> shouldStop);
+
+    /// Ends with a complete content, unless it is stopped.
+    void make(const ReviewSubject& subject);
+
+private:
+    void reviewTools(const std::vector<AppInfo>& tools);
+    void reviewTool(const AppInfo& tool, bool isOneOfSeveral, EarlierPlans& earlier);
+    void reviewModel(const LocalModel& model);
+    /// What no plan is made for.
+    void showKnown(std::vector<ReviewRow> rows, const QString& size);
+
+    /// Shows what is finished and `more`, of what is being planned.
+    void show(std::vector<ReviewRow> more, std::int64_t goingBytes, std::int64_t freedBytes, bool complete);
+
+    std::shared_ptr<const SafeDeletionEngine> engine_;
+    bool preserveCredentials_;
+    Show show_;
+    std::function<bool()> shouldStop_;
+    // Of the tools that are finished.
+    std::vector<ReviewRow> rows_;
+    std::int64_t goingBytes_ = 0;
+    std::int64_t freedBytes_ = 0;
+};
+
+} // namespace zentrill

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "controller/UninstallerViewModel.h"
+#include "ui/models/RecordListModel.h"
+
+#include <QAbstractItemModel>
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+namespace zentrill {
+
+/// What the review shows of a selection or a record: it can remove nothing. It follows the Safety Shield, and
+/// an operation that begins closes it.
+class ReviewState : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by ContentViewState")
+    Q_PROPERTY(bool shown READ isShown NOTIFY shownChanged FINAL)
+    Q_PROPERTY(QString title READ title NOTIFY shownChanged FINAL)
+    /// Whether the Safety Shield makes a difference.
+    Q_PROPERTY(bool shielded READ isShielded NOTIFY shownChanged FINAL)
+    Q_PROPERTY(bool computing READ isComputing NOTIFY contentChanged FINAL)
+    Q_PROPERTY(QString going READ going NOTIFY contentChanged FINAL)
+    Q_PROPERTY(QString comingFree READ comingFree NOTIFY contentChanged FINAL)
+    Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT FINAL)
+
+public:
+    /// `controller` outlives this object.
+    explicit ReviewState(UninstallerViewModel& controller, QObject* parent = nullptr);
+
+    [[nodiscard]] bool isShown() const { return subject_.has_value(); }
+
+    [[nodiscard]] QString title() const;
+    [[nodiscard]] bool isShielded() const;
+
+    [[nodiscard]] bool isComputing() const { return isShown() && !content_.complete; }
+
+    /// In words; empty as long as nothing is known.
+    [[nodiscard]] QString going() const { return content_.going; }
+
+    [[nodiscard]] QString comingFree() const { return content_.comingFree; }
+
+    [[nodiscard]] QAbstractItemModel* rows() { return &rows_; }
+
+    /// Opens it, unless it is open or an operation runs.
+    void open(ReviewSubject subject);
+
+    Q_INVOKABLE void close();
+
+Q_SIGNALS:
+    void shownChanged();
+    void contentChanged();
+
+private:
+    void compute();
+    void show(const ReviewContent& content);
+
+    UninstallerViewModel& controller_;
+    std::optional<ReviewSubject> subject_;
+    ReviewContent content_;
+    RecordListModel<ReviewRow> rows_;
+};
+
+} // namespace zentrill

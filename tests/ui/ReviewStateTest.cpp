@@ -1,0 +1,95 @@
+#include "ui/ReviewState.h"
+
+#include "UiFixture.h"
+#include "ui/ContentViewState.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace zentrill {
+namespace {
+
+class ReviewStateTest : public test::UiFixture {
+protected:
+    ContentViewState state_{*controller_};
+    ReviewState& review_ = *state_.review();
+
+    [[nodiscard]] bool waitForAll() {
+        return test::waitUntil([this] { return review_.isShown() && !review_.isComputing(); });
+    }
+
+    [[nodiscard]] bool findGemini() {
+        home_.makeFile(".gemini/tmp/data", std::string(5000, 'x'));
+        if (!scan()) {
+            return false;
+        }
+        controller_->setAppSelected("Gemini", true);
+        return true;
+    }
+};
+
+TEST_F(ReviewStateTest, opensForTheSelectionAndFollowsTheShield) {
+    ASSERT_TRUE(findGemini());
+    EXPECT_TRUE(state_.canReviewSelection());
+    state_.reviewSelection();
+    EXPECT_EQ(review_.title(), QStringLiteral("Review: Gemini"));
+    EXPECT_TRUE(review_.isShielded());
+    ASSERT_TRUE(waitForAll());
+    EXPECT_EQ(review_.going(), QStringLiteral("0 bytes"));
+    EXPECT_EQ(review_.rows()->rowCount(), 2);
+    controller_->setPreserveCredentials(false);
+    EXPECT_TRUE(review_.isComputing());
+    EXPECT_EQ(review_.rows()->rowCount(), 2); // They stay in sight until there is more.
+    ASSERT_TRUE(waitForAll());
+    EXPECT_EQ(review_.going(), QStringLiteral("5 KB"));
+    EXPECT_EQ(review_.rows()->rowCount(), 3); // The folder in between goes as well.
+    review_.close();
+    EXPECT_FALSE(review_.isShown());
+    EXPECT_EQ(review_.rows()->rowCount(), 0);
+}
+
+TEST_F(ReviewStateTest, letsNothingBeAskedForBelowIt) {
+    ASSERT_TRUE(findGemini());
+    state_.reviewSelection();
+    EXPECT_FALSE(state_.acceptsRequests());
+    EXPECT_FALSE(state_.canUninstall());
+    state_.requestUninstall();
+    state_.requestSelfUninstall();
+    EXPECT_FALSE(state_.modalShown());
+    review_.close();
+    state_.requestUninstall();
+    EXPECT_TRUE(state_.modalShown());
+    state_.reviewSelection();
+    EXPECT_FALSE(review_.isShown());
+}
+
+TEST_F(ReviewStateTest, isClosedByAnOperationAndNotOpenedDuringOne) {
+    ASSERT_TRUE(findGemini());
+    state_.reviewSelection();
+    controller_->scanSystem();
+    EXPECT_FALSE(review_.isShown());
+    state_.reviewSelection();
+    EXPECT_FALSE(review_.isShown());
+    EXPECT_TRUE(waitUntilIdle());
+}
+
+TEST_F(ReviewStateTest, takesTheRowThatIsMeant) {
+    playDocker();
+    ASSERT_TRUE(findGemini());
+    state_.reviewDockerRow(0); // A heading.
+    EXPECT_FALSE(review_.isShown());
+    state_.reviewDockerRow(state_.dockerStop(0, 1));
+    ASSERT_TRUE(waitForAll());
+    EXPECT_EQ(review_.title(), QStringLiteral("Review: web"));
+    EXPECT_FALSE(review_.isShielded());
+    EXPECT_EQ(review_.going(), QStringLiteral("Not known"));
+    review_.close();
+    EXPECT_FALSE(state_.canReviewApplication(0)); // Ollama is not there.
+    state_.reviewApplication(0);
+    state_.reviewModel(0);
+    EXPECT_FALSE(review_.isShown());
+}
+
+} // namespace
+} // namespace zentrill
