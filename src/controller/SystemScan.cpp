@@ -9,6 +9,7 @@
 #include "platform/HomeDirectory.h"
 #include "platform/WorkerThread.h"
 
+#include <algorithm>
 #include <future>
 #include <iterator>
 #include <utility>
@@ -17,13 +18,13 @@ namespace zentrill {
 
 namespace {
 
-std::vector<AppInfo> scanApplications(const OperationContext& context) {
+void scanApplications(const OperationContext& context, ScanSnapshot& snapshot) {
     const InstallationDetector detector;
     const PathExpander expand = homePathExpander();
-    std::vector<AppInfo> apps = context.apps;
-    for (AppInfo& app : apps) {
-        const InstallationPresence presence =
-            detector.presence(ApplicationDetectionRegistry::rule(app.name), expand);
+    snapshot.apps = context.apps;
+    for (AppInfo& app : snapshot.apps) {
+        const ApplicationDetectionRule& rule = ApplicationDetectionRegistry::rule(app.name);
+        const InstallationPresence presence = detector.presence(rule, expand);
         app.isDetected = presence != InstallationPresence::absent;
         app.hasResidualData = presence == InstallationPresence::residualData;
         if (presence == InstallationPresence::installed) {
@@ -32,9 +33,11 @@ std::vector<AppInfo> scanApplications(const OperationContext& context) {
         } else if (presence == InstallationPresence::residualData) {
             context.log("Found remaining configuration/data for " + app.displayName +
                         "; no installation executable was detected.");
+            std::vector<std::string> paths = rule.scanResidualDataPaths();
+            std::ranges::transform(paths, paths.begin(), expand);
+            snapshot.remainingPaths.emplace(app.name, detector.existingPaths(std::move(paths)));
         }
     }
-    return apps;
 }
 
 void append(std::vector<LocalModel>& all, std::vector<LocalModel> more) {
@@ -60,7 +63,7 @@ ScanSnapshot collectScan(const OperationContext& context) {
     // Without a policy the libraries start a thread; where none is to be had, they leave the call to `get`.
     std::future<DockerAvailability> docker = std::async(scanDocker);
     ScanSnapshot snapshot;
-    snapshot.apps = scanApplications(context);
+    scanApplications(context, snapshot);
     snapshot.models = scanModels(context);
     snapshot.docker = docker.get();
     return snapshot;

@@ -52,6 +52,11 @@ QString UninstallerViewModel::operationDescription() const {
     return displayName(operationDescription_);
 }
 
+std::vector<std::string> UninstallerViewModel::remainingPaths(const std::string& name) const {
+    const auto found = remainingPaths_.find(name);
+    return found == remainingPaths_.end() ? std::vector<std::string>() : found->second;
+}
+
 void UninstallerViewModel::setPreserveCredentials(bool preserve) {
     requireMainThread("setPreserveCredentials must be called on the main thread");
     assign(preserveCredentials_, preserve, &UninstallerViewModel::preserveCredentialsChanged);
@@ -83,6 +88,7 @@ void UninstallerViewModel::cancelOperation() {
     if (cancellationToken_ != nullptr) {
         cancellationToken_->cancel();
     }
+    assign(isCancelling_, canCancelOperation_, &UninstallerViewModel::isCancellingChanged);
     log("Cancellation requested by user.");
 }
 
@@ -141,6 +147,7 @@ void UninstallerViewModel::endOperation() {
     assign(isScanning_, false, &UninstallerViewModel::isScanningChanged);
     assign(isBusy_, false, &UninstallerViewModel::isBusyChanged);
     assign(canCancelOperation_, false, &UninstallerViewModel::canCancelOperationChanged);
+    assign(isCancelling_, false, &UninstallerViewModel::isCancellingChanged);
     assign(operationDescription_, std::string(), &UninstallerViewModel::operationDescriptionChanged);
 }
 
@@ -153,6 +160,7 @@ void UninstallerViewModel::publishScan(ScanSnapshot snapshot, const std::optiona
     for (AppInfo& app : snapshot.apps) {
         app.isSelected = app.isDetected && selection[app.name];
     }
+    remainingPaths_ = std::move(snapshot.remainingPaths);
     assign(apps_, std::move(snapshot.apps), &UninstallerViewModel::appsChanged);
     assign(localModels_, std::move(snapshot.models), &UninstallerViewModel::localModelsChanged);
     publishDocker(std::move(snapshot.docker));

@@ -55,6 +55,7 @@ class UninstallerViewModel : public QObject {
     Q_PROPERTY(QString dockerStatusMessage READ dockerStatusMessage NOTIFY dockerStatusMessageChanged)
     Q_PROPERTY(QString dockerImageWarning READ dockerImageWarning NOTIFY dockerImageWarningChanged)
     Q_PROPERTY(bool canCancelOperation READ canCancelOperation NOTIFY canCancelOperationChanged)
+    Q_PROPERTY(bool isCancelling READ isCancelling NOTIFY isCancellingChanged)
 
 public:
     /// Lists every catalog application, undetected and unselected; with `autoScan` a scan is under way when
@@ -113,6 +114,13 @@ public:
 
     /// Shows what a removal would do. An operation that begins ends the review that is being computed.
     [[nodiscard]] ReviewWorker& reviews() { return reviews_; }
+
+    /// Whether the running operation was asked to stop and has yet to come to it.
+    [[nodiscard]] bool isCancelling() const { return isCancelling_; }
+
+    /// What the last scan found of the application of that `AppInfo::name` that is no longer installed, as
+    /// absolute paths; empty for any other.
+    [[nodiscard]] std::vector<std::string> remainingPaths(const std::string& name) const;
 
     void setPreserveCredentials(bool preserve);
 
@@ -174,6 +182,7 @@ Q_SIGNALS:
     void dockerStatusMessageChanged();
     void dockerImageWarningChanged();
     void canCancelOperationChanged();
+    void isCancellingChanged();
 
 private:
     /// What an operation does to the controller at its end, on the main thread.
@@ -206,6 +215,7 @@ private:
     void assign(Value& property, Value value, void (UninstallerViewModel::*changed)());
 
     std::vector<AppInfo> apps_;
+    RemainingPaths remainingPaths_;
     std::vector<LocalModel> localModels_;
     std::vector<DockerContainer> containers_;
     std::vector<DockerImage> dockerImages_;
@@ -224,6 +234,7 @@ private:
     QString dockerStatusMessage_;
     QString dockerImageWarning_;
     bool canCancelOperation_ = false;
+    bool isCancelling_ = false;
 
     const std::thread::id mainThread_ = std::this_thread::get_id();
     LogClock logClock_;

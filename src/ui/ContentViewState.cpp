@@ -1,5 +1,6 @@
 #include "ui/ContentViewState.h"
 
+#include "controller/DisplayText.h"
 #include "ui/models/ListSummary.h"
 
 #include <algorithm>
@@ -156,6 +157,18 @@ void ContentViewState::toggleApplication(int row) {
     }
 }
 
+QString ContentViewState::remainingData(int row) const {
+    const AppInfo* application = applications_->record(row);
+    if (application == nullptr || !application->hasResidualData) {
+        return {};
+    }
+    QStringList lines;
+    for (const std::string& path : controller_.remainingPaths(application->name)) {
+        lines.append(displayName(path));
+    }
+    return lines.isEmpty() ? QString() : QStringLiteral("What remains:\n") + lines.join(QLatin1Char('\n'));
+}
+
 /// Nothing is asked for below a review.
 void ContentViewState::present(PendingConfirmation pending) {
     if (acceptsRequests()) {
@@ -206,6 +219,8 @@ void ContentViewState::stopContainer(int row) {
 void ContentViewState::connectToController() {
     using Controller = UninstallerViewModel;
     connect(&controller_, &Controller::appsChanged, this, &ContentViewState::showApplications);
+    // An operation ends with what its scan has found, and each begins with what the one before has.
+    connect(&controller_, &Controller::isBusyChanged, this, &ContentViewState::noteFindings);
     connect(&controller_, &Controller::localModelsChanged, this, &ContentViewState::showModels);
     connect(&modelStrip_, &ListStripState::arrangementChanged, this, &ContentViewState::showModels);
     connect(&dockerStrip_, &ListStripState::arrangementChanged, this, &ContentViewState::showDocker);
@@ -230,6 +245,16 @@ void ContentViewState::connectToController() {
 void ContentViewState::showApplications() {
     applications_->setRecords(controller_.apps());
     Q_EMIT selectionChanged();
+}
+
+void ContentViewState::noteFindings() {
+    // While something runs, what was said stays.
+    const bool nothing =
+        controller_.isBusy() ? nothingFound_ : std::ranges::none_of(controller_.apps(), &AppInfo::isDetected);
+    if (nothing != nothingFound_) {
+        nothingFound_ = nothing;
+        Q_EMIT nothingFoundChanged();
+    }
 }
 
 InputGuard::Surface ContentViewState::surface() const {

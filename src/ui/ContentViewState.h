@@ -53,6 +53,7 @@ class ContentViewState : public QObject {
     Q_PROPERTY(
         bool shortcutsShown READ shortcutsShown WRITE setShortcutsShown NOTIFY shortcutsShownChanged FINAL)
     Q_PROPERTY(bool windowShown READ windowShown NOTIFY windowShownChanged FINAL)
+    Q_PROPERTY(bool nothingFound READ nothingFound NOTIFY nothingFoundChanged FINAL)
     Q_PROPERTY(QString selectionCount READ selectionCount NOTIFY selectionChanged FINAL)
     Q_PROPERTY(QString shieldCaption READ shieldCaption NOTIFY shieldCaptionChanged FINAL)
     Q_PROPERTY(QString dockerNoticeIcon READ dockerNoticeIcon NOTIFY dockerStateChanged FINAL)
@@ -136,6 +137,12 @@ public:
     /// "1 line", "12 lines".
     [[nodiscard]] QString logCountText() const;
 
+    /// Whether a scan has found none of the applications.
+    [[nodiscard]] bool nothingFound() const { return nothingFound_; }
+
+    /// The paths that remain of the application of that row, for a tooltip; empty where nothing does.
+    Q_INVOKABLE [[nodiscard]] QString remainingData(int row) const;
+
     /// How many applications are selected, in words: "2 selected".
     [[nodiscard]] QString selectionCount() const;
     [[nodiscard]] QString shieldCaption() const;
@@ -182,6 +189,7 @@ Q_SIGNALS:
     void partFailed(const QUrl& file);
     void selectedTabChanged();
     void logCountChanged();
+    void nothingFoundChanged();
     void windowShownChanged();
     void shortcutsShownChanged();
     /// A shortcut chose the pane: it takes the focus.
@@ -198,6 +206,7 @@ Q_SIGNALS:
 private:
     void connectToController();
     void showApplications();
+    void noteFindings();
     void showModels();
     void showDocker();
     /// What takes the input now.
@@ -221,6 +230,7 @@ private:
     std::unique_ptr<LineSelection> logSelection_;
     LineSearch logSearch_;
     QString selectedTab_;
+    bool nothingFound_ = false;
     bool windowShown_ = false;
     bool shortcutsShown_ = false;
 };

@@ -252,10 +252,13 @@ TEST_F(ApplicationUninstallFlowTest, stopsBetweenTwoStepsWhenCancelled) {
     };
     controller_->uninstallAppsFromConfirmation(targets({"Claude Code", "VendorApp"}), false);
     ASSERT_TRUE(gate.waitForArrival());
+    EXPECT_FALSE(controller_->isCancelling());
     controller_->cancelOperation();
+    EXPECT_TRUE(controller_->isCancelling());
     gate.open();
     ASSERT_TRUE(waitUntilIdle());
 
+    EXPECT_FALSE(controller_->isCancelling());
     EXPECT_TRUE(exists(".claude/history"));
     EXPECT_TRUE(exists(caches));
     const std::vector<std::string> lines = messages();

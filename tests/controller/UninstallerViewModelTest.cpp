@@ -195,7 +195,8 @@ TEST_F(UninstallerViewModelTest, offersItsScalarsAsProperties) {
     for (const char* readOnly :
          {"isScanning", "isBusy", "operationDescription", "showResultAlert", "resultAlertTitle",
           "resultAlertMessage", "resultAlertOutcome", "resultAlertRetainedPathCount", "isDockerInstalled",
-          "dockerDaemonRunning", "dockerStatusMessage", "dockerImageWarning", "canCancelOperation"}) {
+          "dockerDaemonRunning", "dockerStatusMessage", "dockerImageWarning", "canCancelOperation",
+          "isCancelling"}) {
         const QMetaObject& meta = UninstallerViewModel::staticMetaObject;
         const int index = meta.indexOfProperty(readOnly);
         ASSERT_GE(index, 0) << readOnly;

@@ -67,8 +67,12 @@ TEST_F(LineSearchTest, readsALongListBitByBit) {
         lines.append(line % 3 == 0 ? QStringLiteral("kept") : QStringLiteral("gone"));
     }
     lines_.setLines(lines);
+    QString atFirst;
+    QObject::connect(&search_, &LineSearch::shown, &search_, [&] { atFirst = search_.countText(); });
     search_.setNeedle(QStringLiteral("kept"));
     EXPECT_EQ(search_.countText(), QStringLiteral("Searching…"));
+    ASSERT_TRUE(test::waitUntil([&] { return !atFirst.isEmpty(); }));
+    EXPECT_NE(atFirst, QStringLiteral("1 of 10,000 lines")) << "all of them in one turn";
     ASSERT_TRUE(
         test::waitUntil([this] { return search_.countText() == QStringLiteral("1 of 10,000 lines"); }));
     search_.setNeedle(QStringLiteral("gone"));

@@ -84,6 +84,15 @@ FocusScope {
                     }
                 }
             }
+
+            Text {
+                topPadding: 7
+                text: qsTr("Zentrill, version %1").arg(Qt.application.version)
+                font: Typography.caption
+                color: WarmPalette.tertiary
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
         }
     }
 }

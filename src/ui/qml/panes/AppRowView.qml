@@ -17,6 +17,9 @@ Pressable {
     required property bool hasResidualData
     required property bool isSelected
 
+    // Tells what remains of the tool of a row; asked when it is wanted.
+    required property var remainingData
+
     readonly property bool current: ListView.isCurrentItem
     readonly property string accessibleValue: isSelected ? qsTr("Selected") : qsTr("Not selected")
     readonly property real dimming: isDetected ? 1 : 0.85
@@ -127,6 +130,17 @@ Pressable {
             font: Typography.detail
             opacity: row.dimming
             color: row.hasResidualData ? WarmPalette.copper : row.isDetected ? WarmPalette.paper : WarmPalette.tertiary
+
+            HoverHandler {
+                id: statusHover
+
+                enabled: row.hasResidualData
+            }
+
+            TipLoader {
+                text: statusHover.hovered ? row.remainingData(row.index) : ""
+                wanted: text !== "" && !row.down
+            }
         }
     }
 }

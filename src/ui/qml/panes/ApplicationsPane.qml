@@ -8,10 +8,30 @@ Item {
     // What takes the focus where nothing else can.
     readonly property Item entrance: rows
 
+    Text {
+        id: nothing
+
+        anchors.left: parent.left
+        anchors.leftMargin: 20
+        anchors.right: parent.right
+        anchors.rightMargin: 20
+        anchors.top: parent.top
+        height: 40
+        visible: pane.viewState.nothingFound
+        verticalAlignment: Text.AlignBottom
+        text: qsTr("Nothing to remove: none of these tools is installed here, and none has left data behind.")
+        font: Typography.body
+        color: WarmPalette.secondary
+        elide: Text.ElideRight
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
     RecordList {
         id: rows
 
         anchors.fill: parent
+        anchors.topMargin: nothing.visible ? nothing.height : 0
         anchors.bottomMargin: footer.height
         model: pane.viewState.applications
         menuOf: row => [
@@ -28,6 +48,7 @@ Item {
         delegate: AppRowView {
             width: rows.rowWidth
             list: rows
+            remainingData: pane.viewState.remainingData
             onToggleSelection: pane.viewState.toggleApplication(index)
         }
     }

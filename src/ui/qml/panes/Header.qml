@@ -89,8 +89,11 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             implicitHeight: 26
             font: Typography.name
-            text: qsTr("Cancel")
-            enabled: header.viewState.controller.canCancelOperation
+            text: header.viewState.controller.isCancelling ? qsTr("Cancelling…") : qsTr("Cancel")
+            enabled: header.viewState.controller.canCancelOperation && !header.viewState.controller.isCancelling
+            // It stays the same button, and says what comes of it.
+            Accessible.name: qsTr("Cancel")
+            Accessible.description: header.viewState.controller.isCancelling ? text : ""
             onClicked: header.viewState.controller.cancelOperation()
         }
     }

@@ -30,6 +30,15 @@ Rectangle {
             color: WarmPalette.paper
             Accessible.role: Accessible.Heading
             Accessible.name: text
+
+            HoverHandler {
+                id: brandHover
+            }
+
+            TipLoader {
+                text: qsTr("Version %1").arg(Qt.application.version)
+                wanted: brandHover.hovered
+            }
         }
 
         Text {
