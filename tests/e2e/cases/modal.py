@@ -34,7 +34,9 @@ class ModalCase(Case):
 
         def walk(element):
             yield element
-            for child in element.children():
+            children = element.children()
+            self.assertFalse(children and element.role in element.leaves, f"{element} holds something")
+            for child in children:
                 if child.role != "dialog":
                     yield from walk(child)
 

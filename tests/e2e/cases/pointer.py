@@ -105,8 +105,7 @@ class PressAfterScrolling(LongListCase):
             before = self.rows()
             name = self.wholly_in_sight(before)[3]
             x, y = self.button(name).middle
-            self.display.run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "10", "5",
-                             "click", "1")
+            self.display.click(x, y, 1, "click", "--repeat", "2", "--delay", "10", "5")
             # The bus may be answered before the wheel.
             self.screen.until(lambda: before[name][1] - self.rows()[name][1] == 2 * notch, "both turns of the wheel")
             # Below the pointer is a button or the gap between two; what opened is what stands there.

@@ -3,6 +3,7 @@
 import os
 import random
 import subprocess
+import time
 
 from . import processes, x11
 from .settings import current
@@ -10,9 +11,14 @@ from .waiting import wait_for
 
 WINDOW_TITLE = "Zentrill - Environment Cleaner"
 _SIZE = "1280x900x24"
+# Presses that are further apart, in seconds or in points, are two clicks and no double click.
+_DOUBLE_CLICK_TIME = 0.45
+_DOUBLE_CLICK_REACH = 10
 
 
 class Display:
+    _clicked = (0, 0, float("-inf"))
+
     def __init__(self):
         # Not the first free number: a server that ends takes the socket of the next one on its number with it.
         for number in random.sample(range(1000, 60000), 5):
@@ -60,8 +66,14 @@ class Display:
     def type(self, text):
         self.run("xdotool", "type", "--delay", "20", text)
 
-    def click(self, x, y, button=1):
-        self.run("xdotool", "mousemove", str(x), str(y), "click", str(button))
+    def click(self, x, y, button=1, *before):
+        """A press of its own, never the second one of a double click. `before` is what xdotool does right before it
+        over the same point."""
+        last_x, last_y, last = self._clicked
+        if abs(x - last_x) + abs(y - last_y) <= _DOUBLE_CLICK_REACH:
+            wait_for(lambda: time.monotonic() > last + _DOUBLE_CLICK_TIME, "the end of a double click")
+        self.run("xdotool", "mousemove", str(x), str(y), *before, "click", str(button))
+        self._clicked = (x, y, time.monotonic())
 
     def point(self, x, y):
         """Moves the pointer there."""

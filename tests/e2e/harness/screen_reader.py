@@ -8,40 +8,50 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
+from . import accessibility_bus as bus  # noqa: E402
 from .waiting import DEADLINE, Overdue, wait_for  # noqa: E402
 
 warnings.filterwarnings("ignore", category=DeprecationWarning)
 
 APPLICATION = "Zentrill"
+_STATES = [(number, Atspi.StateType(number).value_nick) for number in range(Atspi.StateType.LAST_DEFINED)]
 
 
 class Element:
-    """One thing on the screen. Every property is asked for anew; GLib.Error means that it is gone."""
+    """One thing on the screen. Every property but the role is asked for anew; GLib.Error means that it is gone."""
 
-    def __init__(self, accessible):
-        self._accessible = accessible
+    # What never holds anything: whoever looks for something need not ask.
+    leaves = frozenset(["animation", "heading", "page tab", "push button", "scroll bar"])
+    _roles = {}
+
+    def __init__(self, target):
+        """`target` is a name and a path on the accessibility bus."""
+        self.target = target
 
     @property
     def role(self):
-        return self._accessible.get_role_name()
+        """That of a path does not change, and no path is given out twice."""
+        if self.target not in self._roles:
+            self._roles[self.target] = Atspi.role_get_name(Atspi.Role(self._ask("Accessible", "GetRole")))
+        return self._roles[self.target]
 
     @property
     def name(self):
-        return self._accessible.get_name()
+        return bus.read(self.target, "atspi.Accessible", "Name")
 
     @property
     def description(self):
-        return self._accessible.get_description()
+        return bus.read(self.target, "atspi.Accessible", "Description")
 
     @property
     def states(self):
-        return {state.value_nick for state in self._accessible.get_state_set().get_states()}
+        bits = self._ask("Accessible", "GetState")
+        return {nick for number, nick in _STATES if bits[number // 32] >> number % 32 & 1}
 
     @property
     def extents(self):
         """x, y, width and height on the screen."""
-        box = self._accessible.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
-        return box.x, box.y, box.width, box.height
+        return self._ask("Component", "GetExtents", "u", Atspi.CoordType.SCREEN)
 
     @property
     def middle(self):
@@ -51,21 +61,18 @@ class Element:
     @property
     def text(self):
         """What is written in a field."""
-        return self._accessible.get_text_iface().get_text(0, -1)
-
-    @property
-    def address(self):
-        """Name and path on the accessibility bus."""
-        return self._accessible.app.bus_name, self._accessible.path
+        return self._ask("Text", "GetText", "ii", 0, -1)
 
     @property
     def actions(self):
-        actions = self._accessible.get_action_iface()
-        return [actions.get_action_name(index) for index in range(actions.get_n_actions())] if actions else []
+        if not self._offers("Action"):
+            return []
+        return [self._ask("Action", "GetName", "i", index)
+                for index in range(bus.read(self.target, "atspi.Action", "NActions"))]
 
     def act(self, action):
         """Whether the program says that it did it; only the outcome tells whether it did."""
-        return self._accessible.get_action_iface().do_action(self.actions.index(action))
+        return self._ask("Action", "DoAction", "i", self.actions.index(action))
 
     def press(self):
         return self.act("Press")
@@ -79,24 +86,27 @@ class Element:
                 raise
 
     def grab_focus(self):
-        component = self._accessible.get_component_iface()
-        return bool(component) and component.grab_focus()
+        return self._offers("Component") and self._ask("Component", "GrabFocus")
 
     def set_text(self, text):
         """What an assistive tool tries that writes into a field. False where the field takes none."""
-        editable = self._accessible.get_editable_text_iface()
-        return bool(editable) and editable.set_text_contents(text)
+        return self._offers("EditableText") and self._ask("EditableText", "SetTextContents", "s", text)
 
     def children(self):
-        found = [self._accessible.get_child_at_index(index)
-                 for index in range(self._accessible.get_child_count())]
-        return [Element(child) for child in found if child is not None]
+        return [Element(child) for child in bus.children(self.target)]
 
     def walk(self):
         """This and everything below it, in reading order."""
         yield self
-        for child in self.children():
-            yield from child.walk()
+        if self.role not in self.leaves:
+            for child in self.children():
+                yield from child.walk()
+
+    def _offers(self, interface):
+        return f"org.a11y.atspi.{interface}" in self._ask("Accessible", "GetInterfaces")
+
+    def _ask(self, interface, method, signature="", *arguments):
+        return bus.call(self.target, f"atspi.{interface}", method, signature, *arguments)
 
     def __str__(self):
         return f"{self.role} {self.name!r} {self.description!r} {sorted(self.states)}"
@@ -116,13 +126,10 @@ class ScreenReader:
     def __init__(self):
         Atspi.init()
         self._listeners = []
-        # What another process shows changes without notice to this one.
-        Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)
 
     def application(self):
         """The program, or nothing while it is not on the bus."""
-        desktop = Element(Atspi.get_desktop(0))
-        return next((child for child in desktop.children() if child.name == APPLICATION), None)
+        return next((child for child in map(Element, bus.applications()) if child.name == APPLICATION), None)
 
     def find_all(self, role=None, name=None, **wanted):
         """Everything that is shown and fits: texts are equal, or a compiled pattern is found in them."""

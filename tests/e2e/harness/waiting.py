@@ -15,9 +15,11 @@ def wait_for(condition, what, seconds=DEADLINE):
     """The first truthy value of `condition()`, or Overdue."""
     end = time.monotonic() + seconds
     while True:
+        begin = time.monotonic()
         value = condition()
         if value:
             return value
         if time.monotonic() > end:
             raise Overdue(f"not within {seconds:g} s: {what}")
-        time.sleep(INTERVAL)
+        # At most half of the time is spent with looking: the rest is for what is waited for.
+        time.sleep(max(INTERVAL, time.monotonic() - begin))
