@@ -3,6 +3,7 @@
 #include "platform/DirectoryListing.h"
 #include "platform/EntryStatus.h"
 #include "platform/FileDescriptor.h"
+#include "platform/FinalLink.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,9 +14,6 @@ namespace zentrill {
 
 /// Whether a mount point is opened as what is mounted there, or refused.
 enum class Mounts : std::uint8_t { refuse, enter };
-
-/// Whether a path that ends in a symbolic link is followed there, or refused.
-enum class FinalLink : std::uint8_t { refuse, follow };
 
 /// An open directory, and what can be done with the names directly inside it. No call on it follows a
 /// symbolic link, and a path swapped somewhere above no longer matters once the directory is open.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FinalLink.h"
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -14,8 +16,6 @@ struct FileReading {
     /// Nothing stands at the path. False for whatever is there but was not read.
     bool missing = false;
 };
-
-enum class FinalLink { follow, refuse };
 
 /// Reads a regular file of at most `limit` bytes. Anything else at the path (a folder, a pipe, a device, a
 /// longer file) is not read; no kind of item makes the call block.
