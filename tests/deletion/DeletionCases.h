@@ -8,9 +8,10 @@
 
 namespace zentrill::test {
 
-/// The two positions of the Safety Shield.
+/// The two positions of the Safety Shield, and what it does to a folder whose contents nobody knows.
 inline const DeletionOptions unshielded{};
 inline const DeletionOptions shielded{.preserveCredentials = true};
+inline const DeletionOptions keepingAll{.preserveCredentials = true, .preserveUnrecognized = true};
 
 /// Whether something stands at the path itself, a dangling link included.
 inline bool exists(const std::string& path) {

@@ -38,6 +38,7 @@ namespace {
 using test::exists;
 using test::FileFlag;
 using test::giveToOrdinaryUser;
+using test::keepingAll;
 using test::passesAsOrdinaryUser;
 using test::pathsOf;
 using test::setFileFlag;
@@ -50,7 +51,6 @@ using testing::SizeIs;
 using testing::UnorderedElementsAre;
 namespace fs = std::filesystem;
 
-const DeletionOptions keepingAll{.preserveCredentials = true, .preserveUnrecognized = true};
 const PlanOptions everything{.listedItems = SIZE_MAX};
 
 std::int64_t occupied(const std::string& path) {

@@ -13,6 +13,7 @@
 namespace zentrill {
 namespace {
 
+using test::keepingAll;
 using test::pathsOf;
 using test::shielded;
 using test::unshielded;
@@ -80,7 +81,6 @@ TEST_F(PlansInOrder, CountAnItemOnceThatTwoOfThemHold) {
 }
 
 TEST_F(PlansInOrder, TakeAFolderForEmptyOnceAllThatItHeldGoes) {
-    const DeletionOptions keepingAll{.preserveCredentials = true, .preserveUnrecognized = true};
     const std::string tool = folder_.makeFile("data/bin/tool");
     const std::string kept = folder_.makeFile("data/kept");
     (void)plan("data/bin/tool", shielded);

@@ -18,14 +18,13 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::keepingAll;
 using test::TemporaryDirectory;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 namespace fs = std::filesystem;
-
-const DeletionOptions keepingAll{.preserveCredentials = true, .preserveUnrecognized = true};
 
 /// A tree with much for several threads to do, made and deleted again and again at the same place, by a user
 /// whom permissions bind. What a report says of it is compared with what it says when one thread works alone.

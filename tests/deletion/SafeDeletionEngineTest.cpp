@@ -18,14 +18,13 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::keepingAll;
 using test::shielded;
 using test::TemporaryDirectory;
 using test::unshielded;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-
-const DeletionOptions keepingAll{.preserveCredentials = true, .preserveUnrecognized = true};
 
 /// A system whose links are as the test says; nothing else of it is real.
 class PlayedLinks final : public FileSystem {

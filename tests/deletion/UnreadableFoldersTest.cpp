@@ -16,14 +16,13 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::keepingAll;
 using test::shielded;
 using test::unshielded;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 namespace fs = std::filesystem;
-
-const DeletionOptions keepingAll{.preserveCredentials = true, .preserveUnrecognized = true};
 
 /// A folder with fewer permissions for as long as the object lives.
 class Sealed {

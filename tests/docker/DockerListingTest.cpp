@@ -1,5 +1,7 @@
 #include "docker/DockerListing.h"
 
+#include "ImageID.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,6 +12,7 @@
 namespace zentrill {
 namespace {
 
+using test::imageID;
 using namespace std::string_view_literals;
 using docker_listing::Containers;
 using docker_listing::Images;
@@ -17,10 +20,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 const DockerConnection connection{.arguments = {"--context", "default"}, .displayName = "default"};
-
-std::string imageID(char digit) {
-    return "sha256:" + std::string(64, digit);
-}
 
 std::string imageLine(const std::string& id, const std::string& repository, const std::string& tag) {
     return R"({"Containers":"N/A","Digest":"\u003cnone\u003e","ID":")" + id + R"(","Repository":")" +

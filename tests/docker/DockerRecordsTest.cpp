@@ -49,9 +49,9 @@ void expectEveryFieldToCount(const Record& sample, const std::vector<std::functi
 TEST(DockerConnection, EveryFieldTakesPartInEqualityAndHash) {
     expectEveryFieldToCount<DockerConnection>(
         {.arguments = {"--context", "a"}, .displayName = "name"},
-        {[](DockerConnection& connection) { connection.arguments.emplace_back("x"); },
-         [](DockerConnection& connection) { connection.arguments.front() += "x"; },
-         [](DockerConnection& connection) { connection.displayName += "x"; }});
+        {[](DockerConnection& changed) { changed.arguments.emplace_back("x"); },
+         [](DockerConnection& changed) { changed.arguments.front() += "x"; },
+         [](DockerConnection& changed) { changed.displayName += "x"; }});
 }
 
 TEST(DockerContainer, EveryFieldTakesPartInEqualityAndHash) {

@@ -1,5 +1,6 @@
 #include "docker/DockerScanner.h"
 
+#include "ImageID.h"
 #include "support/FakeCommandRunner.h"
 #include "support/FixedDockerLocator.h"
 #include "support/TemporaryDirectory.h"
@@ -21,16 +22,13 @@ namespace {
 using test::failed;
 using test::FakeCommandRunner;
 using test::FixedDockerLocator;
+using test::imageID;
 using test::ok;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr const char* couldNotReadOneContainer =
     "Could not read 1 container record; image removal is disabled until the next successful scan.";
-
-std::string imageID(char digit) {
-    return "sha256:" + std::string(64, digit);
-}
 
 std::string containerLine(const std::string& id) {
     return R"({"ID":")" + id + R"(","Names":"name-)" + id +

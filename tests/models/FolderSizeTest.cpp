@@ -1,5 +1,6 @@
 #include "models/FolderSize.h"
 
+#include "OwnSize.h"
 #include "support/ChildProcess.h"
 #include "support/MemoryFolder.h"
 #include "support/OrdinaryUser.h"
@@ -21,11 +22,7 @@
 namespace zentrill {
 namespace {
 
-std::int64_t ownSize(const std::string& path) {
-    struct stat status{};
-    EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
-    return status.st_size;
-}
+using test::ownSize;
 
 class FolderSizeTest : public testing::Test {
 protected:

@@ -1,5 +1,6 @@
 #include "models/LocalModelScanner.h"
 
+#include "OwnSize.h"
 #include "platform/FileSystem.h"
 #include "support/ChildProcess.h"
 #include "support/OrdinaryUser.h"
@@ -23,6 +24,7 @@
 namespace zentrill {
 namespace {
 
+using test::ownSize;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
@@ -44,12 +46,6 @@ std::string joined(std::initializer_list<std::string_view> parts) {
         text += part;
     }
     return text;
-}
-
-std::int64_t ownSize(const std::string& path) {
-    struct stat status{};
-    EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
-    return status.st_size;
 }
 
 std::vector<std::string> names(const std::vector<LocalModel>& models) {

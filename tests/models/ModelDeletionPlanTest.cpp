@@ -226,28 +226,28 @@ TEST_F(ModelDeletionPlans, ForAFileAreThatFile) {
 }
 
 TEST_F(ModelDeletionPlans, ForAHubFolderAreAllThatItHolds) {
-    const std::string hub = ".cache/huggingface/hub/models--org--name";
-    home.makeFile(hub + "/blobs/abc", "12345");
-    home.makeFile(hub + "/refs/auth.json", "{}");
-    home.makeLink(hub + "/snapshots/main/model.bin", "../../blobs/abc");
-    const ModelDeletionPlan plan = this->plan(huggingFaceSource, home.path(hub));
+    const std::string repository = ".cache/huggingface/hub/models--org--name";
+    home.makeFile(repository + "/blobs/abc", "12345");
+    home.makeFile(repository + "/refs/auth.json", "{}");
+    home.makeLink(repository + "/snapshots/main/model.bin", "../../blobs/abc");
+    const ModelDeletionPlan plan = this->plan(huggingFaceSource, home.path(repository));
     EXPECT_EQ(plan.files.removed.count, 8U);
     EXPECT_EQ(plan.files.recognizedCredentials.count, 0U) << "a model holds none";
     EXPECT_EQ(plan.bytesElsewhere, 0);
     EXPECT_TRUE(plan.files.itemGoes);
-    expectForetold(plan, "org/name", huggingFaceSource, home.path(hub));
+    expectForetold(plan, "org/name", huggingFaceSource, home.path(repository));
 }
 
 TEST_F(ModelDeletionPlans, ForAHubFolderTellWhatLiesElsewhereAndFreesNothing) {
-    const std::string hub = ".cache/huggingface/hub/models--org--name";
+    const std::string repository = ".cache/huggingface/hub/models--org--name";
     const std::string shared = home.makeFile("shared/weights", std::string(100000, 'x'));
-    home.makeLink(hub + "/blobs/abc", shared);
-    home.makeLink(hub + "/snapshots/main/model.bin", "../../blobs/abc");
-    const ModelDeletionPlan plan = this->plan(huggingFaceSource, home.path(hub));
+    home.makeLink(repository + "/blobs/abc", shared);
+    home.makeLink(repository + "/snapshots/main/model.bin", "../../blobs/abc");
+    const ModelDeletionPlan plan = this->plan(huggingFaceSource, home.path(repository));
     EXPECT_EQ(plan.bytesElsewhere, 100000);
     EXPECT_LT(plan.files.removed.logicalBytes, 1000);
     EXPECT_LT(plan.files.freedBytes, 100000);
-    expectForetold(plan, "org/name", huggingFaceSource, home.path(hub));
+    expectForetold(plan, "org/name", huggingFaceSource, home.path(repository));
     EXPECT_TRUE(fs::exists(shared));
 }
 
