@@ -24,6 +24,15 @@ function(zentrill_library folder)
   target_compile_features(${target} PUBLIC cxx_std_20)
 endfunction()
 
+# zentrill_precompile_headers(<target> <header>...)
+#
+# For a folder whose files read little but Qt's headers. Where a cache serves compiled files, it does better without.
+function(zentrill_precompile_headers target)
+  if(NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  endif()
+endfunction()
+
 # zentrill_precompile_test_headers(<target> [<header>...])
 #
 # Most of what a compiler reads of a test is the framework and the standard library. They are read once for all
