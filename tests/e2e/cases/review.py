@@ -158,3 +158,20 @@ class ReviewOfAModel(ReviewCase):
         self.display.key("Escape")
         self.assertEqual(self.disk(), before)
         self.close()
+
+
+class MenuOfARowThatMoves(ReviewCase):
+    """A menu is about the row for which it was asked: it goes when the rows change."""
+
+    def test_rescan(self):
+        homes.gguf_model(self.home, "org/Foo/foo.gguf", b"g" * 2000)
+        self.start()
+        self.show_pane("models")
+        self.screen.wait("list item", "org/Foo/foo.gguf").grab_focus()
+        self.display.key("Menu")
+        self.screen.wait("menu item", "Review", states=["focused"])
+        homes.gguf_model(self.home, "org/Bar/bar.gguf", b"g" * 2000)
+        self.press("Scan System")
+        self.screen.wait("list item", "org/Bar/bar.gguf")
+        self.screen.wait_gone("menu item", "Review")
+        self.close()

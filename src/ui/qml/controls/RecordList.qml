@@ -183,6 +183,20 @@ ListView {
         onFitsChanged: if (!fits)
             source = ""
 
+        // It was asked for the row that stood there.
+        Connections {
+            target: menu.item ? list.model : null
+            ignoreUnknownSignals: true
+
+            function onRowsInserted() {
+                menu.item.close();
+            }
+
+            function onRowsRemoved() {
+                menu.item.close();
+            }
+        }
+
         Connections {
             target: menu.item
             ignoreUnknownSignals: true
