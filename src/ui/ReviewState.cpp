@@ -88,6 +88,9 @@ void ReviewState::close() {
 }
 
 void ReviewState::compute() {
+    if (!subject_) {
+        return;
+    }
     // What was found so far stays in sight until there is more.
     content_.complete = false;
     Q_EMIT contentChanged();
