@@ -5,6 +5,7 @@
 #include <QStringMatcher>
 
 #include <algorithm>
+#include <compare>
 #include <cstddef>
 #include <functional>
 #include <utility>
@@ -36,16 +37,44 @@ QStringView takeNumber(QStringView& text) {
     return number;
 }
 
+std::strong_ordering compareNames(QStringView left, QStringView right) {
+    while (!left.isEmpty() && !right.isEmpty()) {
+        if (left.front().isDigit() && right.front().isDigit()) {
+            const QStringView leftNumber = takeNumber(left);
+            const QStringView rightNumber = takeNumber(right);
+            if (leftNumber.size() != rightNumber.size()) {
+                return leftNumber.size() <=> rightNumber.size();
+            }
+            if (const int order = leftNumber.compare(rightNumber); order != 0) {
+                return order <=> 0;
+            }
+        } else if (left.front() != right.front()) {
+            return left.front().unicode() <=> right.front().unicode();
+        } else {
+            left = left.mid(1);
+            right = right.mid(1);
+        }
+    }
+    return left.size() <=> right.size();
+}
+
+/// What is equal stays as it was: the records stand one after the other.
 template <typename Record>
 void sort(std::vector<Candidate<Record>>& candidates, ListOrder order) {
+    using Item = Candidate<Record>;
     switch (order) {
     case ListOrder::asScanned:
         break;
     case ListOrder::largestFirst:
-        std::ranges::stable_sort(candidates, std::ranges::greater(), &Candidate<Record>::size);
+        std::ranges::sort(candidates, [](const Item& left, const Item& right) {
+            return left.size != right.size ? left.size > right.size : left.record < right.record;
+        });
         break;
     case ListOrder::byName:
-        std::ranges::stable_sort(candidates, isNameBefore, &Candidate<Record>::name);
+        std::ranges::sort(candidates, [](const Item& left, const Item& right) {
+            const std::strong_ordering names = compareNames(left.name, right.name);
+            return names != 0 ? names < 0 : left.record < right.record;
+        });
         break;
     }
 }
@@ -86,24 +115,7 @@ bool holds(const std::string& bytes, const QStringMatcher& matcher) {
 } // namespace
 
 bool isNameBefore(QStringView left, QStringView right) {
-    while (!left.isEmpty() && !right.isEmpty()) {
-        if (left.front().isDigit() && right.front().isDigit()) {
-            const QStringView leftNumber = takeNumber(left);
-            const QStringView rightNumber = takeNumber(right);
-            if (leftNumber.size() != rightNumber.size()) {
-                return leftNumber.size() < rightNumber.size();
-            }
-            if (leftNumber != rightNumber) {
-                return leftNumber < rightNumber;
-            }
-        } else if (left.front() != right.front()) {
-            return left.front() < right.front();
-        } else {
-            left = left.mid(1);
-            right = right.mid(1);
-        }
-    }
-    return left.size() < right.size();
+    return compareNames(left, right) < 0;
 }
 
 std::vector<LocalModel> arranged(const std::vector<LocalModel>& models, const Arrangement& arrangement) {
