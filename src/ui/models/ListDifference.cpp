@@ -1,10 +1,10 @@
 #include "ui/models/ListDifference.h"
 
 #include <algorithm>
-#include <deque>
 #include <limits>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace zentrill {
 
@@ -15,18 +15,22 @@ constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 /// For each row of `after`, the row of `before` that holds the same key, or `none`.
 std::vector<std::size_t> matches(const std::vector<std::string>& before,
                                  const std::vector<std::string>& after) {
-    std::unordered_map<std::string_view, std::deque<std::size_t>> rows;
-    for (std::size_t row = 0; row < before.size(); ++row) {
-        rows[before[row]].push_back(row);
+    // The first row of each key that is not taken yet, and after each row the next one of its key.
+    std::unordered_map<std::string_view, std::size_t> first;
+    first.reserve(before.size());
+    std::vector<std::size_t> next(before.size(), none);
+    for (std::size_t row = before.size(); row-- > 0;) {
+        const auto [place, isNew] = first.try_emplace(before[row], row);
+        if (!isNew) {
+            next[row] = std::exchange(place->second, row);
+        }
     }
     std::vector<std::size_t> result(after.size(), none);
     for (std::size_t row = 0; row < after.size(); ++row) {
-        const auto found = rows.find(after[row]);
-        if (found == rows.end() || found->second.empty()) {
-            continue;
+        const auto found = first.find(after[row]);
+        if (found != first.end() && found->second != none) {
+            result[row] = std::exchange(found->second, next[found->second]);
         }
-        result[row] = found->second.front();
-        found->second.pop_front();
     }
     return result;
 }
