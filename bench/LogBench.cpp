@@ -2,6 +2,7 @@
 // shown in the window: how long the main thread is kept from anything else at a time, and what memory it
 // takes.
 
+#include "Apart.h"
 #include "LogTrial.h"
 #include "VirtualScreen.h"
 #include "support/confinement/Confinement.h"
@@ -14,8 +15,6 @@
 #include <thread>
 
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace zentrill::bench {
 namespace {
@@ -72,20 +71,6 @@ bool passesWithoutWindow(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const bool bursting = burst();
     return stream() && bursting;
-}
-
-/// In a process of its own, so that its peak of memory is its own as well.
-template <typename Trial>
-bool passesApart(const Trial& trial) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const bool passed = trial();
-        std::fflush(nullptr);
-        ::_exit(passed ? 0 : 1);
-    }
-    int status = 0;
-    return child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status) &&
-           WEXITSTATUS(status) == 0;
 }
 
 } // namespace
