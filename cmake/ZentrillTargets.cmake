@@ -67,15 +67,19 @@ function(zentrill_precompile_test_headers target)
   target_precompile_headers(${target} REUSE_FROM zentrill_test_headers)
 endfunction()
 
-# zentrill_test(<name> SOURCES <file>... LINK <library>... [HEADERS <header>...] [TIMEOUT <seconds>] [PREFIX <text>])
+# zentrill_test(<name> SOURCES <file>... LINK <library>... [HEADERS <header>...] [TIMEOUT <seconds>] [COST <number>]
+#               [PREFIX <text>])
 #
 # Makes a GoogleTest program, with these headers precompiled along with the usual ones; CTest sees each of its tests.
 # They are labelled with the folder at hand, all of whose programs the target tests-<folder> builds. The program is
 # confined to folders of its own, and its tests are skipped where nothing confines it.
 function(zentrill_test name)
-  cmake_parse_arguments(arg "" "TIMEOUT;PREFIX" "SOURCES;LINK;HEADERS" ${ARGN})
+  cmake_parse_arguments(arg "" "TIMEOUT;COST;PREFIX" "SOURCES;LINK;HEADERS" ${ARGN})
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
+  endif()
+  if(NOT arg_COST)
+    set(arg_COST 0)
   endif()
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE zentrill_flags zentrill_test_support ${arg_LINK})
@@ -93,6 +97,6 @@ function(zentrill_test name)
     TEST_PREFIX "${arg_PREFIX}"
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS ${folder} SKIP_RETURN_CODE 77
+    PROPERTIES TIMEOUT ${arg_TIMEOUT} COST ${arg_COST} LABELS ${folder} SKIP_RETURN_CODE 77
   )
 endfunction()

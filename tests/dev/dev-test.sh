@@ -118,7 +118,7 @@ case_folders() {
     stand_in nproc <<<'echo 3'
     dev test catalog models -R Size || fail "failed"
     expect_call 'cmake --build --preset release --target tests-catalog tests-models'
-    expect_call 'ctest --preset release -j 4 --label-regex ^(catalog|models)$ -R Size'
+    expect_call 'ctest --preset release -j 5 --label-regex ^(catalog|models)$ -R Size'
     if dev test kitchen; then fail "tests in a folder that is not there"; fi
     expect_output 'there are no tests in tests/kitchen'
 }
@@ -129,9 +129,9 @@ case_sanitizer() {
     stand_in nproc <<<'echo 3'
     dev sanitize thread models || fail "failed"
     expect_call 'cmake --build --preset tsan --target tests-models'
-    expect_call 'ctest --preset tsan -j 4 --label-regex ^(models)$'
+    expect_call 'ctest --preset tsan -j 5 --label-regex ^(models)$'
     dev sanitize -R Size || fail "failed"
-    expect_call 'ctest --preset asan -j 4 -R Size'
+    expect_call 'ctest --preset asan -j 5 -R Size'
 }
 
 # The menu entry's command starts what was installed, whatever the home folder is called.

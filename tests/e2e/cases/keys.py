@@ -63,6 +63,7 @@ class ReturnTwiceInAConfirmation(KeysCase):
     below nor dismisses the result that comes next."""
 
     def confirm_uninstallation(self):
+        """Of the tool about which npm is asked."""
         self.focus(self.row("Claude Code (CLI)"))
         self.display.key("space")
         self.screen.wait("check box", "Claude Code (CLI)", states=["checked"])

@@ -1,4 +1,5 @@
-"""The program on a Wayland desktop: the same cases, with its window, its keys and their times from the compositor."""
+"""The program on a Wayland desktop: the same cases, with its window, its keys and their times from the compositor, and
+with npm where they remove what it has installed."""
 
 import subprocess
 import unittest
