@@ -68,18 +68,23 @@ class Weston:
         return {"DISPLAY": None, "WAYLAND_DISPLAY": self.name, "XDG_SESSION_TYPE": "wayland"}
 
     def window(self):
-        """The compositor's own words about the one window that it shows."""
+        """The compositor's own words about the one window that it shows, or nothing while it shows none."""
         environment = {**os.environ, "WAYLAND_DISPLAY": self.name, "XDG_RUNTIME_DIR": str(self._runtime)}
         scene = subprocess.run(["weston-debug", "scene-graph"], env=environment, capture_output=True, text=True,
                                check=True).stdout
         # A view is a line at the margin, followed by lines about it.
-        window, = (view for view in re.split(r"\n\s*View ", scene) if "xdg_toplevel" in view)
-        return window
+        windows = [view for view in re.split(r"\n\s*View ", scene) if "xdg_toplevel" in view]
+        if len(windows) > 1:
+            raise RuntimeError(f"more than one window:\n{scene}")
+        return windows[0] if windows else None
 
     def closing_button(self):
-        """Where on the screen the frame that the toolkit draws has its closing button."""
+        """Where on the screen the frame that the toolkit draws has its closing button; nothing without a window."""
+        window = self.window()
+        if window is None:
+            return None
         _, top, right, _ = map(int, re.search(r"position: \((-?\d+), (-?\d+)\) -> \((-?\d+), (-?\d+)\)",
-                                              self.window()).groups())
+                                              window).groups())
         return right - 17, top + 15
 
     def _window(self):
