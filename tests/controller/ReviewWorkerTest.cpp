@@ -64,27 +64,32 @@ TEST_F(ReviewWorkerTest, countsOnceWhatTwoToolsShare) {
 
 TEST_F(ReviewWorkerTest, endsWhenAnOperationBegins) {
     // One more look for each entry than the test lets through: only the end of the review lets go of it.
-    std::atomic<bool> asked{false};
-    std::atomic<bool> release{false};
+    struct Gate {
+        std::atomic<bool> asked{false};
+        std::atomic<bool> open{false};
+    };
+
+    // The thread that is let go may come to an entry when the test is over.
+    const auto gate = std::make_shared<Gate>();
     engine_ = std::make_shared<SafeDeletionEngine>(FileSystem::shared(), CredentialMatcher(),
-                                                   [&](const std::string& /*path*/) {
-                                                       asked = true;
-                                                       release.wait(false);
+                                                   [gate](const std::string& /*path*/) {
+                                                       gate->asked = true;
+                                                       gate->open.wait(false);
                                                        return false;
                                                    });
     start();
     home_.makeFile(".gemini/a");
     home_.makeFile(".gemini/b");
     review(std::vector{app("Gemini")}, false);
-    ASSERT_TRUE(test::waitUntil([&] { return asked.load(); }));
+    ASSERT_TRUE(test::waitUntil([&] { return gate->asked.load(); }));
     EXPECT_TRUE(controller_->reviews().isRunning());
     controller_->scanSystem();
     EXPECT_FALSE(controller_->reviews().isRunning());
     // The review is still stuck, and the operation goes to its end.
     ASSERT_TRUE(waitUntilIdle());
     shown_.clear();
-    release = true;
-    release.notify_all();
+    gate->open = true;
+    gate->open.notify_all();
     ASSERT_TRUE(settleLog());
     EXPECT_TRUE(shown_.empty());
 }
