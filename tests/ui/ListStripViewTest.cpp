@@ -88,5 +88,50 @@ TEST_F(ListStripViewTest, fitsTheSmallestWindow) {
     EXPECT_LE(place(*ofType("OrderChoice").front()).right(), 880);
 }
 
+/// A desktop that tiles its windows does not ask for the smallest size.
+TEST_F(ListStripViewTest, takesTwoLinesWhereOneIsTooNarrow) {
+    addModels(3);
+    ASSERT_TRUE(open("models"));
+    ASSERT_TRUE(test::waitUntil([this] { return !rows().isEmpty(); }));
+    const double oneLine = place(*ofType("ListStrip").front()).height();
+    QTest::keyClick(view_.get(), Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(test::waitUntil([this] { return !ofType("SearchField").empty(); }));
+    EXPECT_EQ(place(*ofType("ListStrip").front()).height(), oneLine);
+    view_->setMinimumSize({});
+    view_->resize(640, 650);
+    const QQuickItem* const strip = ofType("ListStrip").front();
+    ASSERT_TRUE(test::waitUntil([&] { return strip->height() > oneLine; }));
+    const QRectF field = place(*ofType("SearchField").front());
+    const QRectF summary = place(*text(state().modelStrip()->summary()));
+    const QRectF orders = place(*ofType("OrderChoice").front());
+    EXPECT_GE(field.left(), place(*strip).left());
+    EXPECT_GE(field.width(), 180);
+    EXPECT_LT(field.bottom(), orders.top());
+    EXPECT_LT(summary.right(), orders.left());
+    EXPECT_LE(orders.right(), 640);
+    EXPECT_LE(place(*ofType("RecordList").front()).bottom(), place(*strip).top());
+    state().modelStrip()->setSearching(false);
+    EXPECT_TRUE(test::waitUntil([&] { return strip->height() == oneLine; }));
+}
+
+TEST_F(ListStripViewTest, searchesTheLogWithoutLeavingThePane) {
+    ASSERT_TRUE(open("console"));
+    QTest::keyClick(view_.get(), Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(test::waitUntil([this] { return !ofType("SearchField").empty(); }));
+    view_->setMinimumSize({});
+    for (const int width : {640, 900, 950, 1200}) {
+        view_->resize(width, 650);
+        ASSERT_TRUE(test::waitUntil([&] { return view_->rootObject()->width() == width; }));
+        state().logSearch()->setNeedle(QStringLiteral("scan"));
+        ASSERT_TRUE(test::waitUntil([this] { return state().logSearch()->findsAny(); }));
+        const QRectF field = place(*ofType("SearchField").front());
+        const QQuickItem* const count = text(state().logSearch()->countText());
+        ASSERT_NE(count, nullptr);
+        EXPECT_GE(field.left(), place(*ofType("LineListView").front()).left()) << width;
+        EXPECT_FALSE(count->property("truncated").toBool()) << width;
+        EXPECT_FALSE(field.intersects(place(*count))) << width;
+    }
+}
+
 } // namespace
 } // namespace zentrill

@@ -69,10 +69,14 @@ Item {
     Item {
         id: bar
 
+        readonly property real lineHeight: 54
+        // Where the search leaves too little room beside it, it has a line of its own.
+        readonly property bool stacked: pane.search.searching && width < 740
+
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
-        height: 54
+        height: stacked ? lineHeight + 40 : lineHeight
 
         Hairline {
             anchors.left: parent.left
@@ -83,9 +87,8 @@ Item {
         Text {
             anchors.left: parent.left
             anchors.leftMargin: 20
-            anchors.right: buttons.left
-            anchors.rightMargin: 10
-            anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenter: buttons.verticalCenter
+            width: (bar.stacked ? buttons.x : searchLine.x) - x - 10
             elide: Text.ElideRight
             text: pane.search.needle === "" ? pane.viewState.logCountText : pane.search.countText
             textFormat: Text.PlainText
@@ -96,20 +99,20 @@ Item {
         }
 
         Row {
-            id: buttons
+            id: searchLine
 
-            anchors.right: parent.right
-            anchors.rightMargin: 20
-            anchors.verticalCenter: parent.verticalCenter
+            x: bar.stacked ? 20 : buttons.x - buttons.spacing - width
+            height: bar.lineHeight
             spacing: 8
 
             Loader {
                 id: field
 
+                anchors.verticalCenter: parent.verticalCenter
+                width: bar.stacked ? bar.width - 40 - 3 * searchLine.spacing - upward.width - downward.width - toggle.width : 140
                 active: pane.search.searching
                 visible: active
                 sourceComponent: SearchField {
-                    width: 140
                     name: qsTr("Search the log")
                     text: pane.search.needle
                     onTextChanged: pane.search.needle = text
@@ -120,6 +123,9 @@ Item {
             }
 
             ActionButton {
+                id: upward
+
+                anchors.verticalCenter: parent.verticalCenter
                 visible: pane.search.searching
                 sidePadding: 9
                 text: "↑"
@@ -130,6 +136,9 @@ Item {
             }
 
             ActionButton {
+                id: downward
+
+                anchors.verticalCenter: parent.verticalCenter
                 visible: pane.search.searching
                 sidePadding: 9
                 text: "↓"
@@ -140,19 +149,34 @@ Item {
             }
 
             ActionButton {
+                id: toggle
+
+                anchors.verticalCenter: parent.verticalCenter
                 visible: !pane.empty || pane.search.searching
                 text: pane.search.searching ? qsTr("Done") : qsTr("Search")
                 tip: pane.search.searching ? Shortcuts.leaveKeys : Shortcuts.findKeys
                 onClicked: pane.search.searching ? pane.leaveSearch() : pane.beginSearch()
             }
+        }
+
+        Row {
+            id: buttons
+
+            anchors.right: parent.right
+            anchors.rightMargin: 20
+            anchors.bottom: parent.bottom
+            height: bar.lineHeight
+            spacing: 8
 
             ActionButton {
+                anchors.verticalCenter: parent.verticalCenter
                 visible: !pane.empty && !list.following
                 text: qsTr("Newest Line")
                 onClicked: list.followNewest()
             }
 
             ActionButton {
+                anchors.verticalCenter: parent.verticalCenter
                 iconName: "trash"
                 text: qsTr("Clear Console")
                 enabled: !pane.empty

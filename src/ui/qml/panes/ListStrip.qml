@@ -11,7 +11,11 @@ Item {
     // What gets the focus when the search field is left, and stands at its first row when it is left for it.
     required property RecordList list
 
-    implicitHeight: 54
+    readonly property real lineHeight: 54
+    // Where the search field leaves too little room beside it, it has a line of its own.
+    readonly property bool stacked: strip.searching && width < 660
+
+    implicitHeight: stacked ? lineHeight + 40 : lineHeight
     visible: strip.shown
 
     function search() {
@@ -35,9 +39,11 @@ Item {
 
         anchors.left: parent.left
         anchors.leftMargin: 20
-        anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenter: orders.verticalCenter
+        width: Math.min(implicitWidth, (bar.stacked ? orders.x : searchLine.x) - x - 6)
         text: bar.strip.summary
         textFormat: Text.PlainText
+        elide: Text.ElideRight
         font: Typography.caption
         color: WarmPalette.secondary
         // What it can say more is a reason to come here with the keyboard.
@@ -56,16 +62,17 @@ Item {
         }
 
         TipLoader {
-            text: bar.strip.detail
+            text: summary.truncated ? [summary.text, bar.strip.detail].join("\n").trim() : bar.strip.detail
             completes: true
-            wanted: bar.strip.detail !== "" && (hover.hovered || summary.activeFocus && KeyboardUse.current)
+            wanted: text !== "" && (hover.hovered || summary.activeFocus && KeyboardUse.current)
         }
     }
 
     Row {
-        anchors.right: parent.right
-        anchors.rightMargin: 20
-        anchors.verticalCenter: parent.verticalCenter
+        id: searchLine
+
+        x: bar.stacked ? 20 : orders.x - 10 - width
+        height: bar.lineHeight
         spacing: 10
 
         Loader {
@@ -77,6 +84,7 @@ Item {
             }
 
             anchors.verticalCenter: parent.verticalCenter
+            width: bar.stacked ? bar.width - 40 - searchLine.spacing - toggle.width : implicitWidth
             active: bar.strip.searching
             visible: active
             sourceComponent: SearchField {
@@ -92,15 +100,22 @@ Item {
         }
 
         ActionButton {
+            id: toggle
+
             anchors.verticalCenter: parent.verticalCenter
             text: bar.strip.searching ? qsTr("Show All") : qsTr("Search")
             tip: bar.strip.searching ? Shortcuts.leaveKeys : Shortcuts.findKeys
             onClicked: bar.strip.searching ? bar.leave() : bar.search()
         }
+    }
 
-        OrderChoice {
-            anchors.verticalCenter: parent.verticalCenter
-            strip: bar.strip
-        }
+    OrderChoice {
+        id: orders
+
+        anchors.right: parent.right
+        anchors.rightMargin: 20
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Math.round((bar.lineHeight - height) / 2)
+        strip: bar.strip
     }
 }
