@@ -6,6 +6,10 @@
 
 namespace zentrill {
 
+ListStripState::ListStripState(QObject* parent) : SearchState(parent) {
+    connect(this, &SearchState::needleChanged, this, &ListStripState::arrangementChanged);
+}
+
 QString ListStripState::summary() const {
     return needle().isEmpty() ? totals_ : shownText(shown_, all_);
 }
@@ -17,31 +21,11 @@ QStringList ListStripState::orderNames() {
 void ListStripState::setOrder(int order) {
     const int last = static_cast<int>(orderNames().size()) - 1;
     const auto wanted = static_cast<ListOrder>(std::clamp(order, 0, last));
-    if (wanted == arrangement_.order) {
+    if (wanted == order_) {
         return;
     }
-    arrangement_.order = wanted;
+    order_ = wanted;
     Q_EMIT orderChanged();
-    Q_EMIT arrangementChanged();
-}
-
-void ListStripState::setSearching(bool searching) {
-    if (searching == searching_) {
-        return;
-    }
-    searching_ = searching;
-    if (!searching) {
-        setNeedle({});
-    }
-    Q_EMIT searchingChanged();
-}
-
-void ListStripState::setNeedle(const QString& needle) {
-    if (needle == arrangement_.needle) {
-        return;
-    }
-    arrangement_.needle = needle;
-    Q_EMIT needleChanged();
     Q_EMIT arrangementChanged();
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ui/models/Arrangement.h"
+#include "ui/models/SearchState.h"
 
-#include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
@@ -11,7 +11,7 @@ namespace zentrill {
 
 /// The strip at the foot of a list: what it says of the list, and how the person has it arranged. Nothing of
 /// it outlives the window.
-class ListStripState : public QObject {
+class ListStripState : public SearchState {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by ContentViewState")
@@ -21,13 +21,12 @@ class ListStripState : public QObject {
     Q_PROPERTY(bool findsNothing READ findsNothing NOTIFY summaryChanged FINAL)
     Q_PROPERTY(QStringList orderNames READ orderNames CONSTANT FINAL)
     Q_PROPERTY(int order READ order WRITE setOrder NOTIFY orderChanged FINAL)
-    Q_PROPERTY(bool searching READ isSearching WRITE setSearching NOTIFY searchingChanged FINAL)
-    Q_PROPERTY(QString needle READ needle WRITE setNeedle NOTIFY needleChanged FINAL)
 
 public:
-    using QObject::QObject;
+    explicit ListStripState(QObject* parent = nullptr);
 
-    [[nodiscard]] const Arrangement& arrangement() const { return arrangement_; }
+    /// Without a needle everything is shown.
+    [[nodiscard]] Arrangement arrangement() const { return {.order = order_, .needle = needle()}; }
 
     /// Whether there is a list to say something of.
     [[nodiscard]] bool isShown() const { return all_ > 0; }
@@ -44,19 +43,10 @@ public:
     /// "As scanned", "Largest", "Name", in the order of `ListOrder`.
     [[nodiscard]] static QStringList orderNames();
 
-    [[nodiscard]] int order() const { return static_cast<int>(arrangement_.order); }
+    [[nodiscard]] int order() const { return static_cast<int>(order_); }
 
     /// One of `orderNames`, from 0 on; there is nothing beyond the first and the last.
     void setOrder(int order);
-
-    /// Whether the search field is open. Without it everything is shown.
-    [[nodiscard]] bool isSearching() const { return searching_; }
-
-    void setSearching(bool searching);
-
-    [[nodiscard]] QString needle() const { return arrangement_.needle; }
-
-    void setNeedle(const QString& needle);
 
     /// What the list holds now: what is said of all of it and in the tooltip, and how many records are shown.
     void setSummary(const QString& totals, const QString& detail, std::size_t shown, std::size_t all);
@@ -64,14 +54,11 @@ public:
 Q_SIGNALS:
     void summaryChanged();
     void orderChanged();
-    void searchingChanged();
-    void needleChanged();
     /// The list has to be arranged anew.
     void arrangementChanged();
 
 private:
-    Arrangement arrangement_;
-    bool searching_ = false;
+    ListOrder order_ = ListOrder::asScanned;
     QString totals_;
     QString detail_;
     std::size_t shown_ = 0;

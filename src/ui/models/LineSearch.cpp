@@ -18,39 +18,20 @@ QString grouped(std::size_t number) {
 } // namespace
 
 LineSearch::LineSearch(const TextLinesModel& lines, LineSelection& selection, QObject* parent)
-    : QObject(parent), lines_(lines), selection_(selection) {
+    : SearchState(parent), lines_(lines), selection_(selection) {
     turn_.setInterval(0);
     connect(&turn_, &QTimer::timeout, this, &LineSearch::advance);
+    connect(this, &SearchState::needleChanged, this, &LineSearch::restart);
     connect(&lines, &QAbstractItemModel::rowsInserted, this, [this] {
-        if (!needle_.isEmpty()) {
+        if (!needle().isEmpty()) {
             turn_.start();
         }
     });
     connect(&lines, &QAbstractItemModel::modelReset, this, &LineSearch::restart);
 }
 
-void LineSearch::setSearching(bool searching) {
-    if (searching == searching_) {
-        return;
-    }
-    searching_ = searching;
-    if (!searching) {
-        setNeedle({});
-    }
-    Q_EMIT searchingChanged();
-}
-
-void LineSearch::setNeedle(const QString& needle) {
-    if (needle == needle_) {
-        return;
-    }
-    needle_ = needle;
-    Q_EMIT needleChanged();
-    restart();
-}
-
 QString LineSearch::countText() const {
-    if (needle_.isEmpty()) {
+    if (needle().isEmpty()) {
         return {};
     }
     if (found_.empty()) {
@@ -77,7 +58,7 @@ void LineSearch::restart() {
     found_.clear();
     read_ = 0;
     current_ = 0;
-    if (needle_.isEmpty()) {
+    if (needle().isEmpty()) {
         turn_.stop();
     } else {
         turn_.start();
@@ -90,7 +71,7 @@ void LineSearch::advance() {
     const int end = std::min(count, read_ + linesPerTurn);
     const bool foundNone = found_.empty();
     for (; read_ < end; ++read_) {
-        if (lines_.entry(read_).contains(needle_, Qt::CaseInsensitive)) {
+        if (lines_.entry(read_).contains(needle(), Qt::CaseInsensitive)) {
             found_.push_back(read_);
         }
     }
@@ -107,9 +88,9 @@ void LineSearch::advance() {
 void LineSearch::show(std::size_t place) {
     current_ = place;
     const int row = found_[place];
-    const auto column = static_cast<int>(lines_.entry(row).indexOf(needle_, 0, Qt::CaseInsensitive));
+    const auto column = static_cast<int>(lines_.entry(row).indexOf(needle(), 0, Qt::CaseInsensitive));
     selection_.begin(row, column);
-    selection_.extend(row, column + static_cast<int>(needle_.size()));
+    selection_.extend(row, column + static_cast<int>(needle().size()));
     Q_EMIT foundChanged();
     Q_EMIT shown(row);
 }

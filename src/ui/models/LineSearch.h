@@ -1,9 +1,9 @@
 #pragma once
 
 #include "ui/models/LineSelection.h"
+#include "ui/models/SearchState.h"
 #include "ui/models/TextLinesModel.h"
 
-#include <QObject>
 #include <QString>
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
@@ -16,28 +16,16 @@ namespace zentrill {
 /// Finds the lines that hold a text, whatever the case of letters, and steps through them: the text at hand
 /// is selected. A long list is read bit by bit between the turns of the event loop; what is appended is
 /// searched as well.
-class LineSearch : public QObject {
+class LineSearch : public SearchState {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by ContentViewState")
-    /// Whether the search field is open.
-    Q_PROPERTY(bool searching READ isSearching WRITE setSearching NOTIFY searchingChanged FINAL)
-    Q_PROPERTY(QString needle READ needle WRITE setNeedle NOTIFY needleChanged FINAL)
     Q_PROPERTY(QString countText READ countText NOTIFY foundChanged FINAL)
     Q_PROPERTY(bool findsAny READ findsAny NOTIFY foundChanged FINAL)
 
 public:
     /// Both outlive the search.
     LineSearch(const TextLinesModel& lines, LineSelection& selection, QObject* parent = nullptr);
-
-    [[nodiscard]] bool isSearching() const { return searching_; }
-
-    void setSearching(bool searching);
-
-    [[nodiscard]] QString needle() const { return needle_; }
-
-    /// Starts anew, at the first line that holds it; an empty one finds nothing.
-    void setNeedle(const QString& needle);
 
     /// "3 of 12 lines", "No line found"; empty without a needle.
     [[nodiscard]] QString countText() const;
@@ -49,13 +37,12 @@ public:
     Q_INVOKABLE void previous();
 
 Q_SIGNALS:
-    void searchingChanged();
-    void needleChanged();
     void foundChanged();
     /// The text of that row is selected and wants to be seen.
     void shown(int row);
 
 private:
+    /// Begins at the first line that holds the needle.
     void restart();
     /// Reads some more lines.
     void advance();
@@ -64,8 +51,6 @@ private:
     const TextLinesModel& lines_;
     LineSelection& selection_;
     QTimer turn_;
-    bool searching_ = false;
-    QString needle_;
     /// The rows that hold it, of the first `read_` ones.
     std::vector<int> found_;
     int read_ = 0;

@@ -5,7 +5,7 @@ import Zentrill
 FocusScope {
     id: field
 
-    property alias text: input.text
+    required property SearchState search
     property string name
 
     signal abandoned
@@ -53,6 +53,8 @@ FocusScope {
         focus: true
         activeFocusOnTab: true
         clip: true
+        text: field.search.needle
+        onTextChanged: field.search.needle = text
         selectByMouse: true
         font: Typography.body
         color: WarmPalette.paper

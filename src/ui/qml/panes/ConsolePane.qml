@@ -114,8 +114,7 @@ Item {
                 visible: active
                 sourceComponent: SearchField {
                     name: qsTr("Search the log")
-                    text: pane.search.needle
-                    onTextChanged: pane.search.needle = text
+                    search: pane.search
                     onAbandoned: pane.leaveSearch()
                     onNext: pane.search.next()
                     onPrevious: pane.search.previous()

@@ -89,8 +89,7 @@ Item {
             visible: active
             sourceComponent: SearchField {
                 name: bar.searchName
-                text: bar.strip.needle
-                onTextChanged: bar.strip.needle = text
+                search: bar.strip
                 onAbandoned: bar.leave()
                 onNext: {
                     bar.list.forceActiveFocus(Qt.TabFocusReason);
