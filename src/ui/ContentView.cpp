@@ -8,6 +8,7 @@
 #include "ui/WarmPalette.h"
 #include "ui/items/ButtonAccessible.h"
 #include "ui/items/ItemAccessible.h"
+#include "ui/items/TextFieldAccessible.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -32,6 +33,7 @@ void installAccessibles(QQmlEngine& engine) {
     QQmlComponent(&engine).setData("import QtQuick\nQtObject {}", {});
     QAccessible::installFactory(&ItemAccessible::make);
     QAccessible::installFactory(&ButtonAccessible::make);
+    QAccessible::installFactory(&TextFieldAccessible::make);
 }
 
 } // namespace

@@ -20,12 +20,6 @@ std::vector<const QObject*> accessibleProperties(const QObject& item) {
     return found;
 }
 
-bool isShown(const QObject& item) {
-    return std::ranges::any_of(accessibleProperties(item), [](const QObject* properties) {
-        return !properties->property("ignored").toBool();
-    });
-}
-
 /// A list's rows lie in an item of its own, in the order in which they were made. Those that wait to be used
 /// again are there as well, hidden.
 bool holdsRows(const QQuickItem& item) {
@@ -44,9 +38,10 @@ std::vector<QQuickItem*> childrenInReadingOrder(const QQuickItem& item) {
     return ordered;
 }
 
-void collectShown(const QQuickItem& item, std::vector<QQuickItem*>& found) {
+} // namespace
+
+void ItemAccessible::collectShown(const QQuickItem& item, std::vector<QQuickItem*>& found) {
     for (QQuickItem* child : childrenInReadingOrder(item)) {
-        // What is below an item that assistive tools are not shown may be shown all the same.
         if (isShown(*child) && QAccessible::queryAccessibleInterface(child) != nullptr) {
             found.push_back(child);
         } else {
@@ -55,11 +50,15 @@ void collectShown(const QQuickItem& item, std::vector<QQuickItem*>& found) {
     }
 }
 
-} // namespace
+bool ItemAccessible::isShown(const QQuickItem& item) {
+    return std::ranges::any_of(accessibleProperties(item), [](const QObject* properties) {
+        return !properties->property("ignored").toBool();
+    });
+}
 
 QAccessibleInterface* ItemAccessible::make(const QString& className, QObject* object) {
     if (className != QLatin1String(QQuickItem::staticMetaObject.className()) ||
-        qobject_cast<ManualCodeTextView*>(object) != nullptr || object->inherits("QQuickTextInput")) {
+        qobject_cast<ManualCodeTextView*>(object) != nullptr) {
         return nullptr;
     }
     auto* item = qobject_cast<QQuickItem*>(object);

@@ -54,6 +54,9 @@ public:
     [[nodiscard]] QVariant minimumStepSize() const override { return {}; }
 
 protected:
+    /// Whether assistive tools are shown the item: it has Accessible properties that do not forbid it.
+    [[nodiscard]] static bool isShown(const QQuickItem& item);
+
     [[nodiscard]] QQuickItem* item() const { return static_cast<QQuickItem*>(object()); }
 
     /// Whether it can be used now.
@@ -67,6 +70,8 @@ protected:
     [[nodiscard]] bool attachedFlag(const char* property) const;
 
 private:
+    /// Adds the items below `item` that are shown; what is below one that is not may be shown all the same.
+    static void collectShown(const QQuickItem& item, std::vector<QQuickItem*>& found);
     /// The items below it that assistive tools are shown, in the order in which they are read.
     [[nodiscard]] std::vector<QQuickItem*> shownItems() const;
     /// The part of the item that no clipping ancestor hides, in the scene's coordinates.
