@@ -9,9 +9,16 @@
 #include "BenchTree.h"
 #include "deletion/SafeDeletionEngine.h"
 
+#include <chrono>
+#include <condition_variable>
 #include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
+#include <utility>
 
 #include <unistd.h>
 
@@ -20,14 +27,53 @@ namespace {
 using namespace zentrill;
 using bench::makeTree;
 
+/// Follows a deletion in the way of the window, on a thread of its own.
+class Onlooker {
+public:
+    explicit Onlooker(std::shared_ptr<DeletionProgress> progress)
+        : thread_([this, progress = std::move(progress)] {
+              std::unique_lock lock(mutex_);
+              while (!ended_.wait_for(lock, std::chrono::milliseconds(250), [this] { return end_; })) {
+                  (void)progress->removedCount();
+                  (void)progress->path();
+              }
+          }) {}
+
+    ~Onlooker() {
+        {
+            const std::lock_guard lock(mutex_);
+            end_ = true;
+        }
+        ended_.notify_one();
+        thread_.join();
+    }
+
+    Onlooker(const Onlooker&) = delete;
+    Onlooker(Onlooker&&) = delete;
+    Onlooker& operator=(const Onlooker&) = delete;
+    Onlooker& operator=(Onlooker&&) = delete;
+
+private:
+    std::mutex mutex_;
+    std::condition_variable ended_;
+    bool end_ = false;
+    std::thread thread_;
+};
+
 /// What the program does when it runs itself, so that both sides of a comparison are processes.
 int deleteOnce(std::string_view how, const std::string& path) {
     const DeletionOptions options{.preserveCredentials = how == "shield" || how == "keep",
                                   .preserveUnrecognized = how == "keep"};
     const DeletionConcurrency concurrency =
         how == "alone" ? DeletionConcurrency{} : DeletionConcurrency::ofThisMachine();
-    const SafeDeletionEngine engine(FileSystem::shared(), {}, {}, concurrency,
-                                    how == "unheld" ? DeletionDomain{} : DeletionDomain::ofThisMachine());
+    SafeDeletionEngine engine(FileSystem::shared(), {}, {}, concurrency,
+                              how == "unheld" ? DeletionDomain{} : DeletionDomain::ofThisMachine());
+    std::optional<Onlooker> onlooker;
+    if (how == "counted") {
+        const auto progress = std::make_shared<DeletionProgress>();
+        engine = engine.tellingTo(progress);
+        onlooker.emplace(progress);
+    }
     const DeletionReport report = engine.deleteItem(path, options);
     return report.succeeded() && (how == "keep") == report.removed.empty() ? 0 : 1;
 }
@@ -69,6 +115,18 @@ public:
                         .prepareTheirs = [=] { makeTree(base + "/theirs", 400, 500); },
                         .ours = [=, this] { return ourselves("whole", base + "/ours"); },
                         .theirs = [=, this] { return ourselves("unheld", base + "/theirs"); }});
+    }
+
+    /// What it costs that somebody can see how far it has come.
+    void countedAgainstUncounted(const std::string& name, const std::string& base, int pairs) const {
+        bench::compare({.name = name,
+                        .peer = "ours without the counter",
+                        .target = 1.02,
+                        .pairs = pairs,
+                        .prepareOurs = [=] { makeTree(base + "/ours", 400, 500); },
+                        .prepareTheirs = [=] { makeTree(base + "/theirs", 400, 500); },
+                        .ours = [=, this] { return ourselves("counted", base + "/ours"); },
+                        .theirs = [=, this] { return ourselves("whole", base + "/theirs"); }});
     }
 
     /// Whether it pays to take the machine's other processors.
@@ -121,6 +179,7 @@ int main(int argc, char** argv) {
     bench.againstRm("deletion.one-folder-400k-memory", memory, 1.05, 1, 400000, 5);
     bench.heldAgainstUnheld("deletion.domain-memory", memory, 9);
     bench.heldAgainstUnheld("deletion.domain-disk", disk, 3);
+    bench.countedAgainstUncounted("deletion.counter-memory", memory, 21);
     bench.shieldAgainstNone(memory);
     bench.keepingAgainstFind(memory);
     bench.threadsAgainstOne("deletion.threads-memory", memory, 5);

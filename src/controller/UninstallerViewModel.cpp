@@ -134,6 +134,7 @@ bool UninstallerViewModel::beginOperation(const std::string& description, bool s
         log("Ignored request while another operation is running: " + operationDescription_);
         return false;
     }
+    deletionProgress_ = std::make_shared<DeletionProgress>();
     reviews_.cancel();
     assign(isBusy_, true, &UninstallerViewModel::isBusyChanged);
     assign(isScanning_, scanning, &UninstallerViewModel::isScanningChanged);
@@ -225,7 +226,8 @@ void UninstallerViewModel::discard(std::deque<std::string> entries) {
 OperationContext UninstallerViewModel::operationContext() const {
     OperationContext context;
     context.commandRunner = commandRunner_;
-    context.deletionEngine = deletionEngine_;
+    context.deletionEngine =
+        std::make_shared<const SafeDeletionEngine>(deletionEngine_->tellingTo(deletionProgress_));
     context.dockerLocator = dockerLocator_;
     context.apps = apps_;
     context.log = [link = mainQueue_](const std::string& message) {

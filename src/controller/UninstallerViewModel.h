@@ -10,6 +10,7 @@
 #include "controller/ResultAlert.h"
 #include "controller/ScanSnapshot.h"
 #include "controller/review/ReviewWorker.h"
+#include "deletion/DeletionProgress.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "docker/DockerContainer.h"
 #include "docker/DockerExecutableLocating.h"
@@ -114,6 +115,9 @@ public:
 
     /// Shows what a removal would do. An operation that begins ends the review that is being computed.
     [[nodiscard]] ReviewWorker& reviews() { return reviews_; }
+
+    /// How far the deletions of the operation that runs, or ran last, have come.
+    [[nodiscard]] DeletionProgress& deletionProgress() const { return *deletionProgress_; }
 
     /// Whether the running operation was asked to stop and has yet to come to it.
     [[nodiscard]] bool isCancelling() const { return isCancelling_; }
@@ -245,6 +249,7 @@ private:
     std::shared_ptr<const DockerExecutableLocating> dockerLocator_;
     ReviewWorker reviews_;
     std::shared_ptr<CancellableOperation> cancellationToken_;
+    std::shared_ptr<DeletionProgress> deletionProgress_ = std::make_shared<DeletionProgress>();
     ApplicationHooks hooks_;
     std::optional<bool> workerEnded_;
 };

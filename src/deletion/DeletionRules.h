@@ -3,6 +3,7 @@
 #include "deletion/CredentialShield.h"
 #include "deletion/DeletionConcurrency.h"
 #include "deletion/DeletionDomain.h"
+#include "deletion/DeletionProgress.h"
 
 #include <functional>
 #include <string>
@@ -21,6 +22,8 @@ struct DeletionRules {
     std::function<bool(const std::string& path)> mayRemove;
     DeletionConcurrency concurrency;
     DeletionDomain domain;
+    /// Told how far the deletion has come, unless null.
+    DeletionProgress* progress = nullptr;
 };
 
 } // namespace zentrill

@@ -17,6 +17,10 @@ bool isNotEmpty(int error) {
     return error == ENOTEMPTY || error == EEXIST;
 }
 
+DeletionProgress::Counter* counterOf(const DeletionRules& rules) {
+    return rules.progress == nullptr ? nullptr : &rules.progress->counter();
+}
+
 } // namespace
 
 DeletionWalk::DeletionWalk(const DeletionRules& rules, std::string path, std::string standardizedPath,
@@ -28,7 +32,8 @@ DeletionWalk::DeletionWalk(const DeletionRules& rules, std::string path, std::st
       folders_(1),
       handedOver_(lend(), rules.mayRemove ? DeletionConcurrency{} : rules.concurrency),
       moved_(stack_),
-      held_(rules.domain) {}
+      held_(rules.domain),
+      counter_(counterOf(rules)) {}
 
 DeletionWalk::DeletionWalk(const DeletionRules& rules, SubtreeTask task, DeletionCrew& crew, bool mayHelp)
     : rules_(rules),
@@ -38,7 +43,8 @@ DeletionWalk::DeletionWalk(const DeletionRules& rules, SubtreeTask task, Deletio
       folders_(1),
       handedOver_(lend(), crew, mayHelp),
       moved_(stack_),
-      held_(DeletionDomain{}) {
+      held_(DeletionDomain{}),
+      counter_(counterOf(rules)) {
     moved_.setItem(task.item);
 }
 
@@ -61,6 +67,7 @@ DeletionOutcome DeletionWalk::run() {
         recordPreserved(itemName_.c_str());
         return {.record = record_.take(), .left = true};
     }
+    tell(itemName_.c_str());
     remove(itemName_.c_str(), EntryKind::unknown);
     // The item's own entry lies outside of what the domain lets go, so it is left to this thread.
     while (stack_.depth() > 1) {
@@ -121,6 +128,7 @@ void DeletionWalk::empty() {
 
 void DeletionWalk::handle(const char* name, EntryKind kind) {
     ++handledEntries_;
+    tell(name);
     if (rules_.shield != nullptr && rules_.shield->isProtectedName(name, folder().explicitNames)) {
         recordPreserved(name);
     } else if (kind != EntryKind::directory || !handOver(name)) {
@@ -226,9 +234,18 @@ bool DeletionWalk::mayRemove(const char* name) {
     return !rules_.mayRemove || held_.ask([&] { return rules_.mayRemove(pathOf(name)); });
 }
 
+void DeletionWalk::tell(const char* name) {
+    if (counter_ != nullptr && rules_.progress->wantsPath()) {
+        rules_.progress->setPath(pathOf(name));
+    }
+}
+
 void DeletionWalk::recordRemoved(const char* name) {
     DeletionRecord& record = record_.current();
     ++record.removedCount;
+    if (counter_ != nullptr) {
+        counter_->fetch_add(1, std::memory_order_relaxed);
+    }
     if (rules_.shield != nullptr) {
         record.report.removed.push_back(pathOf(name));
     }

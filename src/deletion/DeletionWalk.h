@@ -2,6 +2,7 @@
 
 #include "deletion/DeletionCrew.h"
 #include "deletion/DeletionOutcome.h"
+#include "deletion/DeletionProgress.h"
 #include "deletion/DeletionRules.h"
 #include "deletion/HandedOverFolders.h"
 #include "deletion/HeldThread.h"
@@ -78,6 +79,8 @@ private:
     /// What leads from the item to the top directory, as for `ItemPaths`.
     [[nodiscard]] std::string_view below() const;
     [[nodiscard]] std::string pathOf(const char* name) const;
+    /// Lets who follows the deletion know that it has come to the entry.
+    void tell(const char* name);
     void recordRemoved(const char* name);
     void recordPreserved(const char* name);
     void fail(const char* name, int error);
@@ -98,6 +101,8 @@ private:
     /// A folder of the top directory, on another thread, was found to be in a moved one.
     bool movedAround_ = false;
     HeldThread held_;
+    /// Where the removals are counted; null where nobody follows the deletion.
+    DeletionProgress::Counter* counter_;
     std::size_t handledEntries_ = 0;
 };
 

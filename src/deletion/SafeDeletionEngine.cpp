@@ -38,6 +38,12 @@ SafeDeletionEngine::SafeDeletionEngine(const FileSystem& fileManager, Credential
       concurrency_(concurrency),
       domain_(std::move(domain)) {}
 
+SafeDeletionEngine SafeDeletionEngine::tellingTo(std::shared_ptr<DeletionProgress> progress) const {
+    SafeDeletionEngine engine = *this;
+    engine.progress_ = std::move(progress);
+    return engine;
+}
+
 DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
                                               const DeletionOptions& options) const {
     ParentFolder parent;
@@ -45,9 +51,14 @@ DeletionReport SafeDeletionEngine::deleteItem(const std::string& atPath,
         return std::move(*report);
     }
     const std::string standardized = paths::standardized(atPath);
-    return options.preserveCredentials
-               ? deletePreservingCredentials(atPath, standardized, std::move(parent.handle), options)
-               : deleteWhole(atPath, standardized, std::move(parent.handle));
+    DeletionReport report =
+        options.preserveCredentials
+            ? deletePreservingCredentials(atPath, standardized, std::move(parent.handle), options)
+            : deleteWhole(atPath, standardized, std::move(parent.handle));
+    if (progress_) {
+        progress_->setPath({});
+    }
+    return report;
 }
 
 DeletionPlan SafeDeletionEngine::plan(const std::string& atPath, const DeletionOptions& options,
@@ -133,7 +144,8 @@ std::optional<std::string> SafeDeletionEngine::unsafeSymlinkAncestor(const std::
 
 DeletionReport SafeDeletionEngine::deleteWhole(const std::string& atPath, const std::string& standardized,
                                                DirectoryHandle parent) const {
-    const DeletionRules rules{.mayRemove = mayRemove_, .concurrency = concurrency_, .domain = domain_};
+    const DeletionRules rules{
+        .mayRemove = mayRemove_, .concurrency = concurrency_, .domain = domain_, .progress = progress_.get()};
     DeletionWalk walk(rules, atPath, standardized, std::move(parent));
     const DeletionOutcome outcome = walk.run();
     if (const auto& failure = outcome.record.firstFailure) {
@@ -159,7 +171,8 @@ DeletionReport SafeDeletionEngine::deletePreservingCredentials(const std::string
                               .preserveUnrecognized = options.preserveUnrecognized,
                               .mayRemove = mayRemove_,
                               .concurrency = concurrency_,
-                              .domain = domain_};
+                              .domain = domain_,
+                              .progress = progress_.get()};
     DeletionWalk walk(rules, atPath, standardized, std::move(parent));
     return walk.run().record.report;
 }

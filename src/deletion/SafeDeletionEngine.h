@@ -4,12 +4,14 @@
 #include "deletion/DeletionConcurrency.h"
 #include "deletion/DeletionDomain.h"
 #include "deletion/DeletionPlan.h"
+#include "deletion/DeletionProgress.h"
 #include "deletion/DeletionReport.h"
 #include "deletion/ParentFolder.h"
 #include "platform/DirectoryHandle.h"
 #include "platform/FileSystem.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -64,6 +66,9 @@ public:
                                 DeletionConcurrency concurrency = DeletionConcurrency::ofThisMachine(),
                                 DeletionDomain domain = DeletionDomain::ofThisMachine());
 
+    /// The same engine, whose deletions tell `progress` how far they have come.
+    [[nodiscard]] SafeDeletionEngine tellingTo(std::shared_ptr<DeletionProgress> progress) const;
+
     /// Deletes the item at the absolute path `atPath`. A missing item gives an empty report, and so does one
     /// in a folder where nothing may be looked up.
     ///
@@ -98,6 +103,7 @@ private:
     DeletionPredicate mayRemove_;
     DeletionConcurrency concurrency_;
     DeletionDomain domain_;
+    std::shared_ptr<DeletionProgress> progress_;
 };
 
 } // namespace zentrill

@@ -52,6 +52,7 @@ ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* pa
     : QObject(parent),
       controller_(controller),
       confirmation_(controller),
+      progress_(controller),
       result_(controller),
       review_(controller),
       applications_(makeApplicationListModel()),

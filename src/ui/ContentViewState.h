@@ -4,6 +4,7 @@
 #include "ui/ConfirmationState.h"
 #include "ui/InputGuard.h"
 #include "ui/ListStripState.h"
+#include "ui/ProgressState.h"
 #include "ui/ResultState.h"
 #include "ui/ReviewState.h"
 #include "ui/Shortcuts.h"
@@ -42,6 +43,7 @@ class ContentViewState : public QObject {
     Q_PROPERTY(zentrill::LineSearch* logSearch READ logSearch CONSTANT FINAL)
     Q_PROPERTY(QString logCountText READ logCountText NOTIFY logCountChanged FINAL)
     Q_PROPERTY(zentrill::ConfirmationState* confirmation READ confirmation CONSTANT FINAL)
+    Q_PROPERTY(zentrill::ProgressState* progress READ progress CONSTANT FINAL)
     Q_PROPERTY(zentrill::ResultState* result READ result CONSTANT FINAL)
     Q_PROPERTY(zentrill::ReviewState* review READ review CONSTANT FINAL)
     Q_PROPERTY(zentrill::InputGuard* input READ input CONSTANT FINAL)
@@ -98,6 +100,8 @@ public:
     [[nodiscard]] LineSearch* logSearch() { return &logSearch_; }
 
     [[nodiscard]] ConfirmationState* confirmation() { return &confirmation_; }
+
+    [[nodiscard]] ProgressState* progress() { return &progress_; }
 
     [[nodiscard]] ResultState* result() { return &result_; }
 
@@ -218,6 +222,7 @@ private:
 
     UninstallerViewModel& controller_;
     ConfirmationState confirmation_;
+    ProgressState progress_;
     ResultState result_;
     ReviewState review_;
     InputGuard input_;

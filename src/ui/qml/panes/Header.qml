@@ -68,6 +68,10 @@ Item {
         spacing: 8
         visible: header.viewState.controller.isBusy
 
+        // What the operation's text can have of the line, and what it has whatever the subtitle would like.
+        readonly property real mostRoom: header.width - 40 - cancel.width - 14 - 40 - progress.room
+        readonly property real fewest: progress.visible ? Math.max(60, Math.min(190, mostRoom)) : 110
+
         BusySpinner {
             anchors.verticalCenter: parent.verticalCenter
             running: busy.visible
@@ -75,12 +79,39 @@ Item {
 
         ElidedText {
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(implicitWidth, Math.max(110, header.width - 40 - subtitle.implicitWidth - cancel.width - 14 - 40))
+            width: Math.min(implicitWidth, Math.max(busy.fewest, busy.mostRoom - subtitle.implicitWidth))
             text: header.viewState.controller.operationDescription
             font: Typography.body
             color: WarmPalette.secondary
             Accessible.role: Accessible.StaticText
             Accessible.name: text
+        }
+
+        Text {
+            id: progress
+
+            readonly property ProgressState state: header.viewState.progress
+            readonly property real room: visible ? width + busy.spacing : 0
+
+            anchors.verticalCenter: parent.verticalCenter
+            visible: text !== ""
+            text: state.text
+            textFormat: Text.PlainText
+            font: Typography.body
+            color: WarmPalette.tertiary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: state.spokenText
+            Accessible.description: state.path
+
+            HoverHandler {
+                id: hover
+            }
+
+            // The keyboard leads no further here than to the button beside it.
+            TipLoader {
+                text: progress.state.path
+                wanted: text !== "" && (hover.hovered || cancel.visualFocus)
+            }
         }
 
         ActionButton {
