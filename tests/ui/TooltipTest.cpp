@@ -131,7 +131,7 @@ TEST_F(TooltipTest, showsEveryLineOfAText) {
     ASSERT_NE(label, nullptr);
     expectInPlace(*label);
     EXPECT_EQ(label->property("lineCount").toInt(), 4);
-    EXPECT_LT(place(*label->parentItem()).width(), 120);
+    EXPECT_LT(place(*label->parentItem()).width(), 60);
 }
 
 TEST_F(TooltipTest, cutsATextForWhichThereIsNoRoom) {

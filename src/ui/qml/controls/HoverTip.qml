@@ -21,6 +21,15 @@ Item {
     readonly property real above: place.y - gap - margin
     readonly property real below: window.height - place.y - height - gap - margin
 
+    // A text's own implicit width is the sum of its lines.
+    readonly property real widestLine: Math.max(...text.split("\n").map(line => metrics.advanceWidth(line)))
+
+    FontMetrics {
+        id: metrics
+
+        font: label.font
+    }
+
     Timer {
         running: true
         interval: 500
@@ -66,7 +75,7 @@ Item {
 
             x: 10
             y: 6
-            width: Math.min(Math.ceil(implicitWidth), 420, tip.window.width - 2 * (tip.margin + x))
+            width: Math.min(Math.ceil(tip.widestLine) + 1, 420, tip.window.width - 2 * (tip.margin + x))
             text: tip.text
             textFormat: Text.PlainText
             font: Typography.caption
