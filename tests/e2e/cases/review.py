@@ -4,6 +4,7 @@ import re
 
 import homes
 from harness.case import Case
+from harness.docker_case import DockerCase
 
 _SHIELD = re.compile("^Safety Shield")
 
@@ -158,6 +159,78 @@ class ReviewOfAModel(ReviewCase):
         self.display.key("Escape")
         self.assertEqual(self.disk(), before)
         self.close()
+
+
+class DockerReviewCase(ReviewCase, DockerCase):
+    """A running container, its image and another one."""
+
+    def setUp(self):
+        super().setUp()
+        self.used = self.engine.make_image("service:1")
+        self.spare = self.engine.make_image("spare:1")
+        self.engine.start_container("job", "service:1")
+        self.start_over_engine()
+
+    def remarks(self):
+        return [line for line in self.lines() if line.endswith(".")]
+
+    def expect_untouched(self):
+        self.assertEqual(self.engine.images(), {self.used, self.spare})
+        self.assertEqual(self.engine.containers(), {"job": "running"})
+        self.assertEqual(self.asked(), [])
+        self.close()
+
+
+class ReviewOfAContainer(DockerReviewCase):
+    """It goes with what was written in it, its image stays, and a look asks nothing of the engine."""
+
+    def test_by_mouse(self):
+        self.display.click(*self.screen.wait("list item", "job").middle, button=3)
+        self.display.click(*self.screen.wait("menu item", "Review").middle)
+        self.panel("job")
+        self.assertEqual(self.lines()["job"], "Goes, once it is stopped")
+        self.assertIn("Its image service:1 and its volumes stay.", self.remarks())
+        self.assertEqual(self.totals(), ["Goes: Not known", "Comes free: Not known"])
+        self.display.picture("review-container")
+        self.display.click(*self.screen.wait("push button", "Close", states=["enabled"]).middle)
+        self.expect_closed()
+        self.expect_untouched()
+
+
+class ReviewOfAnImage(DockerReviewCase):
+    """One that a container uses would be refused; another goes, and how much comes free only Docker knows."""
+
+    def size_of(self, name):
+        return re.search("[0-9.]+MB", self.row(name)).group()
+
+    def test_by_keyboard(self):
+        size = self.size_of("spare:1")
+        self.screen.wait("list item", "spare:1").grab_focus()
+        self.expect_focus("spare:1")
+        self.display.key("Menu")
+        self.screen.wait("menu item", "Review", states=["focused"])
+        self.display.key("Return")
+        self.panel("spare:1")
+        self.assertEqual(self.lines()[f"spare:1 ({self.spare[7:19]})"], f"Goes, {size}")
+        self.assertEqual(self.totals(), [f"Goes: {size}", "Comes free: Not known"])
+        self.assertTrue(any(line.startswith("Layers that other images share stay") for line in self.remarks()))
+        self.display.picture("review-image")
+        self.display.key("Escape")
+        self.expect_closed()
+        self.expect_focus("spare:1")
+        self.expect_untouched()
+
+    def test_on_the_bus(self):
+        size = self.size_of("service:1")
+        self.screen.wait("list item", "service:1").grab_focus()
+        self.display.key("shift+F10")
+        self.screen.wait("menu item", "Review", states=["enabled"]).press()
+        self.panel("service:1")
+        self.assertEqual(self.lines()[f"service:1 ({self.used[7:19]})"], f"Refused: a container uses it, {size}")
+        self.assertEqual(self.totals(), ["Goes: Nothing", "Comes free: Not known"])
+        self.press("Close")
+        self.expect_closed()
+        self.expect_untouched()
 
 
 class MenuOfARowThatMoves(ReviewCase):
