@@ -6,7 +6,9 @@
 #include "platform/Precondition.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <functional>
 #include <unordered_map>
 #include <utility>
 
@@ -38,6 +40,8 @@ UninstallerViewModel::UninstallerViewModel(std::shared_ptr<CommandExecuting> com
       deletionEngine_(std::move(deletionEngine)),
       dockerLocator_(std::move(dockerLocator)),
       reviews_(mainQueue_, deletionEngine_),
+      notes_(mainQueue_, deletionEngine_),
+      selectionSizes_(mainQueue_, deletionEngine_),
       hooks_(std::move(hooks)) {
     if (autoScan) {
         scanSystem();
@@ -117,9 +121,11 @@ bool UninstallerViewModel::shutDown() {
         if (hooks_.endCommands) {
             hooks_.endCommands();
         }
-        reviews_.cancel();
-        const bool operationEnded = operationQueue_.stop(closingPatience);
-        workerEnded_ = reviews_.stop(closingPatience) && operationEnded;
+        cancelLooks();
+        // Each is asked to stop, whatever the one before did.
+        const std::array ended{operationQueue_.stop(closingPatience), reviews_.stop(closingPatience),
+                               notes_.stop(closingPatience), selectionSizes_.stop(closingPatience)};
+        workerEnded_ = std::ranges::all_of(ended, std::identity());
     }
     return *workerEnded_;
 }
@@ -135,13 +141,19 @@ bool UninstallerViewModel::beginOperation(const std::string& description, bool s
         return false;
     }
     deletionProgress_ = std::make_shared<DeletionProgress>();
-    reviews_.cancel();
+    cancelLooks();
     assign(isBusy_, true, &UninstallerViewModel::isBusyChanged);
     assign(isScanning_, scanning, &UninstallerViewModel::isScanningChanged);
     assign(canCancelOperation_, cancellable, &UninstallerViewModel::canCancelOperationChanged);
     assign(operationDescription_, description, &UninstallerViewModel::operationDescriptionChanged);
     cancellationToken_ = std::make_shared<CancellableOperation>();
     return true;
+}
+
+void UninstallerViewModel::cancelLooks() {
+    reviews_.cancel();
+    notes_.cancel();
+    selectionSizes_.cancel();
 }
 
 void UninstallerViewModel::endOperation() {

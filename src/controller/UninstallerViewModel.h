@@ -10,6 +10,8 @@
 #include "controller/ResultAlert.h"
 #include "controller/ScanSnapshot.h"
 #include "controller/review/ReviewWorker.h"
+#include "controller/sizes/NoteWorker.h"
+#include "controller/sizes/SelectionSizeWorker.h"
 #include "deletion/DeletionProgress.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "docker/DockerContainer.h"
@@ -119,6 +121,11 @@ public:
     /// How far the deletions of the operation that runs, or ran last, have come.
     [[nodiscard]] DeletionProgress& deletionProgress() const { return *deletionProgress_; }
 
+    /// What a row's tooltip adds, and how much of a selection would go; an operation that begins ends both.
+    [[nodiscard]] NoteWorker& notes() { return notes_; }
+
+    [[nodiscard]] SelectionSizeWorker& selectionSizes() { return selectionSizes_; }
+
     /// Whether the running operation was asked to stop and has yet to come to it.
     [[nodiscard]] bool isCancelling() const { return isCancelling_; }
 
@@ -199,6 +206,8 @@ private:
     void requireMainThread(const char* message) const;
     bool beginOperation(const std::string& description, bool scanning, bool cancellable);
     void endOperation();
+    /// Ends what is looked at beside the operations.
+    void cancelLooks();
     void publishScan(ScanSnapshot snapshot, const std::optional<ResultAlert>& alert);
     void publishDocker(DockerAvailability availability);
     void showResult(const ResultAlert& alert);
@@ -248,6 +257,8 @@ private:
     std::shared_ptr<const SafeDeletionEngine> deletionEngine_;
     std::shared_ptr<const DockerExecutableLocating> dockerLocator_;
     ReviewWorker reviews_;
+    NoteWorker notes_;
+    SelectionSizeWorker selectionSizes_;
     std::shared_ptr<CancellableOperation> cancellationToken_;
     std::shared_ptr<DeletionProgress> deletionProgress_ = std::make_shared<DeletionProgress>();
     ApplicationHooks hooks_;

@@ -58,6 +58,8 @@ ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* pa
       applications_(makeApplicationListModel()),
       models_(makeLocalModelListModel()),
       dockerRows_(makeDockerListModel()),
+      rowNotes_(controller, *applications_, *models_),
+      selectionSize_(controller),
       logs_(std::make_unique<LogListModel>(controller)),
       logSelection_(std::make_unique<LineSelection>(*logs_)),
       logSearch_(*logs_, *logSelection_),
@@ -156,18 +158,6 @@ void ContentViewState::toggleApplication(int row) {
     if (application != nullptr && application->isDetected) {
         controller_.setAppSelected(application->name, !application->isSelected);
     }
-}
-
-QString ContentViewState::remainingData(int row) const {
-    const AppInfo* application = applications_->record(row);
-    if (application == nullptr || !application->hasResidualData) {
-        return {};
-    }
-    QStringList lines;
-    for (const std::string& path : controller_.remainingPaths(application->name)) {
-        lines.append(displayName(path));
-    }
-    return lines.isEmpty() ? QString() : QStringLiteral("What remains:\n") + lines.join(QLatin1Char('\n'));
 }
 
 /// Nothing is asked for below a review.

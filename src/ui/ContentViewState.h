@@ -7,6 +7,8 @@
 #include "ui/ProgressState.h"
 #include "ui/ResultState.h"
 #include "ui/ReviewState.h"
+#include "ui/RowNotes.h"
+#include "ui/SelectionSizeState.h"
 #include "ui/Shortcuts.h"
 #include "ui/models/LineSearch.h"
 #include "ui/models/LineSelection.h"
@@ -46,6 +48,8 @@ class ContentViewState : public QObject {
     Q_PROPERTY(zentrill::ProgressState* progress READ progress CONSTANT FINAL)
     Q_PROPERTY(zentrill::ResultState* result READ result CONSTANT FINAL)
     Q_PROPERTY(zentrill::ReviewState* review READ review CONSTANT FINAL)
+    Q_PROPERTY(zentrill::RowNotes* rowNotes READ rowNotes CONSTANT FINAL)
+    Q_PROPERTY(zentrill::SelectionSizeState* selectionSize READ selectionSize CONSTANT FINAL)
     Q_PROPERTY(zentrill::InputGuard* input READ input CONSTANT FINAL)
     Q_PROPERTY(bool modalShown READ modalShown NOTIFY modalChanged FINAL)
     Q_PROPERTY(bool resultShown READ resultShown NOTIFY modalChanged FINAL)
@@ -107,6 +111,10 @@ public:
 
     [[nodiscard]] ReviewState* review() { return &review_; }
 
+    [[nodiscard]] RowNotes* rowNotes() { return &rowNotes_; }
+
+    [[nodiscard]] SelectionSizeState* selectionSize() { return &selectionSize_; }
+
     [[nodiscard]] InputGuard* input() { return &input_; }
 
     /// Whether a confirmation or a result lies over the window.
@@ -143,9 +151,6 @@ public:
 
     /// Whether a scan has found none of the applications.
     [[nodiscard]] bool nothingFound() const { return nothingFound_; }
-
-    /// The paths that remain of the application of that row, for a tooltip; empty where nothing does.
-    Q_INVOKABLE [[nodiscard]] QString remainingData(int row) const;
 
     /// How many applications are selected, in words: "2 selected".
     [[nodiscard]] QString selectionCount() const;
@@ -229,6 +234,8 @@ private:
     std::unique_ptr<ApplicationListModel> applications_;
     std::unique_ptr<LocalModelListModel> models_;
     std::unique_ptr<DockerListModel> dockerRows_;
+    RowNotes rowNotes_;
+    SelectionSizeState selectionSize_;
     ListStripState modelStrip_;
     ListStripState dockerStrip_;
     std::unique_ptr<LogListModel> logs_;

@@ -243,20 +243,5 @@ TEST_F(ContentViewStateTest, saysWhenNothingWasFound) {
     EXPECT_FALSE(state_.nothingFound());
 }
 
-TEST_F(ContentViewStateTest, tellsWhatRemains) {
-    home_.makeDirectory(".ollama");
-    ASSERT_TRUE(scan());
-    const auto row = static_cast<int>(std::ranges::find(controller_->apps(), "Ollama", &AppInfo::name) -
-                                      controller_->apps().begin());
-    EXPECT_EQ(state_.remainingData(row),
-              QStringLiteral("What remains:\n") + QString::fromStdString(home_.path(".ollama")));
-    EXPECT_EQ(state_.remainingData(row + 1), QString());
-    EXPECT_EQ(state_.remainingData(-1), QString());
-    EXPECT_EQ(state_.remainingData(99), QString());
-    std::filesystem::remove(home_.path(".ollama"));
-    ASSERT_TRUE(scan());
-    EXPECT_EQ(state_.remainingData(row), QString());
-}
-
 } // namespace
 } // namespace zentrill

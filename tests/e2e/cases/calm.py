@@ -29,18 +29,40 @@ class NothingToRemove(Case):
 
 
 class TooltipsThatExplain(Case):
-    """"Data remains" tells which paths, and the product's name its version."""
+    """"Data remains" tells which paths and how large, and the product's name its version."""
 
-    def test_remaining_paths(self):
+    def furnish(self):
         self.cage.require_absent("claude")
         homes.write(self.home / ".claude/settings.json", "{}")
+        homes.write(self.home / ".claude/projects/a.jsonl", "x" * 4998)
+        return f"What remains:\n{self.cage.home_inside}/.claude · 5 KB"
+
+    def test_remaining_paths_by_mouse(self):
+        remains = self.furnish()
         self.start()
         row = self.screen.wait("check box", "Claude Code (CLI)")
         left, top, width, height = row.extents
         # The status stands at the row's right end.
         self.display.point(left + width - 50, top + height // 2)
-        self.screen.wait("tool tip", f"What remains:\n{self.cage.home_inside}/.claude")
+        self.screen.wait("tool tip", remains)
         self.display.picture("data-remains")
+        self.close()
+
+    def test_remaining_paths_by_keyboard(self):
+        remains = self.furnish()
+        self.start()
+        self.display.key("ctrl+1")
+        self.press_until("Down", "Claude Code (CLI)")
+        self.screen.wait("tool tip", remains)
+        self.close()
+
+    def test_remaining_paths_on_the_bus(self):
+        remains = self.furnish()
+        self.start()
+        row = self.screen.wait("check box", "Claude Code (CLI)")
+        self.assertNotIn("What remains", row.description)
+        row.grab_focus()
+        self.screen.wait("check box", "Claude Code (CLI)", description=re.compile(re.escape(remains) + "$"))
         self.close()
 
     def test_version(self):

@@ -8,6 +8,9 @@ Text {
     // Whether the keyboard has led to what this line stands for.
     property bool reached: false
 
+    // Whether the pointer rests on a line that does not fit.
+    readonly property bool told: truncated && hover.hovered
+
     textFormat: Text.PlainText
     elide: Text.ElideRight
     maximumLineCount: 1

@@ -17,14 +17,25 @@ Pressable {
     required property bool hasResidualData
     required property bool isSelected
 
-    // Tells what remains of the tool of a row; asked when it is wanted.
-    required property var remainingData
+    required property RowNotes notes
+
+    // What remains of the tool; found out when somebody looks at it.
+    readonly property bool lookedAt: hasResidualData && (statusHover.hovered || activeFocus)
+    readonly property string note: lookedAt ? notes.application(index, notes.revision) : ""
 
     readonly property bool current: ListView.isCurrentItem
     readonly property string accessibleValue: isSelected ? qsTr("Selected") : qsTr("Not selected")
     readonly property real dimming: isDetected ? 1 : 0.85
 
     signal toggleSelection
+
+    function wantNote() {
+        if (lookedAt)
+            notes.wantApplication(index);
+    }
+
+    onLookedAtChanged: wantNote()
+    onIndexChanged: wantNote()
 
     implicitHeight: 74
     available: isDetected
@@ -41,10 +52,21 @@ Pressable {
     Accessible.checkable: true
     Accessible.checked: isSelected
     Accessible.description: description + ". " + origin + ". " + statusText + ". " + accessibleValue
+                            + (activeFocus && note !== "" ? ". " + note : "")
 
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false
     ListView.onReused: visible = true
+
+    Connections {
+        target: row.notes
+        enabled: row.lookedAt
+
+        // What was known can be forgotten.
+        function onRevisionChanged() {
+            row.wantNote();
+        }
+    }
 
     RowPlate {
         id: plate
@@ -138,8 +160,8 @@ Pressable {
             }
 
             TipLoader {
-                text: statusHover.hovered ? row.remainingData(row.index) : ""
-                wanted: text !== "" && !row.down
+                text: row.note
+                wanted: text !== "" && !row.down && (statusHover.hovered || plate.focused)
             }
         }
     }

@@ -7,6 +7,9 @@ Rectangle {
 
     required property ContentViewState viewState
 
+    // Where the number and what stands beneath it begin.
+    readonly property real figures: size.visible ? Math.min(count.x, size.x) : count.x
+
     implicitHeight: 76
     color: WarmPalette.canvas
 
@@ -30,6 +33,22 @@ Rectangle {
         Accessible.name: text
     }
 
+    // Beneath the number, which stays where it is.
+    Text {
+        id: size
+
+        anchors.right: count.right
+        anchors.top: count.bottom
+        anchors.topMargin: 3
+        visible: text !== ""
+        text: footer.viewState.selectionSize.text
+        textFormat: Text.PlainText
+        font: Typography.caption
+        color: WarmPalette.tertiary
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
     // Around the number: pressed, it leads to the review of what is selected.
     Pressable {
         id: review
@@ -37,10 +56,10 @@ Rectangle {
         readonly property bool visualFocus: activeFocus && KeyboardUse.current
 
         anchors.fill: count
-        anchors.leftMargin: -8
+        anchors.leftMargin: footer.figures - count.x - 8
         anchors.rightMargin: -8
         anchors.topMargin: -7
-        anchors.bottomMargin: -7
+        anchors.bottomMargin: -7 - (size.visible ? size.height + size.anchors.topMargin : 0)
         enabled: footer.viewState.canReviewSelection
         onClicked: footer.viewState.reviewSelection()
         Accessible.role: Accessible.Button
@@ -83,8 +102,7 @@ Rectangle {
     Column {
         anchors.left: parent.left
         anchors.leftMargin: 20
-        anchors.right: count.left
-        anchors.rightMargin: 16
+        width: footer.figures - 16 - x
         anchors.verticalCenter: parent.verticalCenter
         spacing: 5
 

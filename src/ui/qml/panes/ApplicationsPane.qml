@@ -48,7 +48,7 @@ Item {
         delegate: AppRowView {
             width: rows.rowWidth
             list: rows
-            remainingData: pane.viewState.remainingData
+            notes: pane.viewState.rowNotes
             onToggleSelection: pane.viewState.toggleApplication(index)
         }
     }

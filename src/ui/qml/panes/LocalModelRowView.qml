@@ -11,17 +11,31 @@ FocusScope {
     required property string source
     required property string sizeText
 
+    required property RowNotes notes
+
+    // What its deletion frees, where its size does not say it; found out when somebody looks at it.
+    readonly property bool lookedAt: hover.hovered || activeFocus
+    readonly property string note: lookedAt ? notes.model(index, notes.revision) : ""
+
     property bool deletable: true
     readonly property bool current: ListView.isCurrentItem
 
     signal deleteRequested
     signal reviewRequested
 
+    function wantNote() {
+        if (lookedAt)
+            notes.wantModel(index);
+    }
+
+    onLookedAtChanged: wantNote()
+    onIndexChanged: wantNote()
+
     implicitHeight: 64
     focus: current
     Accessible.role: Accessible.ListItem
     Accessible.name: name
-    Accessible.description: source + ", " + sizeText
+    Accessible.description: source + ", " + sizeText + (activeFocus && note !== "" ? ". " + note : "")
     Accessible.focusable: true
     Accessible.focused: activeFocus
 
@@ -44,6 +58,16 @@ FocusScope {
 
     HoverHandler {
         id: hover
+    }
+
+    Connections {
+        target: row.notes
+        enabled: row.lookedAt
+
+        // What was known can be forgotten.
+        function onRevisionChanged() {
+            row.wantNote();
+        }
     }
 
     TapHandler {
@@ -77,8 +101,10 @@ FocusScope {
         spacing: 5
 
         ElidedText {
+            id: title
+
             width: parent.width
-            reached: plate.focused
+            reached: plate.focused && row.note === ""
             text: row.name
             font: Typography.name
             color: WarmPalette.paper
@@ -112,6 +138,19 @@ FocusScope {
             textFormat: Text.PlainText
             font: Typography.detail
             color: WarmPalette.secondary
+        }
+    }
+
+    // Explains the size, and leaves the row's button free.
+    Item {
+        anchors.left: size.left
+        anchors.right: size.right
+        anchors.top: row.top
+        anchors.bottom: row.bottom
+
+        TipLoader {
+            text: row.note
+            wanted: text !== "" && (plate.focused || hover.hovered && !title.told)
         }
     }
 

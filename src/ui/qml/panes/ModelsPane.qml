@@ -28,6 +28,7 @@ Item {
         delegate: LocalModelRowView {
             width: rows.rowWidth
             list: rows
+            notes: pane.viewState.rowNotes
             deletable: pane.viewState.acceptsRequests
             onReviewRequested: pane.viewState.reviewModel(index)
             onDeleteRequested: pane.viewState.requestModelDeletion(index)

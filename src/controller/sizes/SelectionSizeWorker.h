@@ -1,0 +1,41 @@
+#pragma once
+
+#include "catalog/AppInfo.h"
+#include "controller/BackgroundWork.h"
+#include "controller/sizes/SelectionSize.h"
+#include "deletion/SafeDeletionEngine.h"
+
+#include <chrono>
+#include <memory>
+#include <vector>
+
+namespace zentrill {
+
+/// Computes the size of a selection in the background. Nobody has asked for it, so that a home folder on a
+/// network is looked at for a few seconds only.
+///
+/// Belongs to the main thread.
+class SelectionSizeWorker {
+public:
+    /// Called on the main thread.
+    using Show = BackgroundWork<SelectionSize>::Show;
+
+    static constexpr std::chrono::seconds networkPatience{5};
+
+    SelectionSizeWorker(std::shared_ptr<MainQueue> link, std::shared_ptr<const SafeDeletionEngine> engine);
+
+    /// Ends the computation before, of which nothing is shown any more.
+    void start(std::vector<AppInfo> tools, bool preserveCredentials, Show show);
+
+    /// Returns at once; the thread ends its work at the next entry.
+    void cancel() { work_.cancel(); }
+
+    /// For good: gives the thread `patience` to end, and returns whether it did.
+    bool stop(std::chrono::milliseconds patience) { return work_.stop(patience); }
+
+private:
+    std::shared_ptr<const SafeDeletionEngine> engine_;
+    BackgroundWork<SelectionSize> work_;
+};
+
+} // namespace zentrill

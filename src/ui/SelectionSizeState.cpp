@@ -1,0 +1,50 @@
+#include "ui/SelectionSizeState.h"
+
+#include "controller/sizes/SizeTexts.h"
+
+#include <utility>
+
+namespace zentrill {
+
+SelectionSizeState::SelectionSizeState(UninstallerViewModel& controller, QObject* parent)
+    : QObject(parent), controller_(controller) {
+    using Controller = UninstallerViewModel;
+    connect(&controller_, &Controller::appsChanged, this, &SelectionSizeState::update);
+    connect(&controller_, &Controller::preserveCredentialsChanged, this, &SelectionSizeState::update);
+    connect(&controller_, &Controller::isBusyChanged, this, &SelectionSizeState::update);
+}
+
+void SelectionSizeState::update() {
+    std::vector<AppInfo> selected;
+    std::vector<std::string> names;
+    for (const AppInfo& app : controller_.apps()) {
+        // An operation has ended the computation, and what it leaves is another matter.
+        if (app.isSelected && app.isDetected && !controller_.isBusy()) {
+            selected.push_back(app);
+            names.push_back(app.name);
+        }
+    }
+    const bool preserve = controller_.preserveCredentials();
+    if (names == tools_ && preserve == preserveCredentials_) {
+        return;
+    }
+    tools_ = std::move(names);
+    preserveCredentials_ = preserve;
+    setText({});
+    if (selected.empty()) {
+        controller_.selectionSizes().cancel();
+        return;
+    }
+    controller_.selectionSizes().start(std::move(selected), preserve, [this](const SelectionSize& size) {
+        setText(selectionSizeText(size));
+    });
+}
+
+void SelectionSizeState::setText(const QString& text) {
+    if (text != text_) {
+        text_ = text;
+        Q_EMIT textChanged();
+    }
+}
+
+} // namespace zentrill
