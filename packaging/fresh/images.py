@@ -23,7 +23,7 @@ DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$
 """
 
 #: All that the README's commands need.
-_GROUPS = ("build", "test", "demo", "display")
+_GROUPS = ("build", "test-build", "test", "demo", "display")
 
 
 def packages(checkout):

@@ -56,20 +56,33 @@ as_root() { if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi; }
 
 # install_packages PACKAGE...
 install_packages() {
-    local by_hand="apt-get install --no-install-recommends $*" log=build/install.log
-    may_install || die "installing needs root: run this as root, install sudo, or have root do it: $by_hand"
+    may_install || die "installing needs root: run this as root, install sudo, or have root do it: $(by_hand "$@")"
     say "Installing: $*"
     if [ "$(uname)" = Darwin ]; then
         brew install "$@"
-        return
+    else
+        apt_install "$@" || not_installed "$@"
+        package_lists_are_new=yes
     fi
+}
+
+by_hand() { printf 'apt-get install --no-install-recommends %s' "$*"; }
+
+install_log=build/install.log
+package_lists_are_new=''
+
+# apt_install PACKAGE...: what it says goes into the log.
+apt_install() {
     mkdir -p build
     # Nothing that is there may have to go for it.
-    { as_root apt-get update -qq && as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -qq --no-install-recommends --no-remove "$@"; } >"$log" 2>&1 || {
-        cat "$log" >&2
-        die "the packages could not be installed: try it by hand: $by_hand"
-    }
+    { { [ -n "$package_lists_are_new" ] || as_root apt-get update -qq; } &&
+        as_root env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y -qq --no-install-recommends --no-remove "$@"; } >"$install_log" 2>&1
+}
+
+not_installed() {
+    cat "$install_log" >&2
+    die "the packages could not be installed: try it by hand: $(by_hand "$@")"
 }
 
 # need GROUP...: installs the packages of these groups that are missing.
@@ -84,4 +97,37 @@ need() {
     missing=$(missing_packages "$@")
     # shellcheck disable=SC2086  # names without spaces
     [ -z "$missing" ] || install_packages $missing
+}
+
+# The process that installs while the script goes on, and what it installs.
+installer=''
+being_installed=''
+
+# need_in_turn "GROUP ..." "GROUP ...": installs the missing packages of the first groups now, and begins with those of
+# the others, which are there when await_packages returns.
+# shellcheck disable=SC2086  # names without spaces
+need_in_turn() {
+    if ! knows_packages || ! may_install || [ "$(uname)" = Darwin ]; then
+        need $1 $2
+        return
+    fi
+    need $1
+    being_installed=$(missing_packages $2)
+    if [ -z "$being_installed" ]; then return; fi
+    say "Installing meanwhile:" $being_installed
+    # A password is asked for while somebody looks.
+    as_root true
+    apt_install $being_installed </dev/null &
+    installer=$!
+    # However the script ends, it does not leave a package manager behind that is still at work.
+    trap await_packages EXIT
+}
+
+await_packages() {
+    local process=$installer
+    [ -n "$process" ] || return 0
+    installer=''
+    if kill -0 "$process" 2>/dev/null; then say "Waiting for the packages"; fi
+    # shellcheck disable=SC2086  # names without spaces
+    wait "$process" || not_installed $being_installed
 }

@@ -31,9 +31,10 @@ prepare() {
     cp "$(dirname "$1")/packaging/display.sh" "$project/packaging/"
     printf 'made-up-compiler\n' >"$project/packaging/packages/build.txt"
     printf 'made-up-display\n' >"$project/packaging/packages/display.txt"
-    printf 'docker.io\nmade-up-framework\n' >"$project/packaging/packages/test.txt"
+    printf 'made-up-framework\n' >"$project/packaging/packages/test-build.txt"
+    printf 'docker.io\nmade-up-tool\n' >"$project/packaging/packages/test.txt"
     : >"$calls"
-    printf 'made-up-compiler\nmade-up-display\nmade-up-framework\ndocker.io\n' >"$folder/installed"
+    printf 'made-up-compiler\nmade-up-display\nmade-up-framework\nmade-up-tool\ndocker.io\n' >"$folder/installed"
     for tool in bash cat comm dirname env mkdir nproc sed sh sort uname; do
         ln -s "$(command -v "$tool")" "$folder/bin/$tool"
     done
@@ -70,7 +71,7 @@ has_only() { printf '%s\n' "$@" >"$folder/installed"; }
 case_hint() {
     has_only made-up-compiler docker.io
     if dev test; then fail "went on without its packages"; fi
-    expect_output 'apt-get install --no-install-recommends made-up-framework'
+    expect_output 'apt-get install --no-install-recommends made-up-framework made-up-tool'
     expect_no_call apt-get
 }
 
@@ -84,7 +85,7 @@ case_quiet() {
 # The Docker Engine as its makers package it: Debian's would replace it.
 case_brought_otherwise() {
     if [ ! -x /usr/bin/docker ] || { [ ! -x /usr/bin/dockerd ] && [ ! -x /usr/sbin/dockerd ]; }; then exit 77; fi
-    has_only made-up-compiler made-up-framework
+    has_only made-up-compiler made-up-framework made-up-tool
     dev test || fail "wants a second engine"
 }
 
@@ -106,9 +107,54 @@ case_no_virtual_display() {
 
 case_sudo() {
     stand_in sudo <<<"echo sudo >>'$calls'; exec \"\$@\""
+    ln -s "$(type -P true)" "$folder/bin/true"
     has_only made-up-compiler docker.io
     dev test || fail "failed"
     expect_call 'apt-get install -y -qq --no-install-recommends --no-remove made-up-framework'
+    expect_call 'apt-get install -y -qq --no-install-recommends --no-remove made-up-tool'
+    [ "$(grep -c '^apt-get update' "$calls")" -eq 1 ] || fail "asks for the lists of packages again"
+}
+
+# A package manager that takes until it is waited for, or until the test ends.
+install_slowly() {
+    ln -s "$(command -v sleep)" "$folder/bin/sleep"
+    stand_in id <<<'echo 0'
+    stand_in apt-get <<STAND_IN
+case \$* in update*) exit 0 ;; esac
+until [ ! -e '$calls' ] || '$(command -v grep)' -q 'Waiting for the packages' '$folder/output'; do sleep 0.01; done
+echo apt-get "\$@" >>'$calls'
+STAND_IN
+}
+
+expect_order() { [ "$(grep -nE -m 1 "$1" "$calls" | cut -d : -f 1)" -lt "$(grep -nE -m 1 "$2" "$calls" | cut -d : -f 1)" ] || fail "not in this order: $1, $2"; }
+
+# What only running the tests needs is installed while they are built, and is there before they run.
+case_meanwhile() {
+    has_only made-up-compiler made-up-framework docker.io
+    install_slowly
+    dev test || fail "failed"
+    expect_order '^cmake --build' '^apt-get install .* made-up-tool$'
+    expect_order '^apt-get install' '^ctest'
+}
+
+case_not_installed_meanwhile() {
+    has_only made-up-compiler made-up-framework docker.io
+    stand_in id <<<'echo 0'
+    stand_in apt-get <<<'echo no such package; exit 100'
+    if dev test; then fail "went on without its packages"; fi
+    expect_output 'no such package'
+    expect_output 'try it by hand: apt-get install --no-install-recommends made-up-tool'
+    expect_no_call '^ctest'
+}
+
+# A package manager that is still at work is waited for, whatever comes of the build.
+case_build_fails_meanwhile() {
+    has_only made-up-compiler made-up-framework docker.io
+    install_slowly
+    stand_in cmake <<<"echo build failed >>'$calls'; exit 1"
+    if dev test; then fail "went on without a build"; fi
+    expect_call 'apt-get install -y -qq --no-install-recommends --no-remove made-up-tool'
+    expect_no_call '^ctest'
 }
 
 # Folders of tests are built and run alone.
