@@ -7,11 +7,11 @@ Ends with 0 when it passed, 1 when it failed and 77 when what it needs cannot be
 import argparse
 import importlib
 import os
-import pkgutil
 import pwd
 import shutil
 import sys
 import unittest
+from pathlib import Path
 
 sys.dont_write_bytecode = True
 
@@ -41,11 +41,10 @@ def missing():
 
 
 def find_case(name):
-    import cases
-    for module in pkgutil.iter_modules(cases.__path__):
-        found = getattr(importlib.import_module(f"cases.{module.name}"), name, None)
-        if isinstance(found, type) and issubclass(found, unittest.TestCase):
-            return found
+    for path in sorted((Path(__file__).parent / "cases").glob("*.py")):
+        # The others need not be compiled for this one.
+        if f"\nclass {name}(" in path.read_text():
+            return getattr(importlib.import_module(f"cases.{path.stem}"), name)
     sys.exit(f"There is no case {name}.")
 
 
