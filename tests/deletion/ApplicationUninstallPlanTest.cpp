@@ -1,6 +1,7 @@
 #include "deletion/ApplicationUninstallPlan.h"
 
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "UninstallFixture.h"
 #include "catalog/ApplicationDetectionRegistry.h"
 #include "deletion/PlanRecord.h"
@@ -21,6 +22,7 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::newEngine;
 using test::pathsOf;
 using test::rule;
 using testing::Contains;
@@ -121,7 +123,8 @@ TEST_F(ApplicationUninstallPlans, ComeTrueForEveryToolWithTheShieldAndWithout) {
 
 TEST_F(ApplicationUninstallPlans, TouchNothingAndStartNothing) {
     const std::string bundle = make("/Applications/Claude.app/Contents/MacOS/Claude");
-    const ApplicationUninstallService service(std::make_shared<SafeDeletionEngine>(), InstallationDetector(),
+    const ApplicationUninstallService service(std::make_shared<SafeDeletionEngine>(newEngine()),
+                                              InstallationDetector(),
                                               [](const std::vector<std::string>& /*names*/) {
                                                   ADD_FAILURE() << "asked whether the tool runs";
                                                   return true;

@@ -1,6 +1,7 @@
 #include "deletion/ApplicationUninstallService.h"
 
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "UninstallFixture.h"
 #include "support/ChildProcess.h"
 #include "support/OrdinaryUser.h"
@@ -17,6 +18,7 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::newEngine;
 using test::nothingRuns;
 using test::rule;
 using testing::Contains;
@@ -31,7 +33,8 @@ TEST_F(ApplicationUninstallServiceTest, ARunningToolIsLeftAlone) {
     const std::string bundle = make("/Applications/Claude.app/Contents/MacOS/Claude");
     const std::string data = make("~/Library/Application Support/Claude/data");
     std::vector<std::string> asked;
-    const ApplicationUninstallService service(std::make_shared<SafeDeletionEngine>(), InstallationDetector(),
+    const ApplicationUninstallService service(std::make_shared<SafeDeletionEngine>(newEngine()),
+                                              InstallationDetector(),
                                               [&asked](const std::vector<std::string>& names) {
                                                   asked = names;
                                                   return true;
@@ -252,7 +255,7 @@ TEST_F(ApplicationUninstallServiceTest, TheDetectorIsAskedAfterTheRemoval) {
     const std::string bundle = make("/Applications/VendorApp.app");
     bool existedWhenAsked = true;
     const ApplicationUninstallService service(
-        std::make_shared<SafeDeletionEngine>(),
+        std::make_shared<SafeDeletionEngine>(newEngine()),
         InstallationDetector(
             [&](const std::string& path) {
                 existedWhenAsked = existedWhenAsked && exists(bundle);

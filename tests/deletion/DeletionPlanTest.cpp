@@ -1,6 +1,7 @@
 #include "deletion/DeletionPlan.h"
 
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "deletion/PlanRecord.h"
 #include "deletion/PlanTeller.h"
 #include "deletion/SafeDeletionEngine.h"
@@ -39,6 +40,7 @@ using test::exists;
 using test::FileFlag;
 using test::giveToOrdinaryUser;
 using test::keepingAll;
+using test::newEngine;
 using test::passesAsOrdinaryUser;
 using test::pathsOf;
 using test::setFileFlag;
@@ -80,7 +82,7 @@ protected:
     }
 
     TemporaryDirectory folder_;
-    SafeDeletionEngine engine_;
+    SafeDeletionEngine engine_ = newEngine();
 };
 
 TEST_F(DeletionPlans, ListEverythingAndTouchNothing) {
@@ -163,8 +165,7 @@ TEST_F(DeletionPlans, KeepAnItemThatIsACredentialItself) {
 TEST_F(DeletionPlans, LeaveWhatThePredicateRefuses) {
     const std::string refused = folder_.makeFile("tree/sub/refused");
     const std::string gone = folder_.makeFile("tree/gone");
-    const SafeDeletionEngine engine(FileSystem::shared(), {},
-                                    [&](const std::string& path) { return path != refused; });
+    const SafeDeletionEngine engine = newEngine([&](const std::string& path) { return path != refused; });
     const DeletionPlan plan = engine.plan(folder_.path("tree"), unshielded);
     EXPECT_THAT(pathsOf(plan.refused), ElementsAre(refused));
     EXPECT_THAT(pathsOf(plan.removed), ElementsAre(gone));
@@ -234,7 +235,7 @@ TEST_F(DeletionPlans, EndWhenTheyAreToldTo) {
         folder_.makeFile("tree/" + std::to_string(i));
     }
     int asked = 0;
-    const SafeDeletionEngine alone(FileSystem::shared(), {}, {}, DeletionConcurrency{});
+    const SafeDeletionEngine alone = newEngine(DeletionConcurrency{});
     const DeletionPlan plan =
         alone.plan(folder_.path("tree"), unshielded, {.shouldStop = [&asked] { return ++asked > 4; }});
     EXPECT_TRUE(plan.stopped);
@@ -310,7 +311,7 @@ TEST_F(DeletionPlans, TellAgainAfterAMomentHoweverLongTheyTake) {
         counts.push_back(news.removed.count);
     };
     // Slow enough that a stretch of entries takes longer than the interval.
-    const SafeDeletionEngine alone(FileSystem::shared(), {}, {}, DeletionConcurrency{});
+    const SafeDeletionEngine alone = newEngine(DeletionConcurrency{});
     options.shouldStop = [until = std::chrono::steady_clock::now()]() mutable {
         until += PlanTeller::interval / PlanTeller::entriesBetween * 2;
         std::this_thread::sleep_until(until);

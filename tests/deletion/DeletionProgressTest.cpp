@@ -1,6 +1,7 @@
 #include "deletion/DeletionProgress.h"
 
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -15,6 +16,7 @@ namespace zentrill {
 namespace {
 
 using test::keepingAll;
+using test::newEngine;
 using test::shielded;
 using test::TemporaryDirectory;
 using test::unshielded;
@@ -34,7 +36,7 @@ protected:
     }
 
     [[nodiscard]] DeletionReport deleteTree(const DeletionOptions& options) const {
-        return SafeDeletionEngine().tellingTo(progress_).deleteItem(folder_.path("tree"), options);
+        return newEngine().tellingTo(progress_).deleteItem(folder_.path("tree"), options);
     }
 
     TemporaryDirectory folder_;
@@ -64,7 +66,7 @@ TEST_F(DeletionProgressTest, countsNothingThatStays) {
 TEST_F(DeletionProgressTest, addsUpOverItems) {
     makeTree();
     folder_.makeFile("other");
-    const SafeDeletionEngine engine = SafeDeletionEngine().tellingTo(progress_);
+    const SafeDeletionEngine engine = newEngine().tellingTo(progress_);
     ASSERT_TRUE(engine.deleteItem(folder_.path("other"), unshielded).succeeded());
     EXPECT_EQ(progress_->removedCount(), 1U);
     ASSERT_TRUE(engine.deleteItem(folder_.path("tree"), unshielded).succeeded());
@@ -76,7 +78,7 @@ TEST_F(DeletionProgressTest, tellsWhileTheDeletionGoesOn) {
     makeTree();
     std::vector<std::uint64_t> counts;
     std::vector<std::string> paths;
-    const SafeDeletionEngine engine(FileSystem::shared(), CredentialMatcher(), [&](const std::string&) {
+    const SafeDeletionEngine engine = newEngine([&](const std::string&) {
         counts.push_back(progress_->removedCount());
         paths.push_back(progress_->path());
         return true;

@@ -1,6 +1,7 @@
 #include "deletion/EarlierPlans.h"
 
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -14,6 +15,7 @@ namespace zentrill {
 namespace {
 
 using test::keepingAll;
+using test::newEngine;
 using test::pathsOf;
 using test::shielded;
 using test::unshielded;
@@ -63,7 +65,7 @@ protected:
     }
 
     test::TemporaryDirectory folder_;
-    SafeDeletionEngine engine_;
+    SafeDeletionEngine engine_ = newEngine();
     EarlierPlans earlier_;
 };
 

@@ -1,5 +1,5 @@
 #include "DeletionCases.h"
-#include "deletion/DeletionDomain.h"
+#include "DeletionForm.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "platform/FileDescriptor.h"
 #include "platform/SystemError.h"
@@ -28,7 +28,9 @@
 namespace zentrill {
 namespace {
 
+using test::deletionForm;
 using test::exists;
+using test::newEngine;
 using test::passesInChild;
 using test::shielded;
 using test::TemporaryDirectory;
@@ -87,7 +89,7 @@ long memoryFigure(const std::string& name) {
 int manyLevels() {
     const char* rung = std::getenv("ZENTRILL_CONFINED");
     const bool confined = rung != nullptr && std::string_view(rung) == "landlock";
-    return confined || DeletionDomain::ofThisMachine().enter ? 3000 : 20000;
+    return confined || deletionForm().domain.enter ? 3000 : 20000;
 }
 
 TEST(ExtremeTrees, ThousandsOfLevelsNeedFewDescriptorsAndLittleStack) {
@@ -97,7 +99,7 @@ TEST(ExtremeTrees, ThousandsOfLevelsNeedFewDescriptorsAndLittleStack) {
     EXPECT_TRUE(passesInChild([&] {
         limitDescriptors(64);
         runOnSmallStack([&] {
-            const DeletionReport report = SafeDeletionEngine().deleteItem(tree, unshielded);
+            const DeletionReport report = newEngine().deleteItem(tree, unshielded);
             EXPECT_THAT(report.removed, ElementsAre(tree));
             EXPECT_THAT(report.failures, IsEmpty());
         });
@@ -112,7 +114,7 @@ TEST(ExtremeTrees, ACredentialThousandsOfLevelsDownIsKept) {
     EXPECT_TRUE(passesInChild([&] {
         limitDescriptors(64);
         runOnSmallStack([&] {
-            const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
+            const DeletionReport report = newEngine().deleteItem(tree, shielded);
             ASSERT_EQ(report.preserved.size(), 1U);
             EXPECT_TRUE(report.preserved[0].ends_with("/d/d/auth.json"));
             EXPECT_EQ(report.preserved[0].size(),
@@ -121,7 +123,7 @@ TEST(ExtremeTrees, ACredentialThousandsOfLevelsDownIsKept) {
             EXPECT_THAT(report.failures, IsEmpty());
         });
     }));
-    EXPECT_THAT(SafeDeletionEngine().deleteItem(tree, unshielded).failures, IsEmpty());
+    EXPECT_THAT(newEngine().deleteItem(tree, unshielded).failures, IsEmpty());
     EXPECT_FALSE(exists(tree));
 }
 
@@ -130,7 +132,7 @@ TEST(ExtremeTrees, PathsFarBeyondTheSystemsLimitAreWalkedAndReported) {
     const std::string tree = folder.makeDirectory("tree");
     const std::string name(255, 'n');
     makeChain(tree, name, 300, "file");
-    const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
+    const DeletionReport report = newEngine().deleteItem(tree, shielded);
     EXPECT_THAT(report.failures, IsEmpty());
     ASSERT_EQ(report.removed.size(), 302U);
     EXPECT_EQ(report.removed.front().size(), tree.size() + (300 * 256) + 5);
@@ -146,9 +148,9 @@ TEST(ExtremeTrees, AnItemWhoseOwnPathIsBeyondTheLimitIsRemoved) {
     for (int level = 0; level < 40; ++level) {
         path += "/" + name;
     }
-    const DeletionReport report = SafeDeletionEngine().deleteItem(path + "/file", unshielded);
+    const DeletionReport report = newEngine().deleteItem(path + "/file", unshielded);
     EXPECT_THAT(report.removed, ElementsAre(path + "/file"));
-    EXPECT_THAT(SafeDeletionEngine().deleteItem(path + "/file", unshielded).removed, IsEmpty());
+    EXPECT_THAT(newEngine().deleteItem(path + "/file", unshielded).removed, IsEmpty());
 }
 
 TEST(ExtremeTrees, ManyBigFoldersOnOneWayDownAreNotReportedTwice) {
@@ -166,13 +168,13 @@ TEST(ExtremeTrees, ManyBigFoldersOnOneWayDownAreNotReportedTwice) {
         }
         relative += "/sub";
     }
-    DeletionReport report = SafeDeletionEngine().deleteItem(
+    DeletionReport report = newEngine().deleteItem(
         folder.path("tree"), {.preserveCredentials = true, .preserveUnrecognized = true});
     EXPECT_THAT(report.failures, IsEmpty());
     EXPECT_EQ(report.preserved.size(), std::size_t{levels} * filesPerLevel);
     std::ranges::sort(report.preserved);
     EXPECT_EQ(std::ranges::adjacent_find(report.preserved), report.preserved.end());
-    EXPECT_THAT(SafeDeletionEngine().deleteItem(folder.path("tree"), unshielded).failures, IsEmpty());
+    EXPECT_THAT(newEngine().deleteItem(folder.path("tree"), unshielded).failures, IsEmpty());
 }
 
 TEST(ExtremeTrees, FourHundredThousandEntriesNeedLittleMemory) {
@@ -186,7 +188,7 @@ TEST(ExtremeTrees, FourHundredThousandEntriesNeedLittleMemory) {
     EXPECT_TRUE(passesInChild([&] {
         std::ofstream("/proc/self/clear_refs") << "5"; // Makes the peak start over.
         const long before = memoryFigure("VmRSS");
-        const DeletionReport report = SafeDeletionEngine().deleteItem(tree, unshielded);
+        const DeletionReport report = newEngine().deleteItem(tree, unshielded);
         EXPECT_THAT(report.removed, ElementsAre(tree));
         EXPECT_LT(memoryFigure("VmHWM") - before, 16 * 1024);
     }));
@@ -213,13 +215,13 @@ TEST(ExtremeTrees, OddNamesSurviveUnchangedIntoTheReport) {
     for (const std::string& name : names) {
         expected.push_back(folder.makeFile("tree/" + name));
     }
-    const DeletionReport report = SafeDeletionEngine().deleteItem(folder.path("tree"), shielded);
+    const DeletionReport report = newEngine().deleteItem(folder.path("tree"), shielded);
     EXPECT_THAT(report.removed, testing::UnorderedElementsAreArray(expected));
     EXPECT_THAT(report.failures, IsEmpty());
     EXPECT_FALSE(exists(folder.path("tree")));
     for (const std::string& name : names) {
         const std::string file = folder.makeFile(name);
-        EXPECT_THAT(SafeDeletionEngine().deleteItem(file, unshielded).removed, ElementsAre(file));
+        EXPECT_THAT(newEngine().deleteItem(file, unshielded).removed, ElementsAre(file));
         EXPECT_FALSE(exists(file));
     }
 }
@@ -235,7 +237,7 @@ TEST(ExtremeTrees, AlmostNoFreeDescriptorsAreEnough) {
             occupied.push_back(std::move(more));
         }
         occupied.resize(occupied.size() - 4);
-        const DeletionReport report = SafeDeletionEngine().deleteItem(tree, unshielded);
+        const DeletionReport report = newEngine().deleteItem(tree, unshielded);
         EXPECT_THAT(report.removed, ElementsAre(tree));
         EXPECT_THAT(report.failures, IsEmpty());
     }));
@@ -248,7 +250,7 @@ TEST(ExtremeTrees, WithoutDescriptorsTheReportSaysSo) {
     EXPECT_TRUE(passesInChild([&] {
         // Made first: the undefined behaviour sanitizer needs a descriptor for its first look at a type.
         const std::string expected = folder.path("tree") + ": " + systemDescription(EMFILE);
-        const SafeDeletionEngine engine;
+        const SafeDeletionEngine engine = newEngine();
         EXPECT_TRUE(engine.deleteItem(folder.makeFile("other/file"), unshielded).succeeded());
         std::vector<FileDescriptor> occupied;
         limitDescriptors(64);

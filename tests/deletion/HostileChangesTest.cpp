@@ -1,4 +1,5 @@
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "deletion/DeletionDomain.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "support/ChildProcess.h"
@@ -37,7 +38,9 @@
 namespace zentrill {
 namespace {
 
+using test::deletionForm;
 using test::exists;
+using test::newEngine;
 using test::shielded;
 using test::unshielded;
 namespace fs = std::filesystem;
@@ -99,7 +102,7 @@ void deleteNaively(const std::string& path) {
 }
 
 void deleteNaivelyAfterCheckingAncestors(const std::string& path) {
-    if (!SafeDeletionEngine().deletionRefusal(path)) {
+    if (!newEngine().deletionRefusal(path)) {
         deleteNaively(path);
     }
 }
@@ -185,8 +188,7 @@ void expectToHoldWhereANaiveDeleterLoses(Attack::Target target,
     const double limit = std::clamp(5 * *lost, 1.0, 15.0);
     for (const DeletionOptions& options : {unshielded, shielded}) {
         const std::optional<double> oursLost = attack.run(
-            [&options](const std::string& path) { (void)SafeDeletionEngine().deleteItem(path, options); },
-            limit);
+            [&options](const std::string& path) { (void)newEngine().deleteItem(path, options); }, limit);
         EXPECT_FALSE(oursLost.has_value()) << "lost after " << *oursLost << " s";
     }
     std::printf("naive deleter lost after %.3f s (%d rounds), ours held for %.1f s (%d rounds)\n", *lost,
@@ -204,18 +206,17 @@ TEST(HostileChanges, AnAncestorSwappedForALinkLeadsNowhere) {
 /// An engine that runs `before` when it is about to remove or enter the item at `path`, which is the moment
 /// between its look at the item and its deed.
 SafeDeletionEngine engineDisturbedAt(std::string path, std::function<void()> before) {
-    return SafeDeletionEngine(FileSystem::shared(), {},
-                              [path = std::move(path), before = std::move(before)](const std::string& asked) {
-                                  if (asked == path) {
-                                      before();
-                                  }
-                                  return true;
-                              });
+    return newEngine([path = std::move(path), before = std::move(before)](const std::string& asked) {
+        if (asked == path) {
+            before();
+        }
+        return true;
+    });
 }
 
 /// Whether the kernel holds deletions to their items in this program.
 bool isHeld() {
-    return static_cast<bool>(DeletionDomain::ofThisMachine().enter);
+    return static_cast<bool>(deletionForm().domain.enter);
 }
 
 /// The lines of a report on the item `tree` that say of nothing but `folders` that they were moved.
@@ -247,7 +248,7 @@ TEST(HostileChanges, AFolderMovedOutOfTheItemStaysWholeWhereTheKernelHoldsTheDel
             const fs::recursive_directory_iterator entries(folder.path("moved"));
             return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
         };
-        const SafeDeletionEngine engine(FileSystem::shared(), {}, [&](const std::string& path) {
+        const SafeDeletionEngine engine = newEngine([&](const std::string& path) {
             if (!moved && path.starts_with(sub + "/")) {
                 fs::rename(sub, folder.path("moved"));
                 moved = true;
@@ -268,7 +269,7 @@ TEST(HostileChanges, AFolderMovedAwayFromUnderSeveralThreadsIsOneLine) {
     if (!isHeld()) {
         GTEST_SKIP() << "nothing holds deletions here";
     }
-    const SafeDeletionEngine engine(FileSystem::shared(), {}, {}, {.threads = 4, .afterEntries = 0});
+    const SafeDeletionEngine engine = newEngine(DeletionConcurrency{.threads = 4, .afterEntries = 0});
     int caught = 0;
     for (int attempt = 0; attempt < 200 && caught < 20; ++attempt) {
         const TemporaryDirectory folder(test::memoryFolder());
@@ -490,7 +491,7 @@ TEST(HostileChanges, AFolderThatIsAlwaysRefilledIsAFailureAfterAWhile) {
         folder.makeFile("tree/full/file0");
         const std::string full = folder.path("tree/full");
         int made = 0;
-        const SafeDeletionEngine engine(FileSystem::shared(), {}, [&](const std::string& path) {
+        const SafeDeletionEngine engine = newEngine([&](const std::string& path) {
             if (path.starts_with(full + "/")) {
                 folder.makeFile("tree/full/file" + std::to_string(++made));
             }
@@ -512,7 +513,7 @@ TEST(HostileChanges, EachFolderIsGoneThroughAgainWhateverItTookBefore) {
             refills[folder.path(name)] = 5;
             folder.makeFile(std::string(name) + "/file");
         }
-        const SafeDeletionEngine engine(FileSystem::shared(), {}, [&](const std::string& path) {
+        const SafeDeletionEngine engine = newEngine([&](const std::string& path) {
             const auto left = refills.find(path.substr(0, path.rfind('/')));
             if (left != refills.end() && left->second > 0) {
                 folder.makeFile(left->first.substr(folder.path().size() + 1) + "/file" +
@@ -538,7 +539,7 @@ TEST(HostileChanges, AFolderThatAnotherProcessKeepsFillingEndsOneWayOrTheOther) 
     while (!exists(tree + "/file100")) {
         std::this_thread::yield();
     }
-    const DeletionReport report = SafeDeletionEngine().deleteItem(tree, unshielded);
+    const DeletionReport report = newEngine().deleteItem(tree, unshielded);
     EXPECT_EQ(report.removed.empty(), exists(tree));
     EXPECT_EQ(report.failures.empty(), !exists(tree));
 }

@@ -1,4 +1,5 @@
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "platform/FileDescriptor.h"
 #include "support/ChildProcess.h"
@@ -25,6 +26,7 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::newEngine;
 using test::shielded;
 using test::TemporaryDirectory;
 using test::unshielded;
@@ -84,7 +86,7 @@ TEST_F(LinuxKernel, PipesSocketsAndDevicesAreRemovedWithoutBeingOpened) {
         }
         ::close(::open((tree + "/pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
         ASSERT_TRUE(watch.sawOpening()) << "the watch sees nothing";
-        EXPECT_TRUE(SafeDeletionEngine().deleteItem(tree, options).succeeded());
+        EXPECT_TRUE(newEngine().deleteItem(tree, options).succeeded());
         EXPECT_FALSE(watch.sawOpening());
         EXPECT_FALSE(exists(tree));
     }
@@ -102,7 +104,7 @@ TEST_F(LinuxKernel, NothingAtOrBelowAProtectedFolderIsOpened) {
     }
     (void)fs::is_empty(tree + "/.ssh/deep");
     ASSERT_TRUE(watch.sawOpening()) << "the watch sees nothing";
-    const DeletionReport report = SafeDeletionEngine().deleteItem(
+    const DeletionReport report = newEngine().deleteItem(
         tree, {.preserveCredentials = true, .explicitCredentialPaths = {tree + "/vault"}});
     EXPECT_FALSE(watch.sawOpening());
     EXPECT_THAT(report.preserved, UnorderedElementsAre(tree + "/.ssh", tree + "/vault", key));
@@ -115,7 +117,7 @@ TEST_F(LinuxKernel, AFolderThatCannotBeListedIsAFailureAndStays) {
     EXPECT_TRUE(test::passesInChild([&] {
         ASSERT_TRUE(test::makeSystemCallFail(SYS_getdents64, EIO));
         for (const DeletionOptions& options : {unshielded, shielded}) {
-            const DeletionReport report = SafeDeletionEngine().deleteItem(tree, options);
+            const DeletionReport report = newEngine().deleteItem(tree, options);
             EXPECT_THAT(report.failures, ElementsAre(tree + ": Input/output error"));
             EXPECT_THAT(report.removed, IsEmpty());
         }

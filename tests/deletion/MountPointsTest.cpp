@@ -1,4 +1,5 @@
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "support/ChildProcess.h"
 #include "support/PrivateMounts.h"
@@ -26,6 +27,7 @@ namespace {
 
 using test::bindMount;
 using test::exists;
+using test::newEngine;
 using test::passesWithPrivateMounts;
 using test::shielded;
 using test::TemporaryDirectory;
@@ -90,13 +92,13 @@ TEST_F(MountPoints, AreNeverEnteredNorRemovedAndKeepTheFoldersAbove) {
         bindMount(outside, file);
         limit();
         const std::string tree = folder.path("tree");
-        const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
+        const DeletionReport report = newEngine().deleteItem(tree, shielded);
         EXPECT_THAT(report.failures, UnorderedElementsAre(foreign + ": Device or resource busy",
                                                           own + ": Device or resource busy",
                                                           file + ": Device or resource busy"));
         EXPECT_THAT(report.removed, ElementsAre(gone));
         EXPECT_THAT(
-            SafeDeletionEngine().deleteItem(tree, unshielded).failures,
+            newEngine().deleteItem(tree, unshielded).failures,
             ElementsAre(testing::StartsWith(tree + ": Device or resource busy (at " + tree + "/sub/")));
         EXPECT_TRUE(exists(foreign + "/inside"));
         EXPECT_TRUE(exists(outside));
@@ -109,7 +111,7 @@ TEST_F(MountPoints, AreNotRemovedWhenEmpty) {
         const std::string empty = folder.makeDirectory("tree/empty");
         test::mountMemoryDisk(empty);
         limit();
-        EXPECT_THAT(SafeDeletionEngine().deleteItem(folder.path("tree"), shielded).failures,
+        EXPECT_THAT(newEngine().deleteItem(folder.path("tree"), shielded).failures,
                     ElementsAre(empty + ": Device or resource busy"));
         EXPECT_TRUE(exists(empty));
     });
@@ -122,7 +124,7 @@ TEST_F(MountPoints, AreRefusedAsTheItemItself) {
         bindMount(folder.path("outside"), item);
         limit();
         for (const DeletionOptions& options : {unshielded, shielded}) {
-            const DeletionReport report = SafeDeletionEngine().deleteItem(item, options);
+            const DeletionReport report = newEngine().deleteItem(item, options);
             EXPECT_THAT(report.failures, ElementsAre(item + ": Device or resource busy"));
             EXPECT_THAT(report.removed, IsEmpty());
         }
@@ -136,7 +138,7 @@ TEST_F(MountPoints, MayLieOnTheWayToTheItem) {
         test::mountMemoryDisk(volume);
         folder.makeFile("volume/tree/sub/file");
         limit();
-        EXPECT_THAT(SafeDeletionEngine().deleteItem(volume + "/tree", unshielded).removed,
+        EXPECT_THAT(newEngine().deleteItem(volume + "/tree", unshielded).removed,
                     ElementsAre(volume + "/tree"));
         EXPECT_FALSE(exists(volume + "/tree"));
     });

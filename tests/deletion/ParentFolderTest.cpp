@@ -1,6 +1,7 @@
 #include "deletion/ParentFolder.h"
 
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "support/ChildProcess.h"
 #include "support/PrivateMounts.h"
@@ -17,6 +18,7 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::newEngine;
 using test::passesInChild;
 using test::shielded;
 using test::TemporaryDirectory;
@@ -87,7 +89,7 @@ TEST(ParentFolder, ALinkThatTookAFoldersPlaceAfterTheFirstLookIsRefusedAsSuch) {
     const std::string link = folder.makeLink("link", "elsewhere");
     const BlindToLinks files;
     for (const DeletionOptions& options : {unshielded, shielded}) {
-        EXPECT_THAT(SafeDeletionEngine(files).deleteItem(link + "/item", options).failures,
+        EXPECT_THAT(newEngine({}, files).deleteItem(link + "/item", options).failures,
                     ElementsAre("Refusing to traverse symlink ancestor: " + link));
     }
     EXPECT_TRUE(exists(victim));

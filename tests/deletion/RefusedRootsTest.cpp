@@ -1,4 +1,5 @@
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "deletion/PathAliases.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "support/ChildProcess.h"
@@ -18,6 +19,7 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::newEngine;
 using test::passesInChild;
 using test::passesWithPrivateMounts;
 using test::shielded;
@@ -29,7 +31,7 @@ using testing::IsEmpty;
 
 /// Every removal is refused, so that a refusal that is missing harms nobody but the test.
 SafeDeletionEngine harmlessEngine(bool& asked) {
-    return SafeDeletionEngine(FileSystem::shared(), {}, [&asked](const std::string&) {
+    return newEngine([&asked](const std::string&) {
         asked = true;
         return false;
     });
@@ -44,7 +46,7 @@ void expectRefused(const std::string& path, const std::string& message) {
         EXPECT_THAT(report.preserved, IsEmpty());
         EXPECT_FALSE(asked) << path;
     }
-    EXPECT_EQ(SafeDeletionEngine().deletionRefusal(path), message);
+    EXPECT_EQ(newEngine().deletionRefusal(path), message);
 }
 
 TEST(RefusedRoots, TheRootInEverySpelling) {
@@ -131,7 +133,7 @@ TEST(RefusedRoots, TheHomeFolderUnderAnotherName) {
 TEST(RefusedRoots, WhatLiesInTheHomeFolderIsNotRefused) {
     const TemporaryHome home;
     const std::string file = home.makeFile("Library/file");
-    EXPECT_THAT(SafeDeletionEngine().deleteItem(file, unshielded).removed, ElementsAre(file));
+    EXPECT_THAT(newEngine().deleteItem(file, unshielded).removed, ElementsAre(file));
     EXPECT_FALSE(exists(file));
 }
 
@@ -161,13 +163,13 @@ TEST_F(AliasedMachine, BothFormsReachTheSameItemAndEachIsReportedAsGiven) {
         enter(folder_);
         const DeletionOptions options{.preserveCredentials = true,
                                       .explicitCredentialPaths = {"/private/tmp/one/data"}};
-        const DeletionReport report = SafeDeletionEngine().deleteItem("/tmp/one", options);
+        const DeletionReport report = newEngine().deleteItem("/tmp/one", options);
         EXPECT_THAT(report.removed, ElementsAre("/tmp/one/sub/file", "/tmp/one/sub"));
         EXPECT_THAT(report.preserved, ElementsAre("/tmp/one/data"));
-        EXPECT_THAT(SafeDeletionEngine().deleteItem("/private/tmp/two", unshielded).removed,
+        EXPECT_THAT(newEngine().deleteItem("/private/tmp/two", unshielded).removed,
                     ElementsAre("/private/tmp/two"));
         EXPECT_FALSE(exists("/private/tmp/two"));
-        EXPECT_EQ(SafeDeletionEngine().deleteItem("/tmp/missing", shielded), DeletionReport{});
+        EXPECT_EQ(newEngine().deleteItem("/tmp/missing", shielded), DeletionReport{});
     }));
 }
 
@@ -177,7 +179,7 @@ TEST_F(AliasedMachine, AnAliasThatLeadsElsewhereIsRefused) {
     folder_.makeDirectory("private/tmp/tree");
     EXPECT_TRUE(passesInChild([&] {
         enter(folder_);
-        EXPECT_THAT(SafeDeletionEngine().deleteItem("/tmp/tree", shielded).failures,
+        EXPECT_THAT(newEngine().deleteItem("/tmp/tree", shielded).failures,
                     ElementsAre("Refusing to traverse symlink ancestor: /tmp"));
     }));
     EXPECT_TRUE(exists(file));
@@ -190,7 +192,7 @@ TEST_F(AliasedMachine, ALinkBehindAnAliasIsRefused) {
     const std::string file = folder_.makeFile("elsewhere/file");
     EXPECT_TRUE(passesInChild([&] {
         enter(folder_);
-        EXPECT_THAT(SafeDeletionEngine().deleteItem("/tmp/link/file", shielded).failures,
+        EXPECT_THAT(newEngine().deleteItem("/tmp/link/file", shielded).failures,
                     ElementsAre("Refusing to traverse symlink ancestor: /tmp/link"));
     }));
     EXPECT_TRUE(exists(file));
@@ -201,8 +203,7 @@ TEST_F(AliasedMachine, WhereItIsAFolderItIsReachedAsAFolder) {
     folder_.makeFile("private/tmp/tree/file");
     EXPECT_TRUE(passesInChild([&] {
         enter(folder_);
-        EXPECT_THAT(SafeDeletionEngine().deleteItem("/tmp/tree", unshielded).removed,
-                    ElementsAre("/tmp/tree"));
+        EXPECT_THAT(newEngine().deleteItem("/tmp/tree", unshielded).removed, ElementsAre("/tmp/tree"));
     }));
     EXPECT_FALSE(exists(folder_.path("tmp/tree")));
     EXPECT_TRUE(exists(folder_.path("private/tmp/tree/file")));

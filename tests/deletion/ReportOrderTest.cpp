@@ -1,4 +1,5 @@
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "deletion/DeletionWalk.h"
 #include "deletion/ParentFolder.h"
 #include "deletion/SafeDeletionEngine.h"
@@ -19,6 +20,7 @@ namespace {
 
 using test::exists;
 using test::keepingAll;
+using test::newEngine;
 using test::TemporaryDirectory;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -71,8 +73,8 @@ protected:
 
     [[nodiscard]] DeletionReport reportOf(const DeletionOptions& options, std::size_t threads) const {
         makeTree();
-        const SafeDeletionEngine engine(FileSystem::shared(), {}, {},
-                                        {.threads = threads, .afterEntries = 0});
+        const SafeDeletionEngine engine =
+            newEngine(DeletionConcurrency{.threads = threads, .afterEntries = 0});
         DeletionReport report = engine.deleteItem(folder_.path("tree"), options);
         clearTree();
         return report;

@@ -1,6 +1,7 @@
 #include "deletion/SafeDeletionEngine.h"
 
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "deletion/PathAliases.h"
 #include "platform/Paths.h"
 #include "support/TemporaryDirectory.h"
@@ -19,6 +20,7 @@ namespace {
 
 using test::exists;
 using test::keepingAll;
+using test::newEngine;
 using test::shielded;
 using test::TemporaryDirectory;
 using test::unshielded;
@@ -43,15 +45,15 @@ private:
 TEST(SafeDeletionEngine, AMissingPathIsNoError) {
     const TemporaryDirectory folder;
     for (const DeletionOptions& options : {unshielded, shielded}) {
-        const DeletionReport report = SafeDeletionEngine().deleteItem(folder.path("missing"), options);
+        const DeletionReport report = newEngine().deleteItem(folder.path("missing"), options);
         EXPECT_EQ(report, DeletionReport{});
         EXPECT_TRUE(report.succeeded());
         EXPECT_FALSE(report.changedAnything());
-        EXPECT_EQ(SafeDeletionEngine().deleteItem(folder.path("missing/below"), options), DeletionReport{});
+        EXPECT_EQ(newEngine().deleteItem(folder.path("missing/below"), options), DeletionReport{});
     }
     const std::string file = folder.makeFile("file");
-    EXPECT_EQ(SafeDeletionEngine().deleteItem(file + "/below", unshielded), DeletionReport{});
-    EXPECT_EQ(SafeDeletionEngine().deleteItem(std::string(file) + '\0' + "x", unshielded), DeletionReport{});
+    EXPECT_EQ(newEngine().deleteItem(file + "/below", unshielded), DeletionReport{});
+    EXPECT_EQ(newEngine().deleteItem(std::string(file) + '\0' + "x", unshielded), DeletionReport{});
     EXPECT_TRUE(exists(file));
 }
 
@@ -61,7 +63,7 @@ TEST(SafeDeletionEngine, WithoutTheShieldATreeGoesWholeCredentialsIncluded) {
     folder.makeFile("tree/a/b/auth.json", "secret");
     folder.makeLink("tree/a/link", "/nowhere");
     const std::string tree = folder.path("tree");
-    const DeletionReport report = SafeDeletionEngine().deleteItem(tree, unshielded);
+    const DeletionReport report = newEngine().deleteItem(tree, unshielded);
     EXPECT_THAT(report.removed, ElementsAre(tree));
     EXPECT_THAT(report.preserved, IsEmpty());
     EXPECT_THAT(report.failures, IsEmpty());
@@ -72,7 +74,7 @@ TEST(SafeDeletionEngine, WithTheShieldACredentialStaysWithTheFoldersAboveIt) {
     const TemporaryDirectory folder;
     const std::string credential = folder.makeFile("tree/auth.json", "secret");
     const std::string cache = folder.makeFile("tree/cache.bin");
-    const DeletionReport report = SafeDeletionEngine().deleteItem(folder.path("tree"), shielded);
+    const DeletionReport report = newEngine().deleteItem(folder.path("tree"), shielded);
     EXPECT_THAT(report.removed, ElementsAre(cache));
     EXPECT_THAT(report.preserved, ElementsAre(credential));
     EXPECT_THAT(report.failures, IsEmpty());
@@ -84,7 +86,7 @@ TEST(SafeDeletionEngine, WithTheShieldRemovalsAreListedContentsFirst) {
     const TemporaryDirectory folder;
     folder.makeFile("tree/a/b/file");
     const std::string tree = folder.path("tree");
-    const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
+    const DeletionReport report = newEngine().deleteItem(tree, shielded);
     EXPECT_THAT(report.removed, ElementsAre(tree + "/a/b/file", tree + "/a/b", tree + "/a", tree));
     EXPECT_FALSE(exists(tree));
 }
@@ -95,7 +97,7 @@ TEST(SafeDeletionEngine, KeepingUncertainDataOnlyEmptyFoldersGo) {
     const std::string link = folder.makeLink("tree/data/link", "file");
     const std::string empty = folder.makeDirectory("tree/data/empty/emptier");
     const std::string tree = folder.path("tree");
-    const DeletionReport report = SafeDeletionEngine().deleteItem(tree, keepingAll);
+    const DeletionReport report = newEngine().deleteItem(tree, keepingAll);
     EXPECT_THAT(report.removed, ElementsAre(empty, tree + "/data/empty"));
     EXPECT_THAT(report.preserved, UnorderedElementsAre(file, link));
     EXPECT_TRUE(exists(file));
@@ -106,7 +108,7 @@ TEST(SafeDeletionEngine, ASensitiveFolderIsKeptWhole) {
     const TemporaryDirectory folder;
     const std::string inside = folder.makeFile("tree/.ssh/deep/config");
     const std::string tree = folder.path("tree");
-    const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
+    const DeletionReport report = newEngine().deleteItem(tree, shielded);
     EXPECT_THAT(report.preserved, ElementsAre(tree + "/.ssh"));
     EXPECT_THAT(report.removed, IsEmpty());
     EXPECT_TRUE(exists(inside));
@@ -116,8 +118,8 @@ TEST(SafeDeletionEngine, AProtectedItemItselfIsKept) {
     const TemporaryDirectory folder;
     const std::string key = folder.makeFile("id.key");
     const std::string below = folder.makeFile(".ssh/known_hosts");
-    EXPECT_THAT(SafeDeletionEngine().deleteItem(key, shielded).preserved, ElementsAre(key));
-    EXPECT_THAT(SafeDeletionEngine().deleteItem(below, shielded).preserved, ElementsAre(below));
+    EXPECT_THAT(newEngine().deleteItem(key, shielded).preserved, ElementsAre(key));
+    EXPECT_THAT(newEngine().deleteItem(below, shielded).preserved, ElementsAre(below));
     EXPECT_TRUE(exists(key));
     EXPECT_TRUE(exists(below));
 }
@@ -132,7 +134,7 @@ TEST(SafeDeletionEngine, ExplicitCredentialsAreKeptWithEverythingInside) {
     DeletionOptions options = shielded;
     options.explicitCredentialPaths = {tree + "/deep/../deep//config.toml", tree + "/vault/", "",
                                        "tree/deep"};
-    const DeletionReport report = SafeDeletionEngine().deleteItem(tree, options);
+    const DeletionReport report = newEngine().deleteItem(tree, options);
     EXPECT_THAT(report.preserved, UnorderedElementsAre(file, tree + "/vault"));
     EXPECT_THAT(report.removed, UnorderedElementsAre(tree + "/vault2", tree + "/deep/config.tom"));
     EXPECT_TRUE(exists(file));
@@ -144,7 +146,7 @@ TEST(SafeDeletionEngine, AnItemBelowAnExplicitCredentialIsKept) {
     const std::string file = folder.makeFile("vault/a/b");
     DeletionOptions options = shielded;
     options.explicitCredentialPaths = {folder.path("vault")};
-    EXPECT_THAT(SafeDeletionEngine().deleteItem(file, options).preserved, ElementsAre(file));
+    EXPECT_THAT(newEngine().deleteItem(file, options).preserved, ElementsAre(file));
     EXPECT_TRUE(exists(file));
 }
 
@@ -155,7 +157,7 @@ TEST(SafeDeletionEngine, ALinkIsRemovedAndNeverItsTarget) {
         for (const DeletionOptions& options : {unshielded, shielded}) {
             folder.makeLink("link", folder.path("target"));
             const std::string path = folder.path(given);
-            const DeletionReport report = SafeDeletionEngine().deleteItem(path, options);
+            const DeletionReport report = newEngine().deleteItem(path, options);
             EXPECT_THAT(report.removed, ElementsAre(path));
             EXPECT_FALSE(exists(folder.path("link")));
             EXPECT_TRUE(exists(target));
@@ -166,7 +168,7 @@ TEST(SafeDeletionEngine, ALinkIsRemovedAndNeverItsTarget) {
 TEST(SafeDeletionEngine, ADanglingLinkIsRemoved) {
     const TemporaryDirectory folder;
     const std::string link = folder.makeLink("link", "nowhere");
-    EXPECT_THAT(SafeDeletionEngine().deleteItem(link, shielded).removed, ElementsAre(link));
+    EXPECT_THAT(newEngine().deleteItem(link, shielded).removed, ElementsAre(link));
     EXPECT_FALSE(exists(link));
 }
 
@@ -177,19 +179,19 @@ TEST(SafeDeletionEngine, APathThroughALinkIsRefused) {
     const std::string message = "Refusing to traverse symlink ancestor: " + link;
     for (const DeletionOptions& options : {unshielded, shielded}) {
         for (const char* below : {"/sub", "/sub/file", "/missing"}) {
-            const DeletionReport report = SafeDeletionEngine().deleteItem(link + below, options);
+            const DeletionReport report = newEngine().deleteItem(link + below, options);
             EXPECT_THAT(report.failures, ElementsAre(message));
             EXPECT_THAT(report.removed, IsEmpty());
         }
     }
-    EXPECT_EQ(SafeDeletionEngine().deletionRefusal(link + "/sub"), message);
-    EXPECT_EQ(SafeDeletionEngine().deletionRefusal(link), std::nullopt);
+    EXPECT_EQ(newEngine().deletionRefusal(link + "/sub"), message);
+    EXPECT_EQ(newEngine().deletionRefusal(link), std::nullopt);
     EXPECT_TRUE(exists(file));
 }
 
 TEST(SafeDeletionEngine, OnlyTheSystemsOwnAliasLinksMayLeadToAnItem) {
     const PlayedLinks links({{"/tmp", "private/tmp"}, {"/var", "/private/var"}, {"/etc", "/home/evil"}});
-    const SafeDeletionEngine engine(links);
+    const SafeDeletionEngine engine = newEngine({}, links);
     EXPECT_EQ(engine.deletionRefusal("/tmp/a/b"), std::nullopt);
     EXPECT_EQ(engine.deletionRefusal("/var/folders/x"), std::nullopt);
     EXPECT_EQ(engine.deletionRefusal("/etc/x"), "Refusing to traverse symlink ancestor: /etc");
@@ -204,7 +206,7 @@ TEST(SafeDeletionEngine, AliasedCredentialPathsMatchInEitherForm) {
     if (options.explicitCredentialPaths.front() == kept) {
         GTEST_SKIP() << "needs its temporary folder below /tmp or /var";
     }
-    const DeletionReport report = SafeDeletionEngine().deleteItem(folder.path("tree"), options);
+    const DeletionReport report = newEngine().deleteItem(folder.path("tree"), options);
     EXPECT_THAT(report.preserved, ElementsAre(kept));
     EXPECT_TRUE(exists(kept));
 }
@@ -213,7 +215,7 @@ TEST(SafeDeletionEngine, ReportsUseTheCallersFormOfThePath) {
     const TemporaryDirectory folder;
     folder.makeFile("tree/sub/file");
     const std::string given = folder.path() + "//x/.././tree/";
-    const DeletionReport report = SafeDeletionEngine().deleteItem(given, shielded);
+    const DeletionReport report = newEngine().deleteItem(given, shielded);
     const std::string prefix = folder.path() + "//x/.././tree";
     EXPECT_THAT(report.removed, ElementsAre(prefix + "/sub/file", prefix + "/sub", given));
     EXPECT_FALSE(exists(folder.path("tree")));
@@ -226,7 +228,7 @@ TEST(SafeDeletionEngine, AnItemThatThePredicateRefusesIsLeftWithoutAWord) {
         const std::string gone = folder.makeFile("tree/a/gone/file");
         const std::string tree = folder.path("tree");
         std::set<std::string> asked;
-        const SafeDeletionEngine engine(FileSystem::shared(), {}, [&](const std::string& path) {
+        const SafeDeletionEngine engine = newEngine([&](const std::string& path) {
             asked.insert(path);
             return path != tree + "/a/kept";
         });
@@ -250,11 +252,10 @@ TEST(SafeDeletionEngine, ThePredicateIsAskedByTheCallersThreadAlone) {
         folder.makeFile("tree/" + std::to_string(i) + "/sub/file");
     }
     std::atomic<int> askedByOthers = 0;
-    const SafeDeletionEngine engine(FileSystem::shared(), {},
-                                    [&, caller = std::this_thread::get_id()](const std::string&) {
-                                        askedByOthers += std::this_thread::get_id() == caller ? 0 : 1;
-                                        return true;
-                                    });
+    const SafeDeletionEngine engine = newEngine([&, caller = std::this_thread::get_id()](const std::string&) {
+        askedByOthers += std::this_thread::get_id() == caller ? 0 : 1;
+        return true;
+    });
     EXPECT_TRUE(engine.deleteItem(folder.path("tree"), shielded).succeeded());
     EXPECT_EQ(askedByOthers, 0);
 }
@@ -262,7 +263,7 @@ TEST(SafeDeletionEngine, ThePredicateIsAskedByTheCallersThreadAlone) {
 TEST(SafeDeletionEngine, ThePredicateIsAskedAboutTheItemItself) {
     const TemporaryDirectory folder;
     const std::string file = folder.makeFile("file");
-    const SafeDeletionEngine engine(FileSystem::shared(), {}, [](const std::string&) { return false; });
+    const SafeDeletionEngine engine = newEngine([](const std::string&) { return false; });
     EXPECT_EQ(engine.deleteItem(file, unshielded), DeletionReport{});
     EXPECT_EQ(engine.deleteItem(file, shielded), DeletionReport{});
     EXPECT_TRUE(exists(file));

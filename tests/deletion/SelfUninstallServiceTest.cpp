@@ -1,6 +1,7 @@
 #include "deletion/SelfUninstallService.h"
 
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "platform/Paths.h"
 #include "support/ChildProcess.h"
 #include "support/OrdinaryUser.h"
@@ -21,6 +22,7 @@ namespace zentrill {
 namespace {
 
 using test::exists;
+using test::newEngine;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -76,8 +78,7 @@ protected:
     [[nodiscard]] SelfUninstallService service(SafeDeletionEngine::DeletionPredicate mayRemove = {}) const {
         return SelfUninstallService(identifier, std::vector{folder.path("Applications")},
                                     FileSystem::shared(),
-                                    std::make_shared<SafeDeletionEngine>(
-                                        FileSystem::shared(), CredentialMatcher(), std::move(mayRemove)));
+                                    std::make_shared<SafeDeletionEngine>(newEngine(std::move(mayRemove))));
     }
 
     [[nodiscard]] SelfUninstallResult uninstall(const std::string& bundle) const {

@@ -1,4 +1,5 @@
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "support/ChildProcess.h"
 #include "support/FileFlags.h"
@@ -26,6 +27,7 @@ namespace {
 
 using test::exists;
 using test::FileFlag;
+using test::newEngine;
 using test::setFileFlag;
 using test::shielded;
 using test::unshielded;
@@ -55,7 +57,7 @@ TEST_F(StubbornItems, AnUnreadableFullFolderIsOneFailureAndSiblingsGo) {
     giveToOrdinaryUser(folder_.path());
     fs::permissions(tree + "/sealed", fs::perms::none);
     EXPECT_TRUE(passesAsOrdinaryUser([&] {
-        const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
+        const DeletionReport report = newEngine().deleteItem(tree, shielded);
         EXPECT_THAT(report.failures, ElementsAre(tree + "/sealed: Permission denied"));
         EXPECT_THAT(report.removed, ElementsAre(sibling));
     }));
@@ -63,7 +65,7 @@ TEST_F(StubbornItems, AnUnreadableFullFolderIsOneFailureAndSiblingsGo) {
     folder_.makeFile("tree/sibling");
     giveToOrdinaryUser(folder_.path());
     EXPECT_TRUE(passesAsOrdinaryUser([&] {
-        const DeletionReport report = SafeDeletionEngine().deleteItem(tree, unshielded);
+        const DeletionReport report = newEngine().deleteItem(tree, unshielded);
         EXPECT_THAT(report.failures, ElementsAre(tree + ": Permission denied (at " + tree + "/sealed)"));
         EXPECT_THAT(report.removed, IsEmpty());
     }));
@@ -78,7 +80,7 @@ TEST_F(StubbornItems, AFolderThatMayBeSearchedButNotReadLeadsToItsItem) {
     giveToOrdinaryUser(folder_.path());
     fs::permissions(folder_.path("upper"), fs::perms::owner_write | fs::perms::owner_exec);
     EXPECT_TRUE(passesAsOrdinaryUser(
-        [&] { EXPECT_THAT(SafeDeletionEngine().deleteItem(file, unshielded).removed, ElementsAre(file)); }));
+        [&] { EXPECT_THAT(newEngine().deleteItem(file, unshielded).removed, ElementsAre(file)); }));
     EXPECT_FALSE(exists(file));
 }
 
@@ -89,7 +91,7 @@ TEST_F(StubbornItems, AReadOnlyFolderKeepsItsEntriesAndEachIsAFailure) {
     giveToOrdinaryUser(folder_.path());
     fs::permissions(folder_.path("tree/locked"), fs::perms::owner_read | fs::perms::owner_exec);
     EXPECT_TRUE(passesAsOrdinaryUser([&] {
-        const DeletionReport report = SafeDeletionEngine().deleteItem(folder_.path("tree"), shielded);
+        const DeletionReport report = newEngine().deleteItem(folder_.path("tree"), shielded);
         EXPECT_THAT(report.failures,
                     UnorderedElementsAre(one + ": Permission denied", two + ": Permission denied"));
         EXPECT_THAT(report.preserved, ElementsAre(key));
@@ -108,7 +110,7 @@ TEST_F(StubbornItems, AStickyFolderKeepsWhatBelongsToOthers) {
     ASSERT_EQ(::chown(folder_.path("tree").c_str(), 0, 0), 0);
     ASSERT_EQ(::chmod(folder_.path("tree").c_str(), 01777), 0);
     EXPECT_TRUE(passesAsOrdinaryUser([&] {
-        const DeletionReport report = SafeDeletionEngine().deleteItem(folder_.path("tree"), shielded);
+        const DeletionReport report = newEngine().deleteItem(folder_.path("tree"), shielded);
         EXPECT_THAT(report.failures, ElementsAre(foreign + ": Operation not permitted"));
         EXPECT_THAT(report.removed, ElementsAre(own));
     }));
@@ -122,8 +124,8 @@ TEST_F(StubbornItems, AnImmutableFileIsAFailure) {
     if (!setFileFlag(file, FileFlag::immutable)) {
         GTEST_SKIP() << "needs an immutable file: " << std::strerror(errno);
     }
-    const DeletionReport report = SafeDeletionEngine().deleteItem(folder_.path("tree"), shielded);
-    const DeletionReport whole = SafeDeletionEngine().deleteItem(folder_.path("tree"), unshielded);
+    const DeletionReport report = newEngine().deleteItem(folder_.path("tree"), shielded);
+    const DeletionReport whole = newEngine().deleteItem(folder_.path("tree"), unshielded);
     const bool stands = exists(file);
     ASSERT_TRUE(setFileFlag(file, FileFlag::none));
     EXPECT_TRUE(stands);
@@ -142,9 +144,9 @@ TEST_F(StubbornItems, AReadOnlyMountKeepsEverything) {
         test::mountMemoryDisk(volume);
         const std::string file = folder_.makeFile("volume/tree/file");
         test::remountReadOnly(volume);
-        const DeletionReport report = SafeDeletionEngine().deleteItem(volume + "/tree", shielded);
+        const DeletionReport report = newEngine().deleteItem(volume + "/tree", shielded);
         EXPECT_THAT(report.failures, ElementsAre(file + ": Read-only file system"));
-        EXPECT_THAT(SafeDeletionEngine().deleteItem(volume + "/tree", unshielded).failures,
+        EXPECT_THAT(newEngine().deleteItem(volume + "/tree", unshielded).failures,
                     ElementsAre(volume + "/tree: Read-only file system (at " + file + ")"));
         EXPECT_TRUE(exists(file));
     }));
@@ -159,7 +161,7 @@ TEST_F(StubbornItems, AFileWithOtherNamesLosesOneNameAndNothingElse) {
         struct stat before{};
         ASSERT_EQ(::lstat(outside.c_str(), &before), 0);
         const auto modified = fs::last_write_time(outside);
-        EXPECT_TRUE(SafeDeletionEngine().deleteItem(folder_.path("tree"), options).succeeded());
+        EXPECT_TRUE(newEngine().deleteItem(folder_.path("tree"), options).succeeded());
         struct stat after{};
         ASSERT_EQ(::lstat(outside.c_str(), &after), 0);
         EXPECT_EQ(after.st_nlink, before.st_nlink - 1);
@@ -194,10 +196,10 @@ TEST_F(StubbornItems, EntriesWithoutATypeAreLookedUp) {
         const std::string link = folder_.makeLink("volume/tree/sub/link", "../../victim");
         const std::string key = folder_.makeFile("volume/tree/sub/id.key");
         const std::string tree = folder_.path("volume/tree");
-        const DeletionReport report = SafeDeletionEngine().deleteItem(tree, shielded);
+        const DeletionReport report = newEngine().deleteItem(tree, shielded);
         EXPECT_THAT(report.removed, UnorderedElementsAre(file, link));
         EXPECT_THAT(report.preserved, ElementsAre(key));
-        EXPECT_THAT(SafeDeletionEngine().deleteItem(tree, unshielded).removed, ElementsAre(tree));
+        EXPECT_THAT(newEngine().deleteItem(tree, unshielded).removed, ElementsAre(tree));
         EXPECT_FALSE(exists(tree));
         EXPECT_TRUE(exists(victim));
     }));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DeletionForm.h"
 #include "catalog/ApplicationDetectionRegistry.h"
 #include "deletion/ApplicationUninstallService.h"
 #include "platform/Paths.h"
@@ -45,10 +46,9 @@ protected:
 
     /// Over the real file system, with no process of any name running.
     static ApplicationUninstallService quietService(SafeDeletionEngine::DeletionPredicate mayRemove = {}) {
-        return ApplicationUninstallService(std::make_shared<SafeDeletionEngine>(FileSystem::shared(),
-                                                                                CredentialMatcher(),
-                                                                                std::move(mayRemove)),
-                                           InstallationDetector(), nothingRuns);
+        return ApplicationUninstallService(
+            std::make_shared<SafeDeletionEngine>(newEngine(std::move(mayRemove))), InstallationDetector(),
+            nothingRuns);
     }
 
     TemporaryHome home;

@@ -1,4 +1,5 @@
 #include "DeletionCases.h"
+#include "DeletionForm.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryDirectory.h"
@@ -17,6 +18,7 @@ namespace {
 
 using test::exists;
 using test::keepingAll;
+using test::newEngine;
 using test::shielded;
 using test::unshielded;
 using testing::ElementsAre;
@@ -54,7 +56,7 @@ protected:
     }
 
     test::TemporaryDirectory folder_;
-    SafeDeletionEngine engine_;
+    SafeDeletionEngine engine_ = newEngine();
 };
 
 TEST_F(UnreadableFolders, WithTheShieldAnEmptyOneIsAFailureAndStays) {

@@ -1,5 +1,6 @@
 #include "truth/TrialDeletion.h"
 
+#include "DeletionForm.h"
 #include "truth/RandomTree.h"
 
 #include <algorithm>
@@ -77,7 +78,7 @@ SafeDeletionEngine TrialDeletion::engine(const DeletionConcurrency& concurrency)
     if (!refused_.empty()) { // With a predicate nothing is spread over threads.
         mayRemove = [this](const std::string& path) { return !refused_.contains(asOnDisk(path)); };
     }
-    return SafeDeletionEngine(FileSystem::shared(), {}, mayRemove, concurrency);
+    return newEngine(concurrency, mayRemove);
 }
 
 void TrialDeletion::run(const DeletionConcurrency& concurrency) {
