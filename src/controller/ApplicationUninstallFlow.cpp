@@ -122,7 +122,8 @@ ResultAlert uninstallApps(const OperationContext& context, const std::vector<App
     return {.title = notice.title,
             .message = notice.message,
             .outcome = applicationOutcome(tally.failures, tally.remainingData),
-            .retainedPathCount = tally.remainingPathCount()};
+            .retainedPathCount = tally.remainingPathCount(),
+            .retainedPaths = notice.remainingPaths};
 }
 
 } // namespace zentrill

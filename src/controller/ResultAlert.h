@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace zentrill {
 
@@ -15,6 +16,9 @@ struct ResultAlert {
     ResultOutcome outcome = ResultOutcome::unknown;
     /// Number of paths deliberately left in place.
     std::int64_t retainedPathCount = 0;
+    /// Those of them that `message` lists below its heading, each on a line of its own behind a name and ":
+    /// ".
+    std::vector<std::string> retainedPaths = {};
 
     bool operator==(const ResultAlert&) const = default;
 };

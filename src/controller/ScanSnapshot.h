@@ -13,11 +13,15 @@ namespace zentrill {
 /// By `AppInfo::name`: the paths that are there of what is not installed any more.
 using RemainingPaths = std::map<std::string, std::vector<std::string>>;
 
+/// By `AppInfo::name`: the first of a tool's executables and bundles that is there.
+using InstalledPaths = std::map<std::string, std::string>;
+
 /// Everything that one scan found.
 struct ScanSnapshot {
     /// The list that the scan was given, with `isDetected` and `hasResidualData` as they are now.
     std::vector<AppInfo> apps;
     RemainingPaths remainingPaths;
+    InstalledPaths installedPaths;
     /// Ollama's, then HuggingFace's, then LM Studio's.
     std::vector<LocalModel> models;
     DockerAvailability docker;

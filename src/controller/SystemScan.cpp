@@ -18,6 +18,12 @@ namespace zentrill {
 
 namespace {
 
+/// Rules name their paths unexpanded.
+std::vector<std::string> expanded(std::vector<std::string> paths, const PathExpander& expand) {
+    std::ranges::transform(paths, paths.begin(), expand);
+    return paths;
+}
+
 void scanApplications(const OperationContext& context, ScanSnapshot& snapshot) {
     const InstallationDetector detector;
     const PathExpander expand = homePathExpander();
@@ -30,12 +36,16 @@ void scanApplications(const OperationContext& context, ScanSnapshot& snapshot) {
         if (presence == InstallationPresence::installed) {
             context.log("Found software: " + app.displayName + " (" + std::string(rawValue(app.category)) +
                         ")");
+            const std::vector<std::string> paths = expanded(rule.installedPaths, expand);
+            const auto found = std::ranges::find_if(paths, detector.installedPathExists);
+            if (found != paths.end()) {
+                snapshot.installedPaths.emplace(app.name, *found);
+            }
         } else if (presence == InstallationPresence::residualData) {
             context.log("Found remaining configuration/data for " + app.displayName +
                         "; no installation executable was detected.");
-            std::vector<std::string> paths = rule.scanResidualDataPaths();
-            std::ranges::transform(paths, paths.begin(), expand);
-            snapshot.remainingPaths.emplace(app.name, detector.existingPaths(std::move(paths)));
+            snapshot.remainingPaths.emplace(
+                app.name, detector.existingPaths(expanded(rule.scanResidualDataPaths(), expand)));
         }
     }
 }

@@ -61,6 +61,15 @@ std::vector<std::string> UninstallerViewModel::remainingPaths(const std::string&
     return found == remainingPaths_.end() ? std::vector<std::string>() : found->second;
 }
 
+std::string UninstallerViewModel::pathOf(const std::string& name) const {
+    if (const auto installed = installedPaths_.find(name); installed != installedPaths_.end()) {
+        return installed->second;
+    }
+    const auto remaining = remainingPaths_.find(name);
+    return remaining == remainingPaths_.end() || remaining->second.empty() ? std::string()
+                                                                           : remaining->second.front();
+}
+
 void UninstallerViewModel::setPreserveCredentials(bool preserve) {
     requireMainThread("setPreserveCredentials must be called on the main thread");
     assign(preserveCredentials_, preserve, &UninstallerViewModel::preserveCredentialsChanged);
@@ -174,6 +183,7 @@ void UninstallerViewModel::publishScan(ScanSnapshot snapshot, const std::optiona
         app.isSelected = app.isDetected && selection[app.name];
     }
     remainingPaths_ = std::move(snapshot.remainingPaths);
+    installedPaths_ = std::move(snapshot.installedPaths);
     assign(apps_, std::move(snapshot.apps), &UninstallerViewModel::appsChanged);
     assign(localModels_, std::move(snapshot.models), &UninstallerViewModel::localModelsChanged);
     publishDocker(std::move(snapshot.docker));
@@ -209,6 +219,8 @@ void UninstallerViewModel::publishDocker(DockerAvailability availability) {
 }
 
 void UninstallerViewModel::showResult(const ResultAlert& alert) {
+    // Before the message, whose lines are about them.
+    resultRetainedPaths_ = alert.retainedPaths;
     assign(resultAlertTitle_, displayed(alert.title), &UninstallerViewModel::resultAlertTitleChanged);
     assign(resultAlertMessage_, displayed(alert.message), &UninstallerViewModel::resultAlertMessageChanged);
     assign(resultAlertOutcome_, alert.outcome, &UninstallerViewModel::resultAlertOutcomeChanged);

@@ -133,6 +133,13 @@ public:
     /// absolute paths; empty for any other.
     [[nodiscard]] std::vector<std::string> remainingPaths(const std::string& name) const;
 
+    /// Where the application of that `AppInfo::name` is, as an absolute path: the first executable or bundle
+    /// that the last scan found or, where none is left, the first of `remainingPaths`. Empty for any other.
+    [[nodiscard]] std::string pathOf(const std::string& name) const;
+
+    /// The paths that the shown result says were left in place, in its order.
+    [[nodiscard]] const std::vector<std::string>& resultRetainedPaths() const { return resultRetainedPaths_; }
+
     void setPreserveCredentials(bool preserve);
 
     /// Selects or deselects the application of that `AppInfo::name`; an unknown name changes nothing.
@@ -229,6 +236,7 @@ private:
 
     std::vector<AppInfo> apps_;
     RemainingPaths remainingPaths_;
+    InstalledPaths installedPaths_;
     std::vector<LocalModel> localModels_;
     std::vector<DockerContainer> containers_;
     std::vector<DockerImage> dockerImages_;
@@ -242,6 +250,7 @@ private:
     QString resultAlertMessage_;
     ResultOutcome resultAlertOutcome_ = ResultOutcome::unknown;
     qint64 resultAlertRetainedPathCount_ = 0;
+    std::vector<std::string> resultRetainedPaths_;
     bool isDockerInstalled_ = false;
     bool dockerDaemonRunning_ = false;
     QString dockerStatusMessage_;

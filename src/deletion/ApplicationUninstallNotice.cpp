@@ -24,6 +24,7 @@ ApplicationUninstallNotice::ApplicationUninstallNotice(
         std::ranges::sort(paths);
         for (const std::string& path : paths) {
             message.append("\n").append(name).append(": ").append(path);
+            remainingPaths.push_back(path);
         }
     }
     if (!failures.empty()) {

@@ -126,6 +126,7 @@ TEST_F(ApplicationUninstallFlowTest, keepsAndReportsWhatTheShieldProtects) {
               QStringLiteral("Uninstallation Completed with Data Remaining"));
     EXPECT_EQ(controller_->resultAlertOutcome(), ResultOutcome::dataRemaining);
     EXPECT_EQ(controller_->resultAlertRetainedPathCount(), 2);
+    EXPECT_THAT(controller_->resultRetainedPaths(), ElementsAre(home_.path(support), home_.path(caches)));
     EXPECT_EQ(controller_->resultAlertMessage().toStdString(),
               "Removed 0 filesystem items for 1 application(s).\n"
               "Remaining selected-app data (not deleted; review before removing manually):\n"
