@@ -18,7 +18,7 @@ struct ResultAlert {
     std::int64_t retainedPathCount = 0;
     /// Those of them that `message` lists below its heading, each on a line of its own behind a name and ":
     /// ".
-    std::vector<std::string> retainedPaths = {};
+    std::vector<std::string> retainedPaths;
 
     bool operator==(const ResultAlert&) const = default;
 };

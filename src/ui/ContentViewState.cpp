@@ -55,6 +55,7 @@ ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* pa
       progress_(controller),
       result_(controller),
       review_(controller),
+      paths_(controller),
       applications_(makeApplicationListModel()),
       models_(makeLocalModelListModel()),
       dockerRows_(makeDockerListModel()),

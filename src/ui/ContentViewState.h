@@ -4,6 +4,7 @@
 #include "ui/ConfirmationState.h"
 #include "ui/InputGuard.h"
 #include "ui/ListStripState.h"
+#include "ui/PathActions.h"
 #include "ui/ProgressState.h"
 #include "ui/ResultState.h"
 #include "ui/ReviewState.h"
@@ -15,6 +16,7 @@
 #include "ui/models/LogListModel.h"
 #include "ui/models/RowModels.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
@@ -50,6 +52,7 @@ class ContentViewState : public QObject {
     Q_PROPERTY(zentrill::ReviewState* review READ review CONSTANT FINAL)
     Q_PROPERTY(zentrill::RowNotes* rowNotes READ rowNotes CONSTANT FINAL)
     Q_PROPERTY(zentrill::SelectionSizeState* selectionSize READ selectionSize CONSTANT FINAL)
+    Q_PROPERTY(zentrill::PathActions* paths READ paths CONSTANT FINAL)
     Q_PROPERTY(zentrill::InputGuard* input READ input CONSTANT FINAL)
     Q_PROPERTY(bool modalShown READ modalShown NOTIFY modalChanged FINAL)
     Q_PROPERTY(bool resultShown READ resultShown NOTIFY modalChanged FINAL)
@@ -114,6 +117,8 @@ public:
     [[nodiscard]] RowNotes* rowNotes() { return &rowNotes_; }
 
     [[nodiscard]] SelectionSizeState* selectionSize() { return &selectionSize_; }
+
+    [[nodiscard]] PathActions* paths() { return &paths_; }
 
     [[nodiscard]] InputGuard* input() { return &input_; }
 
@@ -188,6 +193,18 @@ public:
     /// Whether there is something to review in that row now.
     Q_INVOKABLE [[nodiscard]] bool canReviewApplication(int row) const;
 
+    /// Where the application or the model of that row is, in bytes; empty, never null, where that is not
+    /// known.
+    Q_INVOKABLE [[nodiscard]] QByteArray applicationPath(int row) const;
+    Q_INVOKABLE [[nodiscard]] QByteArray modelPath(int row) const;
+
+    /// Each puts on the clipboard what the row stands for: its path or, without one, its name.
+    Q_INVOKABLE void copyApplication(int row) const;
+
+    Q_INVOKABLE void copyModel(int row) const { PathActions::copy(modelPath(row)); }
+
+    Q_INVOKABLE void copyDockerRow(int row) const;
+
     /// Stops a running container at once: nothing is lost, so no code is asked for.
     Q_INVOKABLE void stopContainer(int row);
 
@@ -230,6 +247,7 @@ private:
     ProgressState progress_;
     ResultState result_;
     ReviewState review_;
+    PathActions paths_;
     InputGuard input_;
     std::unique_ptr<ApplicationListModel> applications_;
     std::unique_ptr<LocalModelListModel> models_;

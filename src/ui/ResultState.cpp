@@ -2,6 +2,9 @@
 
 #include "ui/WarmPalette.h"
 
+#include <algorithm>
+#include <string>
+
 namespace zentrill {
 
 namespace {
@@ -77,10 +80,26 @@ QColor ResultState::outcomeColor() const {
     return palette.secondary;
 }
 
+QByteArray ResultState::retainedPath(int row) const {
+    std::string found;
+    int next = firstPathRow_;
+    for (const std::string& path : controller_.resultRetainedPaths()) {
+        const int first = next;
+        // A name can have line feeds, each of which begins a row.
+        next += 1 + static_cast<int>(std::ranges::count(path, '\n'));
+        if (row >= first && row < next) {
+            found = path;
+        }
+    }
+    return QByteArray::fromStdString(found);
+}
+
 void ResultState::readMessage() {
     const QString message = controller_.resultAlertMessage();
     const QStringList lines = messageText(message).split(QLatin1Char('\n'));
-    messageLines_.setLines(lines, headingOf(lines));
+    const int heading = headingOf(lines);
+    firstPathRow_ = heading + 1;
+    messageLines_.setLines(lines, heading);
     errorLines_.setLines(parsedErrorLines(message));
 }
 

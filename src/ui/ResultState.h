@@ -4,6 +4,7 @@
 #include "ui/models/FixedLinesModel.h"
 #include "ui/models/LineSelection.h"
 
+#include <QByteArray>
 #include <QColor>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -35,6 +36,9 @@ public:
     /// The lines after the first "\nErrors:\n" without the empty ones.
     [[nodiscard]] static QStringList parsedErrorLines(const QString& message);
 
+    /// The path that a row of the message says was left in place, in bytes; empty, never null, for any other.
+    Q_INVOKABLE [[nodiscard]] QByteArray retainedPath(int row) const;
+
     [[nodiscard]] QAbstractItemModel* messageLines() { return &messageLines_; }
 
     [[nodiscard]] QAbstractItemModel* errorLines() { return &errorLines_; }
@@ -59,6 +63,8 @@ private:
 
     const UninstallerViewModel& controller_;
     FixedLinesModel messageLines_;
+    /// The row below the message's heading.
+    int firstPathRow_ = 0;
     FixedLinesModel errorLines_;
     LineSelection messageSelection_{messageLines_};
     LineSelection errorSelection_{errorLines_};

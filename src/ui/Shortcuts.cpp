@@ -74,7 +74,7 @@ std::vector<ListKeys> listKeys() {
         {{{Qt::Key_Home}, {Qt::Key_End}}, QStringLiteral("Go to the first or the last row of a list")},
         {{{Qt::Key_PageUp}, {Qt::Key_PageDown}}, QStringLiteral("Go a page up or down in a list")},
         {QKeySequence::keyBindings(QKeySequence::Copy).mid(0, 1),
-         QStringLiteral("Copy the selected lines of the console")},
+         QStringLiteral("Copy a row's path or name, or the selected lines")},
     };
 }
 

@@ -16,6 +16,8 @@ int main(int argc, char** argv) {
     const zentrill::test::TemporaryHome home;
     // Qt makes one of its own otherwise, and says so.
     qputenv("XDG_RUNTIME_DIR", home.path().c_str());
+    // Nor a message bus, which would be started, or be the person's own.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     const QGuiApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

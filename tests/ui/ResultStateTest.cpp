@@ -102,5 +102,34 @@ TEST_F(ResultStateTest, showsMisleadingCharactersVisibly) {
     EXPECT_TRUE(shown.contains(QLatin1String("refused \\u202Eexe"))) << shown.toStdString();
 }
 
+TEST_F(ResultStateTest, knowsThePathsThatItsLinesName) {
+    home_.makeFile(".gemini/settings.json", "{}");
+    home_.makeFile(".ollama/history", "");
+    ASSERT_TRUE(scan());
+    for (const AppInfo& app : controller_->apps()) {
+        controller_->setAppSelected(app.name, app.isDetected);
+    }
+    controller_->uninstallSelectedApps();
+    ASSERT_TRUE(waitUntilIdle());
+    const QStringList shown = lines(state_.messageLines());
+    std::vector<std::string> paths;
+    for (int row = 0; row < shown.size(); ++row) {
+        const QByteArray path = state_.retainedPath(row);
+        if (!path.isEmpty()) {
+            EXPECT_TRUE(shown[row].endsWith(QLatin1String(": ") + QString::fromUtf8(path)))
+                << shown[row].toStdString();
+            paths.push_back(path.toStdString());
+        }
+    }
+    EXPECT_EQ(paths, (std::vector<std::string>{home_.path(".gemini"), home_.path(".ollama")}));
+    EXPECT_EQ(state_.retainedPath(-1), QByteArray());
+    EXPECT_EQ(state_.retainedPath(static_cast<int>(shown.size())), QByteArray());
+    ASSERT_TRUE(failAnOperation());
+    for (int row = 0; row < 5; ++row) {
+        EXPECT_EQ(state_.retainedPath(row), QByteArray()) << "of another result";
+        EXPECT_FALSE(state_.retainedPath(row).isNull());
+    }
+}
+
 } // namespace
 } // namespace zentrill

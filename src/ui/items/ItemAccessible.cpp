@@ -20,6 +20,9 @@ std::vector<const QObject*> accessibleProperties(const QObject& item) {
     return found;
 }
 
+/// The function in QML of an item that has a menu.
+constexpr const char* showMenu = "showMenu()";
+
 /// A list's rows lie in an item of its own, in the order in which they were made. Those that wait to be used
 /// again are there as well, hidden.
 bool holdsRows(const QQuickItem& item) {
@@ -157,12 +160,21 @@ void* ItemAccessible::interface_cast(QAccessible::InterfaceType type) {
 }
 
 QStringList ItemAccessible::actionNames() const {
-    return state().focusable ? QStringList{setFocusAction()} : QStringList();
+    QStringList names;
+    if (state().focusable) {
+        names.append(setFocusAction());
+    }
+    if (item()->metaObject()->indexOfMethod(showMenu) >= 0) {
+        names.append(showMenuAction());
+    }
+    return names;
 }
 
 void ItemAccessible::doAction(const QString& name) {
     if (name == setFocusAction() && state().focusable && item()->isVisible()) {
         item()->forceActiveFocus();
+    } else if (name == showMenuAction() && item()->isEnabled() && item()->isVisible()) {
+        QMetaObject::invokeMethod(item(), "showMenu");
     }
 }
 

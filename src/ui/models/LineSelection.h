@@ -19,6 +19,7 @@ class LineSelection : public QObject {
     /// Counts the changes; a row that reads it looks its part of the selection up again.
     Q_PROPERTY(int revision READ revision NOTIFY changed FINAL)
     Q_PROPERTY(bool empty READ isEmpty NOTIFY changed FINAL)
+    Q_PROPERTY(int firstRow READ firstRow NOTIFY changed FINAL)
 
 public:
     /// `lines` outlives the selection.
@@ -27,6 +28,9 @@ public:
     [[nodiscard]] int revision() const { return revision_; }
 
     [[nodiscard]] bool isEmpty() const;
+
+    /// Where it begins.
+    [[nodiscard]] int firstRow() const { return from().row; }
 
     /// Starts anew before the character `column` of `row`; both from 0 on, beyond the end meaning the end.
     Q_INVOKABLE void begin(int row, int column);

@@ -32,3 +32,9 @@ class Clipboards:
     def _content(display, selection):
         return subprocess.run(["xclip", "-display", display.name, "-selection", selection, "-out"],
                               capture_output=True, text=True, check=False).stdout
+
+
+def copied(display, target="UTF8_STRING"):
+    """The bytes that the clipboard offers as that target."""
+    return subprocess.run(["xclip", "-display", display.name, "-selection", "clipboard", "-out", "-target", target],
+                          capture_output=True, check=False).stdout

@@ -1,8 +1,8 @@
 import QtQuick
 import Zentrill
 
-// A menu at a place of the window: `entries` are objects with a text, whether they are enabled, and a function
-// "act". Anything that is pressed elsewhere closes it, and the focus returns to where it was.
+// A menu at a place of the window: `entries` are objects with a text, whether they are enabled (or a function that
+// tells it, where that can change), and a function "act". Anything that is pressed elsewhere closes it, and the focus returns to where it was.
 FocusScope {
     id: menu
 
@@ -20,6 +20,10 @@ FocusScope {
         closed();
     }
 
+    function isEnabled(entry: var): bool {
+        return typeof entry.enabled === "function" ? entry.enabled() : entry.enabled;
+    }
+
     function choose(entry: var) {
         close();
         entry.act();
@@ -28,7 +32,7 @@ FocusScope {
     function step(by: int) {
         const last = lines.count - 1;
         let next = lines.at + by;
-        while (next >= 0 && next <= last && !entries[next].enabled)
+        while (next >= 0 && next <= last && !isEnabled(entries[next]))
             next += by;
         if (next >= 0 && next <= last) {
             lines.at = next;
@@ -97,7 +101,7 @@ FocusScope {
 
                     width: Math.max(150, label.implicitWidth + 28)
                     height: 28
-                    enabled: modelData.enabled
+                    enabled: menu.isEnabled(modelData)
                     text: modelData.text
                     onClicked: menu.choose(modelData)
                     onHoveredChanged: if (hovered) {

@@ -23,6 +23,51 @@ ListView {
     // Whether new lines pull the view along.
     property bool following: true
 
+    // What the menu of a row offers, for `ContextMenu`; nothing, and the row has none.
+    property var menuOf: row => []
+    // What the menu lies over: the window, or a modal in it, which keeps the focus.
+    property Item menuArea: Window.contentItem
+
+    // The next row that has a menu, from `row` on; -1 where there is none.
+    function rowWithMenu(row: int): int {
+        while (row < count && menuOf(row).length === 0)
+            ++row;
+        return row < count ? row : -1;
+    }
+
+    // Opens the menu of a row at a point of the window; the row is selected, so that it is seen which one it is.
+    function openMenu(row: int, place: point) {
+        const entries = row < 0 ? [] : menuOf(row);
+        if (entries.length === 0)
+            return;
+        forceActiveFocus(Qt.MouseFocusReason);
+        selection.begin(row, 0);
+        selection.extend(row, 1000000);
+        const next = rowWithMenu(row + 1);
+        if (next >= 0)
+            entries.push({
+                text: qsTr("Next Path"),
+                enabled: true,
+                act: () => openMenuAt(next)
+            });
+        menu.open(entries, place);
+    }
+
+    // The same below the row, once that is in sight.
+    function openMenuAt(row: int) {
+        if (row < 0)
+            return;
+        positionViewAtIndex(row, ListView.Contain);
+        const item = itemAtIndex(row);
+        if (item)
+            openMenu(row, item.mapToItem(null, 24, item.height));
+    }
+
+    // For the row that is selected, or else the first one that has a menu.
+    function openCurrentMenu() {
+        openMenuAt(rowWithMenu(selection.empty ? 0 : selection.firstRow));
+    }
+
     function followNewest() {
         following = true;
         positionViewAtEnd();
@@ -31,7 +76,7 @@ ListView {
     // The row and the character under a point of the view.
     function place(x: real, y: real): point {
         const inside = Math.max(0, Math.min(height - 1, y)) + contentY;
-        let row = indexAt(contentWidth / 2, inside);
+        let row = indexAt(1, inside);
         if (row < 0)
             return Qt.point(inside < contentHeight / 2 ? 0 : count - 1, inside < contentHeight / 2 ? 0 : 1000000);
         const item = itemAtIndex(row);
@@ -63,6 +108,8 @@ ListView {
             selection.copy();
         else if (event.matches(StandardKey.SelectAll))
             selection.selectAll();
+        else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier)
+            openCurrentMenu();
         else if (event.key === Qt.Key_Up)
             scroll(-40);
         else if (event.key === Qt.Key_Down)
@@ -88,6 +135,14 @@ ListView {
         following = contentY >= lowest - 2;
     }
 
+    RowMenu {
+        id: menu
+
+        parent: list.menuArea
+        owner: list
+        model: list.model
+    }
+
     WheelHandler {
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
         onWheel: event => list.scroll(event.pixelDelta.y !== 0 ? -event.pixelDelta.y : -event.angleDelta.y / 120 * 48)
@@ -98,14 +153,21 @@ ListView {
 
         property real lastX
         property real lastY
+        readonly property bool selects: pressedButtons & Qt.LeftButton
 
         parent: list
         anchors.fill: parent
         anchors.rightMargin: 12
         cursorShape: Qt.IBeamCursor
         preventStealing: true
-        acceptedButtons: Qt.LeftButton
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onClicked: mouse => {
+            if (mouse.button === Qt.RightButton)
+                list.openMenu(list.indexAt(1, mouse.y + list.contentY), mapToItem(null, mouse.x, mouse.y));
+        }
         onPressed: mouse => {
+            if (mouse.button === Qt.RightButton)
+                return;
             list.forceActiveFocus(Qt.MouseFocusReason);
             lastX = mouse.x;
             lastY = mouse.y;
@@ -116,12 +178,16 @@ ListView {
                 list.selection.begin(at.x, at.y);
         }
         onPositionChanged: mouse => {
+            if (!selects)
+                return;
             lastX = mouse.x;
             lastY = mouse.y;
             const at = list.place(mouse.x, mouse.y);
             list.selection.extend(at.x, at.y);
         }
         onDoubleClicked: mouse => {
+            if (mouse.button === Qt.RightButton)
+                return;
             const at = list.place(mouse.x, mouse.y);
             list.selection.selectWord(at.x, at.y);
         }
@@ -129,7 +195,7 @@ ListView {
 
     // A selection that is dragged past an edge pulls the text along.
     Timer {
-        running: pointer.pressed && (pointer.lastY < 0 || pointer.lastY > list.height)
+        running: pointer.selects && (pointer.lastY < 0 || pointer.lastY > list.height)
         interval: 30
         repeat: true
         onTriggered: {

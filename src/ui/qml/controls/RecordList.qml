@@ -41,16 +41,16 @@ ListView {
     // What the menu of a row offers, for `ContextMenu`; nothing, and the row has none.
     property var menuOf: row => []
 
+    // Copies what a row stands for.
+    property var copyOf: row => {}
+
     // Opens the menu of a row at a point of the window.
     function openMenu(row: int, place: point) {
         const entries = row < 0 ? [] : menuOf(row);
         if (entries.length === 0)
             return;
         takeFocus(row);
-        menu.setSource("ContextMenu.qml", {
-            entries: entries,
-            place: place
-        });
+        menu.open(entries, place);
     }
 
     function takeFocus(row: int) {
@@ -124,6 +124,12 @@ ListView {
     }
 
     Keys.onPressed: event => {
+        if (event.matches(StandardKey.Copy)) {
+            if (currentIndex >= 0)
+                copyOf(currentIndex);
+            event.accepted = currentIndex >= 0;
+            return;
+        }
         const page = Math.max(1, Math.floor(height / (currentItem ? currentItem.height + spacing : 60)) - 1);
         switch (event.key) {
         case Qt.Key_Up:
@@ -163,6 +169,12 @@ ListView {
             openMenu(currentIndex, currentItem.mapToItem(null, 48, currentItem.height - 12));
     }
 
+    // What an assistive tool asks a row for.
+    function openMenuOf(row: int) {
+        takeFocus(row);
+        openCurrentMenu();
+    }
+
     TapHandler {
         acceptedButtons: Qt.RightButton
         onTapped: point => {
@@ -171,40 +183,12 @@ ListView {
         }
     }
 
-    // Over the whole window, and gone with the list.
-    Loader {
+    RowMenu {
         id: menu
 
-        readonly property bool fits: list.visible && list.enabled
-
         parent: list.Window.contentItem
-        anchors.fill: parent
-        z: 1
-        onFitsChanged: if (!fits)
-            source = ""
-
-        // It was asked for the row that stood there.
-        Connections {
-            target: menu.item ? list.model : null
-            ignoreUnknownSignals: true
-
-            function onRowsInserted() {
-                menu.item.close();
-            }
-
-            function onRowsRemoved() {
-                menu.item.close();
-            }
-        }
-
-        Connections {
-            target: menu.item
-            ignoreUnknownSignals: true
-
-            function onClosed() {
-                menu.source = "";
-            }
-        }
+        owner: list
+        model: list.model
     }
 
     WheelHandler {

@@ -63,6 +63,7 @@ FocusScope {
 
         ResultModalContents {
             room: overlay.height - 40
+            area: overlay
             viewState: overlay.viewState
             onDismiss: overlay.viewState.confirmation.dismissModal()
         }

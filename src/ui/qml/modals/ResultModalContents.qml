@@ -11,6 +11,8 @@ ModalCard {
     readonly property UninstallerViewModel controller: viewState.controller
     // The card's height at most.
     required property real room
+    // What a menu lies over.
+    required property Item area
 
     // What of it is left for the two lists. The errors come first, up to a height of 290, but leave a few lines to
     // a message that needs them.
@@ -35,6 +37,12 @@ ModalCard {
     readonly property bool seen: viewState.input.settled
     onSeenChanged: if (seen && focus)
         ok.forceActiveFocus(Qt.PopupFocusReason)
+
+    PathEntries {
+        id: pathEntries
+
+        paths: modal.viewState.paths
+    }
 
     Column {
         id: body
@@ -107,6 +115,11 @@ ModalCard {
             LineListView {
                 id: messages
 
+                // For assistive tools.
+                function showMenu() {
+                    openCurrentMenu();
+                }
+
                 // The scroll bar stands beside the text.
                 width: parent.width + 16
                 height: modal.messagesHeight
@@ -122,6 +135,8 @@ ModalCard {
                 selection: modal.result.messageSelection
                 markArea: messageArea
                 markMargin: -7
+                menuArea: modal.area
+                menuOf: row => pathEntries.of(modal.result.retainedPath(row))
                 Accessible.name: qsTr("Message")
             }
         }

@@ -160,6 +160,7 @@ FocusScope {
             bottomMargin: 8
             focus: true
             model: panel.review.rows
+            copyOf: row => panel.viewState.paths.copyText(itemAtIndex(row).label)
             Accessible.role: Accessible.List
             Accessible.name: qsTr("What goes and what stays")
 

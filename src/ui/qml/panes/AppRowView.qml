@@ -37,6 +37,11 @@ Pressable {
     onLookedAtChanged: wantNote()
     onIndexChanged: wantNote()
 
+    // For assistive tools.
+    function showMenu() {
+        list.openMenuOf(index);
+    }
+
     implicitHeight: 74
     available: isDetected
     focus: current

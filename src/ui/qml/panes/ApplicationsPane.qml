@@ -27,6 +27,12 @@ Item {
         Accessible.name: text
     }
 
+    PathEntries {
+        id: pathEntries
+
+        paths: pane.viewState.paths
+    }
+
     RecordList {
         id: rows
 
@@ -39,8 +45,10 @@ Item {
                     text: qsTr("Review"),
                     enabled: pane.viewState.canReviewApplication(row),
                     act: () => pane.viewState.reviewApplication(row)
-                }
+                },
+                ...pathEntries.of(pane.viewState.applicationPath(row))
             ]
+        copyOf: row => pane.viewState.copyApplication(row)
         focus: true
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Applications")

@@ -25,8 +25,14 @@ FocusScope {
     readonly property real leastState: 56
 
     signal selected
+    signal menuRequested
     signal stopRequested
     signal deleteRequested
+
+    // For assistive tools.
+    function showMenu() {
+        menuRequested();
+    }
 
     implicitHeight: 68
     Accessible.role: Accessible.ListItem

@@ -16,7 +16,13 @@ FocusScope {
     required property bool marked
 
     signal selected
+    signal menuRequested
     signal removeRequested
+
+    // For assistive tools.
+    function showMenu() {
+        menuRequested();
+    }
 
     implicitHeight: 68
     Accessible.role: Accessible.ListItem

@@ -32,6 +32,7 @@ Item {
                     act: () => pane.viewState.reviewDockerRow(row)
                 }
             ]
+        copyOf: row => pane.viewState.copyDockerRow(row)
         // The list asks once more while the window closes, when its rows are gone.
         stopFrom: (row, step) => pane.viewState ? pane.viewState.dockerStop(row, step) : -1
         Accessible.role: Accessible.List

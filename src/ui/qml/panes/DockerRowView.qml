@@ -127,6 +127,7 @@ Loader {
             marked: line.list.marksFocus
             actionsEnabled: line.viewState.acceptsRequests
             onSelected: line.select()
+            onMenuRequested: line.list.openMenuOf(line.index)
             onStopRequested: line.viewState.stopContainer(line.index)
             onDeleteRequested: line.viewState.requestContainerRemoval(line.index)
         }
@@ -146,6 +147,7 @@ Loader {
             marked: line.list.marksFocus
             actionsEnabled: line.viewState.acceptsRequests
             onSelected: line.select()
+            onMenuRequested: line.list.openMenuOf(line.index)
             onRemoveRequested: line.viewState.requestImageRemoval(line.index)
         }
     }

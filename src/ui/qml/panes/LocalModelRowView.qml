@@ -31,6 +31,11 @@ FocusScope {
     onLookedAtChanged: wantNote()
     onIndexChanged: wantNote()
 
+    // For assistive tools.
+    function showMenu() {
+        list.openMenuOf(index);
+    }
+
     implicitHeight: 64
     focus: current
     Accessible.role: Accessible.ListItem

@@ -8,6 +8,12 @@ Item {
     // What takes the focus where nothing else can.
     readonly property Item entrance: rows
 
+    PathEntries {
+        id: pathEntries
+
+        paths: pane.viewState.paths
+    }
+
     RecordList {
         id: rows
 
@@ -20,8 +26,10 @@ Item {
                     text: qsTr("Review"),
                     enabled: pane.viewState.acceptsRequests,
                     act: () => pane.viewState.reviewModel(row)
-                }
+                },
+                ...pathEntries.of(pane.viewState.modelPath(row))
             ]
+        copyOf: row => pane.viewState.copyModel(row)
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Local models")
 
