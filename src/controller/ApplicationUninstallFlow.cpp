@@ -2,9 +2,11 @@
 
 #include "catalog/ApplicationDetectionRegistry.h"
 #include "catalog/InstallationDetector.h"
+#include "controller/FreeSpaceMeter.h"
 #include "controller/HomePathExpander.h"
 #include "deletion/ApplicationUninstallNotice.h"
 #include "deletion/ApplicationUninstallService.h"
+#include "deletion/UninstallTargets.h"
 
 #include <algorithm>
 #include <iterator>
@@ -59,6 +61,15 @@ struct Tally {
     }
 };
 
+void watchTargets(const AppInfo& app, FreeSpaceMeter& meter) {
+    const PathExpander expand = homePathExpander();
+    for (const std::string& entry : ApplicationDetectionRegistry::rule(app.name).uninstallPaths) {
+        for (const std::string& target : uninstallTargets(entry, expand(entry))) {
+            meter.watchItem(target);
+        }
+    }
+}
+
 void removeNpmPackage(const OperationContext& context, const AppInfo& app) {
     context.log("Running 'npm uninstall -g @anthropic-ai/claude-code'...");
     const CommandResult result = context.commandRunner->run(
@@ -85,7 +96,7 @@ ApplicationUninstallResult uninstall(const OperationContext& context, const AppI
         service.uninstall(ApplicationDetectionRegistry::rule(app.name), preserveCredentials,
                           homePathExpander(), context.isCancelled, context.isAbandoned);
     for (const std::string& path : result.deletionReport.preserved) {
-        context.log("[Safety Shield] Preserved: " + path);
+        context.log(std::string(preservedPathMark) + path);
     }
     return result;
 }
@@ -102,12 +113,17 @@ std::vector<AppInfo> uninstallTargets(const std::vector<AppInfo>& apps) {
 ResultAlert uninstallApps(const OperationContext& context, const std::vector<AppInfo>& targets,
                           bool preserveCredentials) {
     Tally tally;
+    FreeSpaceMeter meter;
+    for (const AppInfo& app : targets) {
+        watchTargets(app, meter);
+    }
     for (const AppInfo& app : targets) {
         if (context.isAbandoned() || context.isCancelled()) {
             break;
         }
         tally.add(app.name, uninstall(context, app, preserveCredentials));
     }
+    const std::string freeSpace = context.hasRemoved() ? meter.text() : std::string();
     // Applications that were never begun are missing from the results, so the report has to say why.
     if (tally.appCount < targets.size() && !tally.saysCancelled()) {
         tally.failures.emplace_back(cancelledMessage);
@@ -123,7 +139,8 @@ ResultAlert uninstallApps(const OperationContext& context, const std::vector<App
             .message = notice.message,
             .outcome = applicationOutcome(tally.failures, tally.remainingData),
             .retainedPathCount = tally.remainingPathCount(),
-            .retainedPaths = notice.remainingPaths};
+            .retainedPaths = notice.remainingPaths,
+            .freeSpace = freeSpace};
 }
 
 } // namespace zentrill

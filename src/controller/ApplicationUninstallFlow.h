@@ -4,9 +4,13 @@
 #include "controller/OperationContext.h"
 #include "controller/ResultAlert.h"
 
+#include <string_view>
 #include <vector>
 
 namespace zentrill {
+
+/// What a line of the log begins with that tells of a path which the Safety Shield has kept.
+inline constexpr std::string_view preservedPathMark = "[Safety Shield] Preserved: ";
 
 /// The applications of `apps` that an uninstall of the selection is about: detected and selected.
 [[nodiscard]] std::vector<AppInfo> uninstallTargets(const std::vector<AppInfo>& apps);

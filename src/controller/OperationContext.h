@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalog/AppInfo.h"
+#include "deletion/DeletionProgress.h"
 #include "deletion/SafeDeletionEngine.h"
 #include "docker/DockerExecutableLocating.h"
 #include "process/CommandExecuting.h"
@@ -17,6 +18,8 @@ namespace zentrill {
 struct OperationContext {
     std::shared_ptr<CommandExecuting> commandRunner;
     std::shared_ptr<const SafeDeletionEngine> deletionEngine;
+    /// What the engine tells how far it has come.
+    std::shared_ptr<const DeletionProgress> deletionProgress;
     std::shared_ptr<const DockerExecutableLocating> dockerLocator;
     /// The application list as it was when the operation began.
     std::vector<AppInfo> apps;
@@ -26,6 +29,11 @@ struct OperationContext {
     std::function<bool()> isCancelled;
     /// Whether the controller is gone, so that whatever is still to do had better not be begun.
     std::function<bool()> isAbandoned;
+
+    /// Whether the engine has removed anything in this operation.
+    [[nodiscard]] bool hasRemoved() const {
+        return deletionProgress != nullptr && deletionProgress->removedCount() > 0;
+    }
 };
 
 } // namespace zentrill

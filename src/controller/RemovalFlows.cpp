@@ -1,8 +1,11 @@
 #include "controller/RemovalFlows.h"
 
+#include "controller/FreeSpaceMeter.h"
 #include "docker/DockerContainerCommands.h"
+#include "docker/DockerDataRoot.h"
 #include "docker/DockerImageRemovalService.h"
 #include "models/ModelDeletionService.h"
+#include "models/OllamaStore.h"
 
 #include <optional>
 #include <string>
@@ -28,6 +31,30 @@ ResultAlert report(const OperationContext& context, const Titles& titles, bool s
             .retainedPathCount = 0};
 }
 
+/// Of what goes with the model, as far as that is known.
+void watchModel(const LocalModel& model, FreeSpaceMeter& meter) {
+    meter.watchItem(model.path);
+    if (model.source == ollamaSource) {
+        for (const std::string& blob : OllamaStore(model.path).blobs()) {
+            meter.watchItem(blob);
+        }
+    }
+}
+
+/// Where the engine keeps what it removes, if that is here.
+void watchEngine(const OperationContext& context, const std::string& docker,
+                 const DockerConnection& connection, FreeSpaceMeter& meter) {
+    if (const std::optional<std::string> root =
+            localDockerDataRoot(*context.commandRunner, docker, connection)) {
+        meter.watchFolder(*root);
+    }
+}
+
+ResultAlert withFreeSpace(ResultAlert alert, const FreeSpaceMeter& meter) {
+    alert.freeSpace = meter.text();
+    return alert;
+}
+
 ResultAlert reportMissingCLI(const OperationContext& context, const Titles& titles) {
     return report(context, titles, false, "Docker CLI is no longer available.");
 }
@@ -41,9 +68,14 @@ std::string failureMessage(const char* action, const DockerContainer& container,
 
 ResultAlert deleteModel(const OperationContext& context, const LocalModel& model) {
     const ModelDeletionService service(context.commandRunner, *context.deletionEngine);
+    FreeSpaceMeter meter;
+    watchModel(model, meter);
     ModelDeletionResult result = service.deleteModel(model.name, model.source, model.path);
-    return report(context, {.success = "Model Deleted", .failure = "Model Deletion Failed"}, result.succeeded,
-                  std::move(result.message));
+    ResultAlert alert = report(context, {.success = "Model Deleted", .failure = "Model Deletion Failed"},
+                               result.succeeded, std::move(result.message));
+    // A failed deletion may have removed a part.
+    return result.succeeded || context.hasRemoved() ? withFreeSpace(std::move(alert), meter)
+                                                    : std::move(alert);
 }
 
 ResultAlert stopContainer(const OperationContext& context, const DockerContainer& container) {
@@ -73,12 +105,14 @@ ResultAlert removeContainer(const OperationContext& context, const DockerContain
             return report(context, titles, false, failureMessage("stop", container, stopped));
         }
     }
+    FreeSpaceMeter meter;
+    watchEngine(context, *docker, container.connection, meter);
     const CommandResult removed =
         context.commandRunner->run(*docker, commands::remove(container), commands::timeout);
     if (!removed.succeeded()) {
         return report(context, titles, false, failureMessage("remove", container, removed));
     }
-    return report(context, titles, true, "Removed " + container.name + ".");
+    return withFreeSpace(report(context, titles, true, "Removed " + container.name + "."), meter);
 }
 
 ResultAlert removeDockerImage(const OperationContext& context, const DockerImage& image) {
@@ -87,8 +121,13 @@ ResultAlert removeDockerImage(const OperationContext& context, const DockerImage
     if (!docker) {
         return reportMissingCLI(context, titles);
     }
+    FreeSpaceMeter meter;
+    if (image.usage == DockerImageUsage::unused) {
+        watchEngine(context, *docker, image.connection, meter);
+    }
     DockerImageRemovalResult result = DockerImageRemovalService(context.commandRunner).remove(image, *docker);
-    return report(context, titles, result.succeeded, std::move(result.message));
+    ResultAlert alert = report(context, titles, result.succeeded, std::move(result.message));
+    return result.succeeded ? withFreeSpace(std::move(alert), meter) : alert;
 }
 
 } // namespace zentrill

@@ -19,6 +19,8 @@ struct ResultAlert {
     /// Those of them that `message` lists below its heading, each on a line of its own behind a name and ":
     /// ".
     std::vector<std::string> retainedPaths;
+    /// The free space before and after, in one line; empty where it was not measured or nothing went.
+    std::string freeSpace{}; // NOLINT(readability-redundant-member-init): GCC warns
 
     bool operator==(const ResultAlert&) const = default;
 };

@@ -226,6 +226,8 @@ void UninstallerViewModel::showResult(const ResultAlert& alert) {
     assign(resultAlertOutcome_, alert.outcome, &UninstallerViewModel::resultAlertOutcomeChanged);
     assign(resultAlertRetainedPathCount_, qint64{alert.retainedPathCount},
            &UninstallerViewModel::resultAlertRetainedPathCountChanged);
+    assign(resultAlertFreeSpace_, displayed(alert.freeSpace),
+           &UninstallerViewModel::resultAlertFreeSpaceChanged);
     // Last, so that the window opens with everything in place.
     assign(showResultAlert_, true, &UninstallerViewModel::showResultAlertChanged);
 }
@@ -252,6 +254,7 @@ OperationContext UninstallerViewModel::operationContext() const {
     context.commandRunner = commandRunner_;
     context.deletionEngine =
         std::make_shared<const SafeDeletionEngine>(deletionEngine_->tellingTo(deletionProgress_));
+    context.deletionProgress = deletionProgress_;
     context.dockerLocator = dockerLocator_;
     context.apps = apps_;
     context.log = [link = mainQueue_](const std::string& message) {

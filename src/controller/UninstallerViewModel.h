@@ -53,6 +53,7 @@ class UninstallerViewModel : public QObject {
         zentrill::ResultOutcome resultAlertOutcome READ resultAlertOutcome NOTIFY resultAlertOutcomeChanged)
     Q_PROPERTY(qint64 resultAlertRetainedPathCount READ resultAlertRetainedPathCount NOTIFY
                    resultAlertRetainedPathCountChanged)
+    Q_PROPERTY(QString resultAlertFreeSpace READ resultAlertFreeSpace NOTIFY resultAlertFreeSpaceChanged)
     Q_PROPERTY(bool isDockerInstalled READ isDockerInstalled NOTIFY isDockerInstalledChanged)
     Q_PROPERTY(bool dockerDaemonRunning READ dockerDaemonRunning NOTIFY dockerDaemonRunningChanged)
     Q_PROPERTY(QString dockerStatusMessage READ dockerStatusMessage NOTIFY dockerStatusMessageChanged)
@@ -103,6 +104,9 @@ public:
     [[nodiscard]] ResultOutcome resultAlertOutcome() const { return resultAlertOutcome_; }
 
     [[nodiscard]] qint64 resultAlertRetainedPathCount() const { return resultAlertRetainedPathCount_; }
+
+    /// "Free space: 41.2 GB → 46.8 GB"; empty where that is not known.
+    [[nodiscard]] QString resultAlertFreeSpace() const { return resultAlertFreeSpace_; }
 
     [[nodiscard]] bool isDockerInstalled() const { return isDockerInstalled_; }
 
@@ -195,6 +199,7 @@ Q_SIGNALS:
     void resultAlertMessageChanged();
     void resultAlertOutcomeChanged();
     void resultAlertRetainedPathCountChanged();
+    void resultAlertFreeSpaceChanged();
     void isDockerInstalledChanged();
     void dockerDaemonRunningChanged();
     void dockerStatusMessageChanged();
@@ -251,6 +256,7 @@ private:
     ResultOutcome resultAlertOutcome_ = ResultOutcome::unknown;
     qint64 resultAlertRetainedPathCount_ = 0;
     std::vector<std::string> resultRetainedPaths_;
+    QString resultAlertFreeSpace_;
     bool isDockerInstalled_ = false;
     bool dockerDaemonRunning_ = false;
     QString dockerStatusMessage_;

@@ -100,6 +100,8 @@ TEST_F(ApplicationUninstallFlowTest, removesTheSelectionWithoutTheShield) {
               QStringLiteral("Removed 2 filesystem items for 1 application(s)."));
     EXPECT_EQ(controller_->resultAlertOutcome(), ResultOutcome::complete);
     EXPECT_EQ(controller_->resultAlertRetainedPathCount(), 0);
+    EXPECT_THAT(controller_->resultAlertFreeSpace().toStdString(),
+                ::testing::MatchesRegex("Free space: [0-9.]+ [GM]B \u2192 [0-9.]+ [GM]B"));
     EXPECT_FALSE(app("VendorApp").isDetected);
     EXPECT_FALSE(app("VendorApp").isSelected);
     EXPECT_THAT(
@@ -120,6 +122,7 @@ TEST_F(ApplicationUninstallFlowTest, keepsAndReportsWhatTheShieldProtects) {
 
     EXPECT_TRUE(exists(std::string(support) + "/settings.json"));
     EXPECT_TRUE(exists(std::string(caches) + "/data.bin"));
+    EXPECT_EQ(controller_->resultAlertFreeSpace(), QString()); // Nothing went.
     EXPECT_THAT(messages(), Contains("[Safety Shield] Preserved: " + home_.path(support) + "/settings.json"));
     EXPECT_THAT(messages(), Contains("[Safety Shield] Preserved: " + home_.path(caches) + "/data.bin"));
     EXPECT_EQ(controller_->resultAlertTitle(),

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
+#include <sys/utsname.h>
+
 namespace zentrill {
 namespace {
 
@@ -13,6 +17,8 @@ using ::testing::ElementsAre;
 
 constexpr const char* emptySummary =
     "Scan completed: 0 applications, 0 models, 0 Docker containers, and 0 Docker images.";
+
+constexpr const char* freeSpace = "Free space: [0-9.]+ [GM]B \u2192 [0-9.]+ [GM]B";
 
 class RemovalFlowsTest : public ControllerFixture {
 protected:
@@ -89,6 +95,47 @@ TEST_F(RemovalFlowsTest, deletesAModelFile) {
                     "detected.",
                     "Scanning LM Studio models...",
                     "Scan completed: 1 applications, 0 models, 0 Docker containers, and 0 Docker images."));
+}
+
+TEST_F(RemovalFlowsTest, measuresTheFreeSpaceAroundAModel) {
+    home_.makeFile(".lmstudio/models/pub/foo.gguf", std::string(1'500'000, 'x'));
+    start();
+    controller_->scanSystem();
+    ASSERT_TRUE(waitUntilIdle());
+    controller_->deleteModel(controller_->localModels().front());
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_THAT(controller_->resultAlertFreeSpace().toStdString(), testing::MatchesRegex(freeSpace));
+    controller_->deleteModel({.name = "gone", .source = "LM Studio (GGUF)", .path = home_.path("gone")});
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
+}
+
+TEST_F(RemovalFlowsTest, measuresTheFreeSpaceOfAnEngineOnThisMachine) {
+    locator_->set("/opt/docker");
+    start();
+    utsname machine{};
+    ::uname(&machine);
+    std::string name = static_cast<const char*>(machine.nodename);
+    answer_ = [&](const FakeCommandRunner::Call& call) {
+        if (::testing::Value(call.arguments, Contains("inspect"))) {
+            return test::ok("unix:///run/docker.sock\n");
+        }
+        return ::testing::Value(call.arguments, Contains("info")) ? test::ok(name + " " + home_.path() + "\n")
+                                                                  : result_(call);
+    };
+    controller_->removeDockerImage(image(DockerImageUsage::unused));
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_THAT(controller_->resultAlertFreeSpace().toStdString(), testing::MatchesRegex(freeSpace));
+    controller_->stopContainer(container("Up 3 minutes"));
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
+    controller_->removeContainer(container("Created"));
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_THAT(controller_->resultAlertFreeSpace().toStdString(), testing::MatchesRegex(freeSpace));
+    name = "elsewhere";
+    controller_->removeContainer(container("Created"));
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
 }
 
 TEST_F(RemovalFlowsTest, reportsAModelThatCannotBeDeleted) {
@@ -168,6 +215,7 @@ TEST_F(RemovalFlowsTest, keepsARunningContainerThatCannotBeStopped) {
     ASSERT_TRUE(waitUntilIdle());
     expectResult("Removal Failed", "Could not stop web: permission denied", ResultOutcome::errors);
     EXPECT_EQ(operationCalls().size(), 1U);
+    EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
 }
 
 TEST_F(RemovalFlowsTest, reportsAContainerThatCannotBeRemoved) {

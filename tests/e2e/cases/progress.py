@@ -2,7 +2,9 @@
 
 import re
 
+import homes
 from cases.stopping import ClaudeCodeStoppingCase, StoppingCase
+from harness.case import Case
 
 _COUNTED = re.compile(r"^[0-9,]+ items? · [0-9]+:[0-9]{2}$")
 
@@ -73,5 +75,43 @@ class ProgressOfACommand(ClaudeCodeStoppingCase):
         with open(self.pipe, "w") as pipe:
             pipe.write("\n")
         self.result("Uninstallation Completed")
+        self.dismiss_result()
+        self.close()
+
+
+_FREE_SPACE = re.compile("^Free space: [0-9.]+ [MG]B → [0-9.]+ [MG]B$")
+
+
+class FreeSpaceInTheResult(Case):
+    """Beside OK stands what the file system had free before and after; where nothing went, nothing does."""
+
+    def delete_model(self):
+        self.press("Delete pub/large.gguf")
+        self.confirm("Delete Permanently")
+
+    def test_after_a_removal(self):
+        homes.gguf_model(self.home, "pub/large.gguf", b"g" * 60_000_000)
+        self.start()
+        self.show_pane("models")
+        self.delete_model()
+        self.result("Model Deleted")
+        line = self.screen.wait("label", _FREE_SPACE)
+        button = self.screen.find("push button", "OK")
+        self.assertLess(line.extents[0] + line.extents[2], button.extents[0])
+        self.assertLess(abs(line.middle[1] - button.middle[1]), 4)
+        self.display.picture("result-free-space")
+        self.dismiss_result()
+        self.assertFalse([said for said in self.log() if "Free space" in said])
+        self.close()
+
+    def test_not_where_nothing_went(self):
+        model = homes.gguf_model(self.home, "pub/large.gguf", b"g" * 1_000_000)
+        self.start()
+        self.show_pane("models")
+        # Somebody else was quicker.
+        model.unlink()
+        self.delete_model()
+        self.screen.wait("push button", "OK")
+        self.assertIsNone(self.screen.find("label", _FREE_SPACE))
         self.dismiss_result()
         self.close()

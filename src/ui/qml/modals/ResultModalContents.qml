@@ -198,15 +198,33 @@ ModalCard {
             height: 22
         }
 
-        ActionButton {
-            id: ok
+        Item {
+            width: parent.width
+            height: ok.height
 
-            anchors.right: parent.right
-            implicitHeight: 32
-            sidePadding: 22
-            kind: "primary"
-            text: qsTr("OK")
-            onClicked: modal.dismiss()
+            ElidedText {
+                anchors.left: parent.left
+                anchors.right: ok.left
+                anchors.rightMargin: 14
+                anchors.verticalCenter: parent.verticalCenter
+                visible: text !== ""
+                text: modal.controller.resultAlertFreeSpace
+                font: Typography.detail
+                color: WarmPalette.secondary
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+
+            ActionButton {
+                id: ok
+
+                anchors.right: parent.right
+                implicitHeight: 32
+                sidePadding: 22
+                kind: "primary"
+                text: qsTr("OK")
+                onClicked: modal.dismiss()
+            }
         }
     }
 }
