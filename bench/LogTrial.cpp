@@ -4,8 +4,6 @@ namespace zentrill::bench {
 
 namespace {
 
-constexpr double longestTurn = 0.050;
-
 class NoCommands final : public CommandExecuting {
 public:
     CommandResult run(const std::string&, const std::vector<std::string>&, Timeout) override { return {}; }
@@ -27,7 +25,7 @@ std::unique_ptr<UninstallerViewModel> makeQuietController() {
 }
 
 std::string logLine(int index) {
-    return "[Safety Shield] Preserved: /Users/someone/Library/Caches/com.vendor.app/" + std::to_string(index);
+    return "Uninstalling: /Users/someone/Library/Caches/com.vendor.app/" + std::to_string(index);
 }
 
 void writeLog(UninstallerViewModel& controller) {

@@ -11,6 +11,9 @@ namespace zentrill::bench {
 
 constexpr int logLineCount = 1'000'000;
 
+/// The longest that the main thread may be kept from anything else, in seconds.
+constexpr double longestTurn = 0.050;
+
 /// The most memory that the log may take, in bytes.
 constexpr double mostLogMemory = 300e6;
 

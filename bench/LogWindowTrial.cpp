@@ -1,5 +1,6 @@
 #include "BenchWindow.h"
 #include "LogTrial.h"
+#include "ui/ContentViewState.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -19,6 +20,12 @@ public:
     }
 
     [[nodiscard]] UninstallerViewModel& controller() const { return window_.controller(); }
+
+    [[nodiscard]] ContentViewState& state() const { return window_.state(); }
+
+    [[nodiscard]] double secondsToFrame(const std::function<void()>& change) {
+        return window_.secondsToFrame(change);
+    }
 
     [[nodiscard]] int frames() const { return window_.frames(); }
 
@@ -89,12 +96,41 @@ bool burst() {
     return reportTurns("log: clearing a million lines, shown", heartbeat) && pass;
 }
 
+/// As many paths that the Safety Shield kept, which the console shows as one line until it is opened.
+bool folded() {
+    ConsoleWindow window;
+    forgetPeakMemory();
+    std::thread worker([&] {
+        for (int line = 0; line < logLineCount; ++line) {
+            window.controller().log("[Safety Shield] Preserved: /Users/someone/" + std::to_string(line));
+        }
+    });
+    worker.join();
+    bool pass = true;
+    FoldedLogModel& log = *window.state().logs();
+    {
+        const Heartbeat heartbeat;
+        runUntil([&] { return window.controller().logs().size() == logLineCount && log.rowCount() == 1; });
+        pass = reportTurns("log: a burst of a million folded lines, shown", heartbeat);
+    }
+    pass = reportLimit("log: seconds until they are unfolded and drawn",
+                       window.secondsToFrame([&] { log.toggle(0); }), longestTurn) &&
+           pass;
+    pass = reportLimit("log: seconds until they are folded and drawn",
+                       window.secondsToFrame([&] { log.toggle(0); }), longestTurn) &&
+           pass;
+    return reportLimit("log: peak proportional memory with the window and a million folded lines, bytes",
+                       peakProportionalMemory(), mostLogMemory) &&
+           pass;
+}
+
 } // namespace
 
 bool passesWithWindow(const std::string& display) {
     return passesOnDisplay(display, [](const std::string& /*home*/) {
         const bool bursting = burst();
-        return stream() && bursting;
+        const bool folding = folded();
+        return stream() && bursting && folding;
     });
 }
 

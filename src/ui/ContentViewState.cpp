@@ -62,6 +62,7 @@ ContentViewState::ContentViewState(UninstallerViewModel& controller, QObject* pa
       rowNotes_(controller, *applications_, *models_),
       selectionSize_(controller),
       logs_(std::make_unique<LogListModel>(controller)),
+      foldedLogs_(*logs_),
       logSelection_(std::make_unique<LineSelection>(*logs_)),
       logSearch_(*logs_, *logSelection_),
       selectedTab_(tabs.front().name) {

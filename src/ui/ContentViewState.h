@@ -11,6 +11,7 @@
 #include "ui/RowNotes.h"
 #include "ui/SelectionSizeState.h"
 #include "ui/Shortcuts.h"
+#include "ui/models/FoldedLogModel.h"
 #include "ui/models/LineSearch.h"
 #include "ui/models/LineSelection.h"
 #include "ui/models/LogListModel.h"
@@ -42,7 +43,7 @@ class ContentViewState : public QObject {
     Q_PROPERTY(QAbstractItemModel* dockerRows READ dockerRows CONSTANT FINAL)
     Q_PROPERTY(zentrill::ListStripState* modelStrip READ modelStrip CONSTANT FINAL)
     Q_PROPERTY(zentrill::ListStripState* dockerStrip READ dockerStrip CONSTANT FINAL)
-    Q_PROPERTY(QAbstractItemModel* logs READ logs CONSTANT FINAL)
+    Q_PROPERTY(zentrill::FoldedLogModel* logs READ logs CONSTANT FINAL)
     Q_PROPERTY(zentrill::LineSelection* logSelection READ logSelection CONSTANT FINAL)
     Q_PROPERTY(zentrill::LineSearch* logSearch READ logSearch CONSTANT FINAL)
     Q_PROPERTY(QString logCountText READ logCountText NOTIFY logCountChanged FINAL)
@@ -100,7 +101,8 @@ public:
 
     [[nodiscard]] ListStripState* dockerStrip() { return &dockerStrip_; }
 
-    [[nodiscard]] QAbstractItemModel* logs() const { return logs_.get(); }
+    /// The log as the console shows it; selection and search are those of its lines.
+    [[nodiscard]] FoldedLogModel* logs() { return &foldedLogs_; }
 
     [[nodiscard]] LineSelection* logSelection() const { return logSelection_.get(); }
 
@@ -257,6 +259,7 @@ private:
     ListStripState modelStrip_;
     ListStripState dockerStrip_;
     std::unique_ptr<LogListModel> logs_;
+    FoldedLogModel foldedLogs_;
     std::unique_ptr<LineSelection> logSelection_;
     LineSearch logSearch_;
     QString selectedTab_;

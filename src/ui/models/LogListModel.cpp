@@ -1,6 +1,10 @@
 #include "ui/models/LogListModel.h"
 
+#include "controller/ApplicationUninstallFlow.h"
 #include "controller/DisplayText.h"
+#include "controller/LogClock.h"
+
+#include <string_view>
 
 namespace zentrill {
 
@@ -21,6 +25,14 @@ QString LogListModel::entry(int row) const {
         return {};
     }
     return displayMessage(controller_.logs()[static_cast<std::size_t>(row)]);
+}
+
+bool LogListModel::isPreservedPath(int row) const {
+    static const std::size_t stamp = LogClock::roomFor({}).size();
+    const auto& lines = controller_.logs();
+    const auto line = static_cast<std::size_t>(row);
+    return row >= 0 && line < lines.size() && lines[line].size() >= stamp &&
+           std::string_view(lines[line]).substr(stamp).starts_with(preservedPathMark);
 }
 
 void LogListModel::append(qsizetype count) {

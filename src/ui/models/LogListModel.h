@@ -16,6 +16,9 @@ public:
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QString entry(int row) const override;
 
+    /// Whether the line tells of a path that the Safety Shield has kept.
+    [[nodiscard]] bool isPreservedPath(int row) const;
+
 private:
     void append(qsizetype count);
     void clear();

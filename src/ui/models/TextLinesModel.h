@@ -3,6 +3,8 @@
 #include <QAbstractListModel>
 #include <QString>
 
+#include <cstdint>
+
 namespace zentrill {
 
 /// Lines of text as a list; only those in sight are ever made into strings.
@@ -13,6 +15,13 @@ public:
     static constexpr int entryRole = Qt::UserRole;
     static constexpr int headingRole = Qt::UserRole + 1;
     static constexpr int listedRole = Qt::UserRole + 2;
+    static constexpr int firstLineRole = Qt::UserRole + 3;
+    static constexpr int lastLineRole = Qt::UserRole + 4;
+    static constexpr int foldedRole = Qt::UserRole + 5;
+    static constexpr int openRole = Qt::UserRole + 6;
+
+    /// Whether a row stands for lines that can be shown below it.
+    enum class Fold : std::uint8_t { none, closed, open };
 
     using QAbstractListModel::QAbstractListModel;
 
@@ -23,6 +32,16 @@ public:
     [[nodiscard]] virtual bool isHeading(int /*row*/) const { return false; }
 
     [[nodiscard]] virtual bool isListed(int /*row*/) const { return false; }
+
+    /// The lines of the text that a row stands for; where nothing is folded, each for the one of its number.
+    Q_INVOKABLE [[nodiscard]] virtual int firstLine(int row) const { return row; }
+
+    Q_INVOKABLE [[nodiscard]] virtual int lastLine(int row) const { return row; }
+
+    [[nodiscard]] virtual Fold fold(int /*row*/) const { return Fold::none; }
+
+    /// Opens or closes the fold of that row.
+    Q_INVOKABLE virtual void toggle(int /*row*/) {}
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
         if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
@@ -35,13 +54,23 @@ public:
             return isHeading(index.row());
         case listedRole:
             return isListed(index.row());
+        case firstLineRole:
+            return firstLine(index.row());
+        case lastLineRole:
+            return lastLine(index.row());
+        case foldedRole:
+            return fold(index.row()) != Fold::none;
+        case openRole:
+            return fold(index.row()) == Fold::open;
         default:
             return {};
         }
     }
 
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override {
-        return {{entryRole, "entry"}, {headingRole, "isHeading"}, {listedRole, "isListed"}};
+        return {{entryRole, "entry"},         {headingRole, "isHeading"}, {listedRole, "isListed"},
+                {firstLineRole, "firstLine"}, {lastLineRole, "lastLine"}, {foldedRole, "isFold"},
+                {openRole, "isOpen"}};
     }
 };
 

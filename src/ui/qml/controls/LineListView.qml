@@ -73,14 +73,34 @@ ListView {
         positionViewAtEnd();
     }
 
-    // The row and the character under a point of the view.
+    // Opens or closes the fold of that row, which stays in sight.
+    function toggle(row: int) {
+        following = false;
+        model.toggle(row);
+        positionViewAtIndex(row, ListView.Contain);
+        Qt.callLater(scroll, 0);
+    }
+
+    // The line and the character under a point of the view.
     function place(x: real, y: real): point {
         const inside = Math.max(0, Math.min(height - 1, y)) + contentY;
         let row = indexAt(1, inside);
         if (row < 0)
-            return Qt.point(inside < contentHeight / 2 ? 0 : count - 1, inside < contentHeight / 2 ? 0 : 1000000);
+            return inside < contentHeight / 2 ? Qt.point(0, 0) : Qt.point(model.lastLine(count - 1), 1000000);
         const item = itemAtIndex(row);
-        return item ? Qt.point(row, item.positionAt(x - leftMargin, inside - item.y)) : Qt.point(row, 0);
+        if (!item)
+            return Qt.point(model.firstLine(row), 0);
+        // Before or behind all that is folded there.
+        if (item.isFold)
+            return inside - item.y < item.height / 2 ? Qt.point(item.firstLine, 0) : Qt.point(item.lastLine, item.isOpen ? 0 : 1000000);
+        return Qt.point(item.firstLine, item.positionAt(x - leftMargin, inside - item.y));
+    }
+
+    // The row of the fold at that height of the view; -1 where none is.
+    function foldAt(y: real): int {
+        const row = indexAt(1, y + contentY);
+        const item = row < 0 ? null : itemAtIndex(row);
+        return item && item.isFold ? row : -1;
     }
 
     leftMargin: 20
@@ -164,6 +184,8 @@ ListView {
         onClicked: mouse => {
             if (mouse.button === Qt.RightButton)
                 list.openMenu(list.indexAt(1, mouse.y + list.contentY), mapToItem(null, mouse.x, mouse.y));
+            else if (list.selection.empty && list.foldAt(mouse.y) >= 0)
+                list.toggle(list.foldAt(mouse.y));
         }
         onPressed: mouse => {
             if (mouse.button === Qt.RightButton)
@@ -186,7 +208,7 @@ ListView {
             list.selection.extend(at.x, at.y);
         }
         onDoubleClicked: mouse => {
-            if (mouse.button === Qt.RightButton)
+            if (mouse.button === Qt.RightButton || list.foldAt(mouse.y) >= 0)
                 return;
             const at = list.place(mouse.x, mouse.y);
             list.selection.selectWord(at.x, at.y);
@@ -207,23 +229,30 @@ ListView {
 
     delegate: ConsoleLogRowView {
         required property int index
+        required property int firstLine
+        required property int lastLine
         required property bool isHeading
         required property bool isListed
 
         spaceAbove: isHeading ? 8 : 0
         indent: isListed ? 16 : 0
         lineHeight: list.lineHeight
-        mark: list.mark
+        mark: !isFold ? list.mark : isOpen ? "▾" : "▸"
         font: list.lineFont
         color: list.lineColor
         width: list.width - list.leftMargin - list.rightMargin
-        selectionStart: list.selection.revision >= 0 ? list.selection.startIn(index) : 0
-        selectionEnd: list.selection.revision >= 0 ? list.selection.endIn(index) : 0
+        // What is folded is marked as a whole.
+        readonly property bool marked: isFold && !isOpen && list.selection.revision >= 0
+                                       && list.selection.endIn(firstLine) > 0 && list.selection.endIn(lastLine) > 0
+        selectionStart: !isFold && list.selection.revision >= 0 ? list.selection.startIn(firstLine) : 0
+        selectionEnd: marked ? 1000000 : !isFold && list.selection.revision >= 0 ? list.selection.endIn(firstLine) : 0
+        onToggled: list.toggle(index)
+        onReached: list.positionViewAtIndex(index, ListView.Contain)
     }
 
     FocusRing {
         parent: list.markArea
-        visible: list.activeFocus && KeyboardUse.current
+        visible: list.Window.activeFocusItem === list && KeyboardUse.current
         anchors.margins: list.markMargin
     }
 

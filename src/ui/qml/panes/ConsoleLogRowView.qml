@@ -12,8 +12,15 @@ Item {
     property alias lineHeight: spacing.proportion
     property real spaceAbove: 0
     property real indent: 0
+    // Whether it stands for lines that are shown below it while it is open.
+    required property bool isFold
+    required property bool isOpen
     required property int selectionStart
     required property int selectionEnd
+
+    signal toggled
+    // The keyboard has led here.
+    signal reached
 
     // Not with the text's own signal, which a selection gives as well.
     onEntryChanged: Qt.callLater(line.showSelection)
@@ -28,6 +35,8 @@ Item {
     implicitHeight: spaceAbove + line.implicitHeight + 4
     Accessible.role: Accessible.ListItem
     Accessible.name: entry
+    // The button in it speaks for a fold.
+    Accessible.ignored: isFold
 
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false
@@ -72,5 +81,31 @@ Item {
         }
 
         Component.onCompleted: showSelection()
+    }
+
+    // The whole row is one button; clicks on it are those of the list, in which a press may begin a selection.
+    Loader {
+        anchors.fill: parent
+        active: row.isFold
+        sourceComponent: Pressable {
+            id: fold
+
+            text: row.entry
+            Accessible.role: Accessible.Button
+            Accessible.name: row.entry
+            Accessible.description: row.isOpen ? qsTr("Unfolded") : qsTr("Folded")
+            Accessible.onPressAction: click()
+            onClicked: row.toggled()
+            onActiveFocusChanged: {
+                if (activeFocus)
+                    row.reached();
+                else
+                    focus = false; // The list has the focus again when it comes back.
+            }
+
+            FocusRing {
+                visible: fold.activeFocus && KeyboardUse.current
+            }
+        }
     }
 }

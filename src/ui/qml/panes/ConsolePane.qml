@@ -34,9 +34,9 @@ Item {
     Connections {
         target: pane.search
 
-        function onShown(row) {
+        function onShown(line) {
             list.following = false;
-            list.positionViewAtIndex(row, ListView.Contain);
+            list.positionViewAtIndex(pane.viewState.logs.reveal(line), ListView.Contain);
         }
     }
 
