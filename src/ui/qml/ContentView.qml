@@ -165,8 +165,12 @@ FocusScope {
 
         readonly property bool wanted: view.viewState.review.shown && !view.modal
 
+        // Made bit by bit, while the window goes on.
+        asynchronous: true
         anchors.fill: parent
         focus: wanted
+        // Until the panel takes it.
+        Keys.onEscapePressed: view.viewState.review.close()
         onStatusChanged: if (status === Loader.Error) view.viewState.reportFailedPart(source)
         onWantedChanged: if (wanted)
             setSource("ReviewPanel.qml", {
