@@ -132,8 +132,10 @@ Pressable {
             }
 
             ElidedText {
+                id: about
+
                 width: parent.width
-                reached: plate.focused
+                reached: plate.focused && row.note === ""
                 text: row.description
                 font: Typography.caption
                 color: row.isSelected ? WarmPalette.secondary : WarmPalette.tertiary
@@ -165,8 +167,9 @@ Pressable {
             }
 
             TipLoader {
-                text: row.note
-                wanted: text !== "" && !row.down && (statusHover.hovered || plate.focused)
+                // The keyboard has one tooltip for all of the row.
+                text: plate.focused && about.truncated ? row.description + "\n" + row.note : row.note
+                wanted: row.note !== "" && !row.down && (statusHover.hovered || plate.focused)
             }
         }
     }

@@ -154,8 +154,9 @@ FocusScope {
         anchors.bottom: row.bottom
 
         TipLoader {
-            text: row.note
-            wanted: text !== "" && (plate.focused || hover.hovered && !title.told)
+            // The keyboard has one tooltip for all of the row.
+            text: plate.focused && title.truncated ? row.name + "\n" + row.note : row.note
+            wanted: row.note !== "" && (plate.focused || hover.hovered && !title.told)
         }
     }
 
