@@ -3,6 +3,7 @@
 #include "controller/DisplayText.h"
 #include "ui/models/Overloaded.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 #include <variant>
@@ -73,6 +74,7 @@ void ReviewState::open(ReviewSubject subject) {
         return;
     }
     subject_ = std::move(subject);
+    listedEntries_ = ReviewWorker::firstEntries;
     compute();
     Q_EMIT shownChanged();
 }
@@ -87,15 +89,29 @@ void ReviewState::close() {
     Q_EMIT shownChanged();
 }
 
-void ReviewState::compute() {
-    if (!subject_) {
-        return;
+void ReviewState::listMore() {
+    if (isShown() && canListMore()) {
+        listedEntries_ = std::min(listedEntries_ * 10, mostEntries);
+        start(true);
     }
+}
+
+void ReviewState::compute() {
+    if (subject_) {
+        start(false);
+    }
+}
+
+void ReviewState::start(bool wholeOnly) {
     // What was found so far stays in sight until there is more.
     content_.complete = false;
     Q_EMIT contentChanged();
-    controller_.reviews().start(*subject_, controller_.preserveCredentials(),
-                                [this](const ReviewContent& content) { show(content); });
+    const auto take = [this, wholeOnly](const ReviewContent& content) {
+        if (content.complete || !wholeOnly) {
+            show(content);
+        }
+    };
+    controller_.reviews().start(*subject_, controller_.preserveCredentials(), take, listedEntries_);
 }
 
 void ReviewState::show(const ReviewContent& content) {

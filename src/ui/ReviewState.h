@@ -8,6 +8,7 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
+#include <cstddef>
 #include <optional>
 
 namespace zentrill {
@@ -25,6 +26,7 @@ class ReviewState : public QObject {
     Q_PROPERTY(bool computing READ isComputing NOTIFY contentChanged FINAL)
     Q_PROPERTY(QString going READ going NOTIFY contentChanged FINAL)
     Q_PROPERTY(QString comingFree READ comingFree NOTIFY contentChanged FINAL)
+    Q_PROPERTY(bool canListMore READ canListMore NOTIFY contentChanged FINAL)
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT FINAL)
 
 public:
@@ -43,6 +45,9 @@ public:
 
     [[nodiscard]] QString comingFree() const { return content_.comingFree; }
 
+    /// Whether `listMore` would list more, where there is more.
+    [[nodiscard]] bool canListMore() const { return content_.complete && listedEntries_ < mostEntries; }
+
     [[nodiscard]] QAbstractItemModel* rows() { return &rows_; }
 
     /// Opens it, unless it is open or an operation runs.
@@ -50,16 +55,26 @@ public:
 
     Q_INVOKABLE void close();
 
+    /// Lists ten times as many entries as now, at most `mostEntries`. What is listed stays until they are
+    /// known.
+    Q_INVOKABLE void listMore();
+
 Q_SIGNALS:
     void shownChanged();
     void contentChanged();
 
 private:
+    /// Of each item and fate; more would hold the main thread for too long when they are taken over.
+    static constexpr std::size_t mostEntries = 10'000;
+
     void compute();
+    /// Hands what is found to `show`, or the whole of it alone.
+    void start(bool wholeOnly);
     void show(const ReviewContent& content);
 
     UninstallerViewModel& controller_;
     std::optional<ReviewSubject> subject_;
+    std::size_t listedEntries_ = ReviewWorker::firstEntries;
     ReviewContent content_;
     RecordListModel<ReviewRow> rows_;
 };

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 namespace zentrill {
@@ -47,6 +48,44 @@ TEST_F(ReviewStateTest, opensForTheSelectionAndFollowsTheShield) {
     review_.close();
     EXPECT_FALSE(review_.isShown());
     EXPECT_EQ(review_.rows()->rowCount(), 0);
+}
+
+TEST_F(ReviewStateTest, listsMoreOfManyEntriesWhenAsked) {
+    for (int number = 0; number < 2'100; ++number) {
+        home_.makeFile(".gemini/tmp/" + std::to_string(number));
+    }
+    ASSERT_TRUE(findGemini());
+    state_.reviewSelection();
+    EXPECT_FALSE(review_.canListMore()) << "nobody knows what there is";
+    ASSERT_TRUE(waitForAll());
+    const int label = review_.rows()->roleNames().key("label");
+    const auto last = [&] {
+        return review_.rows()
+            ->data(review_.rows()->index(review_.rows()->rowCount() - 1, 0), label)
+            .toString();
+    };
+    EXPECT_EQ(review_.rows()->rowCount(), 202);
+    EXPECT_EQ(last(), QStringLiteral("and 1,901 more"));
+    int fewest = review_.rows()->rowCount();
+    QObject::connect(&review_, &ReviewState::contentChanged, &review_,
+                     [&] { fewest = std::min(fewest, review_.rows()->rowCount()); });
+    EXPECT_TRUE(review_.canListMore());
+    review_.listMore();
+    EXPECT_TRUE(review_.isComputing());
+    ASSERT_TRUE(waitForAll());
+    EXPECT_EQ(fewest, 202) << "what was listed stays";
+    EXPECT_EQ(review_.rows()->rowCount(), 2002);
+    EXPECT_EQ(last(), QStringLiteral("and 101 more"));
+    review_.listMore();
+    ASSERT_TRUE(waitForAll());
+    EXPECT_EQ(review_.rows()->rowCount(), 2102);
+    EXPECT_FALSE(review_.canListMore());
+    review_.listMore();
+    EXPECT_FALSE(review_.isComputing());
+    review_.close();
+    state_.reviewSelection();
+    ASSERT_TRUE(waitForAll());
+    EXPECT_EQ(review_.rows()->rowCount(), 202) << "a review begins with the first ones";
 }
 
 TEST_F(ReviewStateTest, letsNothingBeAskedForBelowIt) {

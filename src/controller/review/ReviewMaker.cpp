@@ -5,7 +5,6 @@
 #include "controller/HomePathExpander.h"
 #include "controller/review/ReviewRows.h"
 #include "deletion/ApplicationUninstallService.h"
-#include "deletion/PlanRecord.h"
 #include "models/ModelDeletionService.h"
 #include "platform/ByteSum.h"
 
@@ -16,13 +15,6 @@
 namespace zentrill {
 
 namespace {
-
-/// Of each item and each end: a person reads the first ones and the number of the others.
-constexpr std::size_t listedEntries = 200;
-
-PlanRecord emptyRecord() {
-    return {.plan = {}, .listedItems = listedEntries, .listedFailures = listedEntries};
-}
 
 /// The one tool that its package manager has to let go of before its files do.
 constexpr std::string_view npmInstalledName = "Claude Code";
@@ -36,9 +28,10 @@ struct GrowingItem {
 } // namespace
 
 ReviewMaker::ReviewMaker(std::shared_ptr<const SafeDeletionEngine> engine, bool preserveCredentials,
-                         Show show, std::function<bool()> shouldStop)
+                         std::size_t listedEntries, Show show, std::function<bool()> shouldStop)
     : engine_(std::move(engine)),
       preserveCredentials_(preserveCredentials),
+      listedEntries_(listedEntries),
       show_(std::move(show)),
       shouldStop_(std::move(shouldStop)) {}
 
@@ -84,7 +77,7 @@ void ReviewMaker::reviewTool(const AppInfo& tool, bool isOneOfSeveral, EarlierPl
             QStringLiteral("npm removes its package first, if it was installed that way.")));
     }
     std::vector<GrowingItem> growing;
-    PlanOptions options{.listedItems = listedEntries, .shouldStop = shouldStop_, .earlier = &earlier};
+    PlanOptions options{.listedItems = listedEntries_, .shouldStop = shouldStop_, .earlier = &earlier};
     options.progress = [&](const std::string& path, const DeletionPlan& news) {
         if (growing.empty() || growing.back().path != path) {
             growing.push_back({.path = path, .found = emptyRecord()});
@@ -116,7 +109,7 @@ void ReviewMaker::reviewTool(const AppInfo& tool, bool isOneOfSeveral, EarlierPl
 void ReviewMaker::reviewModel(const LocalModel& model) {
     ModelDeletionPlan found;
     PlanRecord files = emptyRecord();
-    PlanOptions options{.listedItems = listedEntries, .shouldStop = shouldStop_};
+    PlanOptions options{.listedItems = listedEntries_, .shouldStop = shouldStop_};
     options.progress = [&](const std::string& /*path*/, const DeletionPlan& news) {
         files.append({.plan = news});
         found.files = files.plan;
@@ -129,6 +122,10 @@ void ReviewMaker::reviewModel(const LocalModel& model) {
         show(review_rows::ofModel(model.path, plan, true), plan.files.removed.logicalBytes,
              plan.files.freedBytes, true);
     }
+}
+
+PlanRecord ReviewMaker::emptyRecord() const {
+    return {.plan = {}, .listedItems = listedEntries_, .listedFailures = listedEntries_};
 }
 
 void ReviewMaker::showKnown(std::vector<ReviewRow> rows, const QString& size) {

@@ -2,8 +2,10 @@
 
 #include "controller/review/ReviewRow.h"
 #include "controller/review/ReviewSubject.h"
+#include "deletion/PlanRecord.h"
 #include "deletion/SafeDeletionEngine.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -18,8 +20,9 @@ public:
     /// Takes what is known so far, several times a second; on any thread, but never on two at once.
     using Show = std::function<void(ReviewContent)>;
 
-    ReviewMaker(std::shared_ptr<const SafeDeletionEngine> engine, bool preserveCredentials, Show show,
-                std::function<bool()> shouldStop);
+    /// Of each item and each fate the first `listedEntries` entries are listed and the others counted.
+    ReviewMaker(std::shared_ptr<const SafeDeletionEngine> engine, bool preserveCredentials,
+                std::size_t listedEntries, Show show, std::function<bool()> shouldStop);
 
     /// Ends with a complete content, unless it is stopped.
     void make(const ReviewSubject& subject);
@@ -28,6 +31,7 @@ private:
     void reviewTools(const std::vector<AppInfo>& tools);
     void reviewTool(const AppInfo& tool, bool isOneOfSeveral, EarlierPlans& earlier);
     void reviewModel(const LocalModel& model);
+    [[nodiscard]] PlanRecord emptyRecord() const;
     /// What no plan is made for.
     void showKnown(std::vector<ReviewRow> rows, const QString& size);
 
@@ -36,6 +40,7 @@ private:
 
     std::shared_ptr<const SafeDeletionEngine> engine_;
     bool preserveCredentials_;
+    std::size_t listedEntries_;
     Show show_;
     std::function<bool()> shouldStop_;
     // Of the tools that are finished.

@@ -44,10 +44,11 @@ QString joined(const std::vector<std::string>& names) {
 
 /// The system's word for what would fail at `path`, from the line of the failures that names it.
 QString failureReason(const DeletionPlan& plan, const std::string& path) {
+    const std::string beginning = path + ": ";
     for (const std::string& line : plan.failures) {
-        if (line.starts_with(path + ": ")) {
+        if (line.starts_with(beginning)) {
             return QStringLiteral("Would fail: ") +
-                   displayName(std::string_view(line).substr(path.size() + 2));
+                   displayName(std::string_view(line).substr(beginning.size()));
         }
     }
     return QStringLiteral("Would fail");

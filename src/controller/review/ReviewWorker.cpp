@@ -9,12 +9,13 @@ namespace zentrill {
 ReviewWorker::ReviewWorker(std::shared_ptr<MainQueue> link, std::shared_ptr<const SafeDeletionEngine> engine)
     : engine_(std::move(engine)), work_(std::move(link), "com.zentrill.review") {}
 
-void ReviewWorker::start(ReviewSubject subject, bool preserveCredentials, Show show) {
+void ReviewWorker::start(ReviewSubject subject, bool preserveCredentials, Show show,
+                         std::size_t listedEntries) {
     complete_ = false;
     work_.start(
-        [engine = engine_, subject = std::move(subject), preserveCredentials](const auto& publish,
-                                                                              const auto& shouldStop) {
-            ReviewMaker(engine, preserveCredentials, publish, shouldStop).make(subject);
+        [engine = engine_, subject = std::move(subject), preserveCredentials,
+         listedEntries](const auto& publish, const auto& shouldStop) {
+            ReviewMaker(engine, preserveCredentials, listedEntries, publish, shouldStop).make(subject);
         },
         [this, show = std::move(show)](const ReviewContent& content) {
             complete_ = content.complete;

@@ -6,6 +6,7 @@
 #include "deletion/SafeDeletionEngine.h"
 
 #include <chrono>
+#include <cstddef>
 #include <memory>
 
 namespace zentrill {
@@ -20,8 +21,12 @@ public:
 
     ReviewWorker(std::shared_ptr<MainQueue> link, std::shared_ptr<const SafeDeletionEngine> engine);
 
-    /// Ends the review before, of which nothing is shown any more.
-    void start(ReviewSubject subject, bool preserveCredentials, Show show);
+    /// A person reads the first ones and the number of the others.
+    static constexpr std::size_t firstEntries = 200;
+
+    /// Ends the review before, of which nothing is shown any more. `listedEntries` as for `ReviewMaker`.
+    void start(ReviewSubject subject, bool preserveCredentials, Show show,
+               std::size_t listedEntries = firstEntries);
 
     /// Returns at once; the thread ends its work at the next entry.
     void cancel() { work_.cancel(); }

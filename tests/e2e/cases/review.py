@@ -127,6 +127,63 @@ class ReviewOfATool(ReviewCase):
         self.close()
 
 
+class ReviewOfManyEntries(ReviewCase):
+    """The first entries are listed; more when the line with the number of the others is pressed."""
+
+    def setUp(self):
+        super().setUp()
+        self.cage.require_absent("gemini")
+        for number in range(2300):
+            homes.write(self.home / f".gemini/tmp/{number:04}.log")
+        self.start()
+        self.show_row("Gemini")
+        self.select_application("Gemini")
+        self.press("Review selected")
+        self.panel("Gemini")
+
+    def to_the_end(self):
+        """Moves to the last line, which says how many more there are; returns it."""
+        self.screen.wait("list", "What goes and what stays").grab_focus()
+        self.display.key("End")
+        return self.screen.wait("list item", re.compile("^and "), description="Kept: uncertain data")
+
+    def expect_more(self):
+        self.wait_computed()
+        self.display.key("End")
+        self.screen.wait("list item", "and 300 more")
+
+    def test_by_mouse(self):
+        more = self.to_the_end()
+        self.assertEqual(more.name, "and 2,100 more")
+        self.display.picture("review-more")
+        self.display.click(*more.middle)
+        self.expect_more()
+        self.close()
+
+    def test_by_keyboard(self):
+        self.to_the_end()
+        self.expect_focus("and 2,100 more")
+        before = self.screen.focused().extents
+        self.display.key("Return")
+        # What comes in its place is the next line.
+        self.screen.until(lambda: self.screen.find("list item", "and 2,100 more") is None, "more lines")
+        self.wait_computed()
+        self.display.key("Down")
+        self.screen.until(lambda: self.screen.focused().name.startswith("tmp/")
+                          and self.screen.focused().extents == before, "the focus on a new line")
+        self.expect_more()
+        # As many as fit are all that there are.
+        self.display.key("space")
+        self.screen.wait_gone("list item", re.compile("^and "))
+        self.close()
+
+    def test_on_the_bus(self):
+        self.to_the_end()
+        self.press("List More")
+        self.expect_more()
+        self.close()
+
+
 class ReviewOfAModel(ReviewCase):
     """Space and the right button lead to it; it names what stays elsewhere."""
 

@@ -167,6 +167,8 @@ FocusScope {
             delegate: ReviewRowView {
                 width: rows.rowWidth
                 list: rows
+                expandable: panel.review.canListMore
+                onMoreWanted: panel.review.listMore()
             }
         }
 

@@ -13,10 +13,22 @@ Item {
     required property string sizeText
     required property string reason
 
+    // Whether more entries can be listed where there are more.
+    required property bool expandable
+
     readonly property bool current: ListView.isCurrentItem
+    readonly property bool expands: kind === "more" && expandable
     readonly property bool isPath: kind === "item" || kind === "entry"
     readonly property color fateColor: fate === "goes" ? WarmPalette.danger
                                      : fate === "fails" || fate === "partly" ? WarmPalette.copper : WarmPalette.secondary
+
+    signal moreWanted
+
+    // The keyboard goes on with what comes in this row's place.
+    function expand() {
+        list.takeFocus(Math.max(0, index - 1));
+        moreWanted();
+    }
 
     implicitHeight: kind === "heading" ? 40 : kind === "item" ? 32 : kind === "remark" ? words.implicitHeight + 12 : 24
     focus: current
@@ -26,6 +38,12 @@ Item {
     Accessible.focusable: true
     Accessible.focused: activeFocus
 
+    Keys.onPressed: event => {
+        event.accepted = expands && !event.isAutoRepeat && [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter].includes(event.key);
+        if (event.accepted)
+            expand();
+    }
+
     onActiveFocusChanged: if (activeFocus)
         list.currentIndex = index
 
@@ -34,7 +52,22 @@ Item {
     ListView.onReused: visible = true
 
     TapHandler {
+        enabled: !row.expands
         onTapped: row.list.takeFocus(row.index)
+    }
+
+    // All of the row can be pressed.
+    Loader {
+        id: more
+
+        anchors.fill: parent
+        active: row.expands
+        sourceComponent: Pressable {
+            activeFocusOnTab: false
+            onClicked: row.expand()
+            Accessible.role: Accessible.Button
+            Accessible.name: qsTr("List More")
+        }
     }
 
     Rectangle {
@@ -42,7 +75,8 @@ Item {
 
         anchors.fill: parent
         radius: 6
-        color: row.kind === "item" ? WarmPalette.faint(WarmPalette.paper, 0.045) : "transparent"
+        color: row.kind === "item" ? WarmPalette.faint(WarmPalette.paper, 0.045)
+             : more.item && more.item.hovered ? WarmPalette.faint(WarmPalette.paper, 0.08) : "transparent"
         border.width: row.activeFocus && row.list.marksFocus ? 2 : 0
         border.color: WarmPalette.faint(WarmPalette.copper, 0.9)
     }
@@ -61,7 +95,7 @@ Item {
         text: row.label
         font: row.kind === "heading" ? Typography.name : row.kind === "item" ? Typography.control : Typography.detail
         color: row.kind === "item" || row.kind === "heading" ? WarmPalette.paper
-             : row.kind === "more" ? WarmPalette.tertiary : WarmPalette.secondary
+             : row.expands ? WarmPalette.copper : row.kind === "more" ? WarmPalette.tertiary : WarmPalette.secondary
         elide: row.isPath ? Text.ElideMiddle : Text.ElideRight
     }
 
