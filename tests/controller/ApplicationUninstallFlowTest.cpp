@@ -56,7 +56,7 @@ protected:
     static constexpr const char* caches = "Library/Caches/com.vendor.app";
 };
 
-TEST_F(ApplicationUninstallFlowTest, endsWithoutAResultWhenNothingIsSelected) {
+TEST_F(ApplicationUninstallFlowTest, EndsWithoutAResultWhenNothingIsSelected) {
     home_.makeDirectory(support);
     startScanned();
     controller_->uninstallSelectedApps();
@@ -71,7 +71,7 @@ TEST_F(ApplicationUninstallFlowTest, endsWithoutAResultWhenNothingIsSelected) {
     EXPECT_FALSE(controller_->showResultAlert());
 }
 
-TEST_F(ApplicationUninstallFlowTest, ignoresASelectionThatIsNotDetected) {
+TEST_F(ApplicationUninstallFlowTest, IgnoresASelectionThatIsNotDetected) {
     startScanned();
     controller_->setAppSelected("VendorApp", true);
     home_.makeFile(std::string(caches) + "/file");
@@ -81,7 +81,7 @@ TEST_F(ApplicationUninstallFlowTest, ignoresASelectionThatIsNotDetected) {
     EXPECT_TRUE(exists(caches));
 }
 
-TEST_F(ApplicationUninstallFlowTest, removesTheSelectionWithoutTheShield) {
+TEST_F(ApplicationUninstallFlowTest, RemovesTheSelectionWithoutTheShield) {
     home_.makeFile(std::string(support) + "/settings.json");
     home_.makeFile(std::string(caches) + "/deep/file");
     home_.makeDirectory(".ollama");
@@ -112,7 +112,7 @@ TEST_F(ApplicationUninstallFlowTest, removesTheSelectionWithoutTheShield) {
                     "Scan completed: 1 applications, 0 models, 0 Docker containers, and 0 Docker images."));
 }
 
-TEST_F(ApplicationUninstallFlowTest, keepsAndReportsWhatTheShieldProtects) {
+TEST_F(ApplicationUninstallFlowTest, KeepsAndReportsWhatTheShieldProtects) {
     home_.makeFile(std::string(support) + "/settings.json");
     home_.makeFile(std::string(caches) + "/data.bin");
     startScanned();
@@ -139,7 +139,7 @@ TEST_F(ApplicationUninstallFlowTest, keepsAndReportsWhatTheShieldProtects) {
     EXPECT_TRUE(app("VendorApp").isSelected);
 }
 
-TEST_F(ApplicationUninstallFlowTest, opensTheResultOverListsThatAreFresh) {
+TEST_F(ApplicationUninstallFlowTest, OpensTheResultOverListsThatAreFresh) {
     home_.makeFile(std::string(caches) + "/file");
     startScanned();
     ASSERT_TRUE(app("VendorApp").isDetected);
@@ -158,7 +158,7 @@ TEST_F(ApplicationUninstallFlowTest, opensTheResultOverListsThatAreFresh) {
     EXPECT_FALSE(controller_->showResultAlert());
 }
 
-TEST_F(ApplicationUninstallFlowTest, actsOnTheConfirmedListAndChoiceAlone) {
+TEST_F(ApplicationUninstallFlowTest, ActsOnTheConfirmedListAndChoiceAlone) {
     home_.makeFile(std::string(caches) + "/file");
     home_.makeFile(".openrouter/notes");
     startScanned();
@@ -175,7 +175,7 @@ TEST_F(ApplicationUninstallFlowTest, actsOnTheConfirmedListAndChoiceAlone) {
     EXPECT_TRUE(controller_->preserveCredentials());
 }
 
-TEST_F(ApplicationUninstallFlowTest, removesTheNpmPackageOfClaudeCodeFirst) {
+TEST_F(ApplicationUninstallFlowTest, RemovesTheNpmPackageOfClaudeCodeFirst) {
     home_.makeFile(".claude/history");
     startScanned();
     bool dataStillThere = false;
@@ -197,7 +197,7 @@ TEST_F(ApplicationUninstallFlowTest, removesTheNpmPackageOfClaudeCodeFirst) {
                             "Running 'npm uninstall -g @anthropic-ai/claude-code'...", emptySummary));
 }
 
-TEST_F(ApplicationUninstallFlowTest, goesOnWhenTheNpmPackageCannotBeRemoved) {
+TEST_F(ApplicationUninstallFlowTest, GoesOnWhenTheNpmPackageCannotBeRemoved) {
     home_.makeFile(".claude/history");
     startScanned();
     answer_ = [](const FakeCommandRunner::Call& call) {
@@ -214,7 +214,7 @@ TEST_F(ApplicationUninstallFlowTest, goesOnWhenTheNpmPackageCannotBeRemoved) {
                                         emptySummary));
 }
 
-TEST_F(ApplicationUninstallFlowTest, runsNpmForNoOtherTool) {
+TEST_F(ApplicationUninstallFlowTest, RunsNpmForNoOtherTool) {
     home_.makeFile("Library/Application Support/Claude/file");
     startScanned();
     controller_->uninstallAppsFromConfirmation(targets({"Claude"}), false);
@@ -224,7 +224,7 @@ TEST_F(ApplicationUninstallFlowTest, runsNpmForNoOtherTool) {
     }
 }
 
-TEST_F(ApplicationUninstallFlowTest, reportsAToolThatIsRunningAndTouchesNothingOfIt) {
+TEST_F(ApplicationUninstallFlowTest, ReportsAToolThatIsRunningAndTouchesNothingOfIt) {
     home_.makeFile("Library/Application Support/Claude/file");
     home_.makeFile(std::string(caches) + "/file");
     startScanned();
@@ -243,7 +243,7 @@ TEST_F(ApplicationUninstallFlowTest, reportsAToolThatIsRunningAndTouchesNothingO
                              "Claude is currently running. Quit Claude before removing it."));
 }
 
-TEST_F(ApplicationUninstallFlowTest, stopsBetweenTwoStepsWhenCancelled) {
+TEST_F(ApplicationUninstallFlowTest, StopsBetweenTwoStepsWhenCancelled) {
     home_.makeFile(".claude/history");
     home_.makeFile(std::string(caches) + "/file");
     startScanned();
@@ -277,7 +277,7 @@ TEST_F(ApplicationUninstallFlowTest, stopsBetweenTwoStepsWhenCancelled) {
                   home_.path(".claude") + "\nErrors:\nOperation cancelled.");
 }
 
-TEST_F(ApplicationUninstallFlowTest, saysSoWhenApplicationsWereNotEvenBegun) {
+TEST_F(ApplicationUninstallFlowTest, SaysSoWhenApplicationsWereNotEvenBegun) {
     home_.makeFile(std::string(caches) + "/file");
     startScanned();
     std::vector<std::string> lines;
@@ -292,7 +292,7 @@ TEST_F(ApplicationUninstallFlowTest, saysSoWhenApplicationsWereNotEvenBegun) {
                            ResultOutcome::errors, 0}));
 }
 
-TEST_F(ApplicationUninstallFlowTest, completesWhenTheCancellationComesAfterTheLastTool) {
+TEST_F(ApplicationUninstallFlowTest, CompletesWhenTheCancellationComesAfterTheLastTool) {
     const std::string settings = home_.makeFile(std::string(support) + "/settings.json");
     home_.makeFile(std::string(caches) + "/file.log");
     startScanned();
@@ -313,7 +313,7 @@ TEST_F(ApplicationUninstallFlowTest, completesWhenTheCancellationComesAfterTheLa
     EXPECT_THAT(alert.message, Not(::testing::HasSubstr("cancelled")));
 }
 
-TEST_F(ApplicationUninstallFlowTest, doesNotReportAsRemainingWhatTheNextToolRemoved) {
+TEST_F(ApplicationUninstallFlowTest, DoesNotReportAsRemainingWhatTheNextToolRemoved) {
     home_.makeFile(".codex/history");
     home_.makeFile("Library/Application Support/com.openai.chat/file");
     startScanned();
@@ -341,7 +341,7 @@ TEST_F(ApplicationUninstallFlowTest, doesNotReportAsRemainingWhatTheNextToolRemo
     EXPECT_EQ(alert.outcome, ResultOutcome::dataRemaining);
 }
 
-TEST_F(ApplicationUninstallFlowTest, reportsCompleteWhenTheNextToolRemovedAllThatWasLeft) {
+TEST_F(ApplicationUninstallFlowTest, ReportsCompleteWhenTheNextToolRemovedAllThatWasLeft) {
     home_.makeFile(".codex/history");
     startScanned();
     std::atomic<bool> isHeld = true;
@@ -359,7 +359,7 @@ TEST_F(ApplicationUninstallFlowTest, reportsCompleteWhenTheNextToolRemovedAllTha
                            ResultOutcome::complete, 0}));
 }
 
-TEST_F(ApplicationUninstallFlowTest, givesTheNextOperationAFreshToken) {
+TEST_F(ApplicationUninstallFlowTest, GivesTheNextOperationAFreshToken) {
     home_.makeFile(".claude/history");
     startScanned();
     test::Gate gate;
@@ -382,7 +382,7 @@ TEST_F(ApplicationUninstallFlowTest, givesTheNextOperationAFreshToken) {
     EXPECT_EQ(controller_->resultAlertOutcome(), ResultOutcome::complete);
 }
 
-TEST_F(ApplicationUninstallFlowTest, logsEveryPathOfAManyFileToolWhileTheEventLoopLives) {
+TEST_F(ApplicationUninstallFlowTest, LogsEveryPathOfAManyFileToolWhileTheEventLoopLives) {
     constexpr int fileCount = 50'000;
     for (int file = 0; file < fileCount; ++file) {
         home_.makeFile(std::string(caches) + "/" + std::to_string(file));

@@ -7,7 +7,7 @@
 namespace zentrill {
 namespace {
 
-TEST(CancellableOperationTest, startsUncancelledAndStaysCancelled) {
+TEST(CancellableOperationTest, StartsUncancelledAndStaysCancelled) {
     CancellableOperation operation;
     EXPECT_FALSE(operation.isCancelled());
     operation.cancel();
@@ -16,7 +16,7 @@ TEST(CancellableOperationTest, startsUncancelledAndStaysCancelled) {
     EXPECT_TRUE(operation.isCancelled());
 }
 
-TEST(CancellableOperationTest, isSeenByAThreadThatPolls) {
+TEST(CancellableOperationTest, IsSeenByAThreadThatPolls) {
     CancellableOperation operation;
     std::thread worker([&operation] {
         while (!operation.isCancelled()) {

@@ -20,13 +20,13 @@ using test::waitUntil;
 
 class ClosingTest : public ControllerFixture {};
 
-TEST_F(ClosingTest, endsAtOnceWhileIdle) {
+TEST_F(ClosingTest, EndsAtOnceWhileIdle) {
     start();
     EXPECT_TRUE(controller_->shutDown());
     EXPECT_TRUE(controller_->shutDown());
 }
 
-TEST_F(ClosingTest, endsTheRunningCommandAndPublishesNothing) {
+TEST_F(ClosingTest, EndsTheRunningCommandAndPublishesNothing) {
     test::Gate gate;
     locator_->set("/opt/docker");
     answer_ = [&gate](const FakeCommandRunner::Call&) {
@@ -50,7 +50,7 @@ TEST_F(ClosingTest, endsTheRunningCommandAndPublishesNothing) {
     EXPECT_TRUE(controller_->isBusy());
 }
 
-TEST_F(ClosingTest, leavesAWorkerThatDoesNotEndBehindInBoundedTime) {
+TEST_F(ClosingTest, LeavesAWorkerThatDoesNotEndBehindInBoundedTime) {
     auto gate = std::make_shared<test::Gate>();
     locator_->set("/opt/docker");
     // The worker outlives this test's other objects, so it gets a runner that owns all it needs.
@@ -72,7 +72,7 @@ TEST_F(ClosingTest, leavesAWorkerThatDoesNotEndBehindInBoundedTime) {
     EXPECT_TRUE(waitUntil([&watched] { return watched.expired(); }));
 }
 
-TEST_F(ClosingTest, dropsAnOperationThatHasNotBegunItsWork) {
+TEST_F(ClosingTest, DropsAnOperationThatHasNotBegunItsWork) {
     test::Gate gate;
     locator_->set("/opt/docker");
     answer_ = [&gate](const FakeCommandRunner::Call&) {
@@ -89,7 +89,7 @@ TEST_F(ClosingTest, dropsAnOperationThatHasNotBegunItsWork) {
     EXPECT_TRUE(FileSystem::shared().fileExists(model));
 }
 
-TEST_F(ClosingTest, deletesNothingOnceTheProcessListingWasCutShort) {
+TEST_F(ClosingTest, DeletesNothingOnceTheProcessListingWasCutShort) {
     const std::string data = home_.makeFile("Library/Application Support/Claude/file");
     test::Gate gate;
     answer_ = [&gate](const FakeCommandRunner::Call& call) {
@@ -106,7 +106,7 @@ TEST_F(ClosingTest, deletesNothingOnceTheProcessListingWasCutShort) {
     EXPECT_TRUE(FileSystem::shared().fileExists(data));
 }
 
-TEST_F(ClosingTest, deletesNothingOnceTheStepBeforeWasCutShort) {
+TEST_F(ClosingTest, DeletesNothingOnceTheStepBeforeWasCutShort) {
     const std::string data = home_.makeFile(".claude/history");
     test::Gate gate;
     answer_ = [&gate](const FakeCommandRunner::Call& call) {
@@ -123,7 +123,7 @@ TEST_F(ClosingTest, deletesNothingOnceTheStepBeforeWasCutShort) {
     EXPECT_TRUE(FileSystem::shared().fileExists(data));
 }
 
-TEST_F(ClosingTest, stopsARemovalAtTheNextEntryWhetherItWasCancelledBeforeOrNot) {
+TEST_F(ClosingTest, StopsARemovalAtTheNextEntryWhetherItWasCancelledBeforeOrNot) {
     for (const bool isCancelledBefore : {false, true}) {
         SCOPED_TRACE(isCancelledBefore);
         const std::string first = home_.makeFile("Library/Application Support/VendorApp/file");
@@ -147,7 +147,7 @@ TEST_F(ClosingTest, stopsARemovalAtTheNextEntryWhetherItWasCancelledBeforeOrNot)
     }
 }
 
-TEST_F(ClosingTest, beginsNoRescanAfterARemoval) {
+TEST_F(ClosingTest, BeginsNoRescanAfterARemoval) {
     test::Gate gate;
     locator_->set("/opt/docker");
     answer_ = [&gate](const FakeCommandRunner::Call&) {
@@ -224,11 +224,11 @@ protected:
     }
 };
 
-TEST_F(ClosingDeathTest, endsPromptlyInMidScanAndLeavesNoChildBehind) {
+TEST_F(ClosingDeathTest, EndsPromptlyInMidScanAndLeavesNoChildBehind) {
     EXPECT_EXIT(closeInMidScan(false), ::testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 
-TEST_F(ClosingDeathTest, endsPromptlyInTheRescanAfterARemoval) {
+TEST_F(ClosingDeathTest, EndsPromptlyInTheRescanAfterARemoval) {
     EXPECT_EXIT(closeInMidScan(true), ::testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 

@@ -19,25 +19,25 @@ std::function<std::uint32_t()> sequence(std::vector<std::uint32_t> values) {
     return [values = std::move(values), next = std::size_t{0}]() mutable { return values.at(next++); };
 }
 
-TEST(DestructiveConfirmationCodeTest, writesEightDigitsWithLeadingZeros) {
+TEST(DestructiveConfirmationCodeTest, WritesEightDigitsWithLeadingZeros) {
     EXPECT_EQ(codeOf(0), "00000000");
     EXPECT_EQ(codeOf(42), "00000042");
     EXPECT_EQ(codeOf(412'907), "00412907");
     EXPECT_EQ(codeOf(99'999'999), "99999999");
 }
 
-TEST(DestructiveConfirmationCodeTest, keepsAnySourceInRange) {
+TEST(DestructiveConfirmationCodeTest, KeepsAnySourceInRange) {
     EXPECT_EQ(codeOf(100'000'000), "00000000");
     EXPECT_EQ(codeOf(4'294'967'295U), "94967295");
 }
 
-TEST(DestructiveConfirmationCodeTest, drawsAgainWhatWouldFavourTheSmallCodes) {
+TEST(DestructiveConfirmationCodeTest, DrawsAgainWhatWouldFavourTheSmallCodes) {
     EXPECT_EQ(DestructiveConfirmationCode::uniformValue(sequence({4'199'999'999U})), 99'999'999U);
     EXPECT_EQ(DestructiveConfirmationCode::uniformValue(sequence({4'200'000'000U, 4'294'967'295U, 7})), 7U);
     EXPECT_EQ(DestructiveConfirmationCode::uniformValue(sequence({100'000'001})), 1U);
 }
 
-TEST(DestructiveConfirmationCodeTest, drawsCodesFromTheSystemThatSpreadOverTheWholeRange) {
+TEST(DestructiveConfirmationCodeTest, DrawsCodesFromTheSystemThatSpreadOverTheWholeRange) {
     constexpr int draws = 20'000;
     std::set<std::string> codes;
     std::array<int, 10> firstDigits{};
@@ -57,26 +57,26 @@ TEST(DestructiveConfirmationCodeTest, drawsCodesFromTheSystemThatSpreadOverTheWh
     }
 }
 
-TEST(DestructiveConfirmationCodeTest, filtersTypedTextDownToEightAsciiDigits) {
+TEST(DestructiveConfirmationCodeTest, FiltersTypedTextDownToEightAsciiDigits) {
     EXPECT_EQ(DestructiveConfirmationCode::filteredInput("12a3 4-5678 9"), "12345678");
     EXPECT_EQ(DestructiveConfirmationCode::filteredInput(""), "");
     EXPECT_EQ(DestructiveConfirmationCode::filteredInput("0041"), "0041");
     EXPECT_EQ(DestructiveConfirmationCode::filteredInput("only words"), "");
 }
 
-TEST(DestructiveConfirmationCodeTest, dropsDigitsOfOtherScripts) {
+TEST(DestructiveConfirmationCodeTest, DropsDigitsOfOtherScripts) {
     EXPECT_EQ(DestructiveConfirmationCode::filteredInput("\uff11\uff121\u0663\u0967\u00b2"), "1");
     EXPECT_EQ(DestructiveConfirmationCode::filteredInput("1\xff\xb2"
                                                          "2"),
               "12");
 }
 
-TEST(DestructiveConfirmationCodeTest, matchesOnlyTheIssuedCode) {
+TEST(DestructiveConfirmationCodeTest, MatchesOnlyTheIssuedCode) {
     EXPECT_TRUE(DestructiveConfirmationCode::matches("00412907", "00412907"));
     EXPECT_FALSE(DestructiveConfirmationCode::matches("00412908", "00412907"));
 }
 
-TEST(DestructiveConfirmationCodeTest, neverMatchesWhatIsNotEightDigits) {
+TEST(DestructiveConfirmationCodeTest, NeverMatchesWhatIsNotEightDigits) {
     EXPECT_FALSE(DestructiveConfirmationCode::matches("0041290", "0041290"));
     EXPECT_FALSE(DestructiveConfirmationCode::matches("004129071", "004129071"));
     EXPECT_FALSE(DestructiveConfirmationCode::matches("00412907 ", "00412907"));

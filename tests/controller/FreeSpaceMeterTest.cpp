@@ -40,7 +40,7 @@ protected:
     }};
 };
 
-TEST_F(FreeSpaceMeterTest, saysWhatWasAndWhatIs) {
+TEST_F(FreeSpaceMeterTest, SaysWhatWasAndWhatIs) {
     folder_.makeFile("item");
     setSpace(folder_.path(), 41'200'000'000);
     meter_.watchItem(folder_.path("item"));
@@ -49,20 +49,20 @@ TEST_F(FreeSpaceMeterTest, saysWhatWasAndWhatIs) {
     EXPECT_EQ(meter_.text(), "Free space: 41.2 GB → 46.8 GB");
 }
 
-TEST_F(FreeSpaceMeterTest, saysNothingOfWhatIsNotThere) {
+TEST_F(FreeSpaceMeterTest, SaysNothingOfWhatIsNotThere) {
     setSpace(folder_.path(), 1'000'000'000);
     meter_.watchItem(folder_.path("missing"));
     meter_.watchFolder(folder_.path("missing"));
     EXPECT_EQ(meter_.text(), "");
 }
 
-TEST_F(FreeSpaceMeterTest, saysNothingWhereNothingCanBeMeasured) {
+TEST_F(FreeSpaceMeterTest, SaysNothingWhereNothingCanBeMeasured) {
     folder_.makeFile("item");
     meter_.watchItem(folder_.path("item"));
     EXPECT_EQ(meter_.text(), "");
 }
 
-TEST_F(FreeSpaceMeterTest, outlivesTheFolderThatItMeasures) {
+TEST_F(FreeSpaceMeterTest, OutlivesTheFolderThatItMeasures) {
     folder_.makeFile("gone/item");
     setSpace(folder_.path(), 1'000'000'000);
     meter_.watchItem(folder_.path("gone/item"));
@@ -71,7 +71,7 @@ TEST_F(FreeSpaceMeterTest, outlivesTheFolderThatItMeasures) {
     EXPECT_EQ(meter_.text(), "Free space: 1 GB → 2 GB");
 }
 
-TEST_F(FreeSpaceMeterTest, measuresWhereTheLinkIsAndNotWhatItLeadsTo) {
+TEST_F(FreeSpaceMeterTest, MeasuresWhereTheLinkIsAndNotWhatItLeadsTo) {
     const std::string other = elsewhere();
     if (other.empty()) {
         GTEST_SKIP() << "no second file system";
@@ -83,7 +83,7 @@ TEST_F(FreeSpaceMeterTest, measuresWhereTheLinkIsAndNotWhatItLeadsTo) {
     EXPECT_EQ(meter_.text(), "Free space: 3 GB → 3 GB");
 }
 
-TEST_F(FreeSpaceMeterTest, addsUpTheFileSystemsThatChanged) {
+TEST_F(FreeSpaceMeterTest, AddsUpTheFileSystemsThatChanged) {
     const std::string other = elsewhere();
     if (other.empty()) {
         GTEST_SKIP() << "no second file system";
@@ -99,7 +99,7 @@ TEST_F(FreeSpaceMeterTest, addsUpTheFileSystemsThatChanged) {
     EXPECT_EQ(meter_.text(), "Free space on 2 file systems: 11 GB → 13.5 GB");
 }
 
-TEST_F(FreeSpaceMeterTest, countsAPoolOnce) {
+TEST_F(FreeSpaceMeterTest, CountsAPoolOnce) {
     const std::string other = elsewhere();
     if (other.empty()) {
         GTEST_SKIP() << "no second file system";

@@ -25,13 +25,13 @@ std::string stamped(LogClock& clock, const std::string& message, std::time_t now
     return entry;
 }
 
-TEST(LogClockTest, stampsWithTheLocalTimeOnATwentyFourHourClock) {
+TEST(LogClockTest, StampsWithTheLocalTimeOnATwentyFourHourClock) {
     LogClock clock;
     EXPECT_EQ(stamped(clock, "Scan completed", localTime(14, 3, 27)), "[14:03:27] Scan completed");
     EXPECT_EQ(stamped(clock, "", localTime(0, 0, 0)), "[00:00:00] ");
 }
 
-TEST(LogClockTest, followsTheTimeFromSecondToSecondAndBack) {
+TEST(LogClockTest, FollowsTheTimeFromSecondToSecondAndBack) {
     LogClock clock;
     EXPECT_EQ(stamped(clock, "a", localTime(9, 59, 59)), "[09:59:59] a");
     EXPECT_EQ(stamped(clock, "b", localTime(9, 59, 59)), "[09:59:59] b");
@@ -39,17 +39,17 @@ TEST(LogClockTest, followsTheTimeFromSecondToSecondAndBack) {
     EXPECT_EQ(stamped(clock, "d", localTime(9, 59, 59)), "[09:59:59] d");
 }
 
-TEST(LogClockTest, stampsTheMomentBeforeTheEpochToo) {
+TEST(LogClockTest, StampsTheMomentBeforeTheEpochToo) {
     LogClock clock;
     EXPECT_EQ(stamped(clock, "a", -1).size(), std::string("[00:00:00] a").size());
 }
 
-TEST(LogClockTest, keepsBytesAndLineFeedsOfTheMessage) {
+TEST(LogClockTest, KeepsBytesAndLineFeedsOfTheMessage) {
     LogClock clock;
     EXPECT_EQ(stamped(clock, "\xff\n\x01", localTime(1, 2, 3)), "[01:02:03] \xff\n\x01");
 }
 
-TEST(LogClockTest, stampsWithoutMovingTheLine) {
+TEST(LogClockTest, StampsWithoutMovingTheLine) {
     LogClock clock;
     std::string entry = LogClock::roomFor("a message too long for a string to keep within itself");
     const char* const before = entry.data();

@@ -34,7 +34,7 @@ protected:
         std::make_shared<MainQueue>([this](const std::vector<std::string>& lines) { record(lines); });
 };
 
-TEST_F(MainQueueTest, keepsTasksAndLinesOfOneThreadInTheirOrder) {
+TEST_F(MainQueueTest, KeepsTasksAndLinesOfOneThreadInTheirOrder) {
     std::thread worker([this] {
         for (int round = 0; round < 2000; ++round) {
             queue_->postLine("line " + std::to_string(round));
@@ -55,7 +55,7 @@ TEST_F(MainQueueTest, keepsTasksAndLinesOfOneThreadInTheirOrder) {
     }
 }
 
-TEST_F(MainQueueTest, losesNothingOfSeveralThreads) {
+TEST_F(MainQueueTest, LosesNothingOfSeveralThreads) {
     constexpr int threadCount = 4;
     constexpr int linesEach = 5000;
     std::vector<std::thread> workers;
@@ -73,7 +73,7 @@ TEST_F(MainQueueTest, losesNothingOfSeveralThreads) {
     }
 }
 
-TEST_F(MainQueueTest, wakesAnEventLoopThatSleeps) {
+TEST_F(MainQueueTest, WakesAnEventLoopThatSleeps) {
     bool reached = false;
     for (int round = 0; round < 50; ++round) {
         reached = false;
@@ -83,7 +83,7 @@ TEST_F(MainQueueTest, wakesAnEventLoopThatSleeps) {
     }
 }
 
-TEST_F(MainQueueTest, handsConsecutiveLinesOverTogether) {
+TEST_F(MainQueueTest, HandsConsecutiveLinesOverTogether) {
     for (int line = 0; line < 3; ++line) {
         queue_->postLine("a");
     }
@@ -95,14 +95,14 @@ TEST_F(MainQueueTest, handsConsecutiveLinesOverTogether) {
     EXPECT_EQ(batches_, (std::vector<std::size_t>{3, 5}));
 }
 
-TEST_F(MainQueueTest, neverRunsATaskInsideTheCallThatPostsIt) {
+TEST_F(MainQueueTest, NeverRunsATaskInsideTheCallThatPostsIt) {
     bool reached = false;
     queue_->post([&reached] { reached = true; });
     EXPECT_FALSE(reached);
     EXPECT_TRUE(waitUntil([&reached] { return reached; }));
 }
 
-TEST_F(MainQueueTest, takesTasksThatATaskPosts) {
+TEST_F(MainQueueTest, TakesTasksThatATaskPosts) {
     int rounds = 0;
     std::function<void()> again = [&] {
         if (++rounds < 100) {
@@ -113,7 +113,7 @@ TEST_F(MainQueueTest, takesTasksThatATaskPosts) {
     EXPECT_TRUE(waitUntil([&rounds] { return rounds == 100; }));
 }
 
-TEST_F(MainQueueTest, letsTheEventLoopLiveWhileManyLinesWait) {
+TEST_F(MainQueueTest, LetsTheEventLoopLiveWhileManyLinesWait) {
     constexpr std::size_t lineCount = 300'000;
     for (std::size_t line = 0; line < lineCount; ++line) {
         queue_->postLine("a line of the length that most lines of the log have, more or less");
@@ -127,7 +127,7 @@ TEST_F(MainQueueTest, letsTheEventLoopLiveWhileManyLinesWait) {
     EXPECT_LE(*std::max_element(batches_.begin(), batches_.end()), 4096U);
 }
 
-TEST_F(MainQueueTest, dropsEverythingOnceItIsClosed) {
+TEST_F(MainQueueTest, DropsEverythingOnceItIsClosed) {
     auto held = std::make_shared<int>(0);
     const std::weak_ptr<int> watched = held;
     queue_->post([kept = std::move(held)] { FAIL() << *kept; });
@@ -145,7 +145,7 @@ TEST_F(MainQueueTest, dropsEverythingOnceItIsClosed) {
     EXPECT_TRUE(seen_.empty());
 }
 
-TEST_F(MainQueueTest, mayBeClosedByItsOwnTask) {
+TEST_F(MainQueueTest, MayBeClosedByItsOwnTask) {
     bool closed = false;
     queue_->post([this, &closed] {
         queue_->close();
@@ -157,7 +157,7 @@ TEST_F(MainQueueTest, mayBeClosedByItsOwnTask) {
     EXPECT_TRUE(seen_.empty());
 }
 
-TEST_F(MainQueueTest, mayBeLetGoByItsOwnTask) {
+TEST_F(MainQueueTest, MayBeLetGoByItsOwnTask) {
     bool done = false;
     auto other = std::make_shared<MainQueue>([](const std::vector<std::string>&) {});
     const std::weak_ptr<MainQueue> watched = other;
@@ -169,7 +169,7 @@ TEST_F(MainQueueTest, mayBeLetGoByItsOwnTask) {
     EXPECT_TRUE(waitUntil([&] { return done && watched.expired(); }));
 }
 
-TEST_F(MainQueueTest, mayBeClosedWhileAThreadIsStillPosting) {
+TEST_F(MainQueueTest, MayBeClosedWhileAThreadIsStillPosting) {
     std::atomic<bool> stop = false;
     std::thread worker([queue = queue_, &stop] {
         while (!stop) {
@@ -185,7 +185,7 @@ TEST_F(MainQueueTest, mayBeClosedWhileAThreadIsStillPosting) {
     EXPECT_EQ(seen_.size(), seen);
 }
 
-TEST(MainQueueDeathTest, mustBeClosedBeforeItGoes) {
+TEST(MainQueueDeathTest, MustBeClosedBeforeItGoes) {
     ::testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_DEATH(
         { MainQueue queue([](const std::vector<std::string>&) {}); },

@@ -14,7 +14,7 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-TEST(OperationQueueTest, runsJobsOneAtATimeInTheirOrderOnAnotherThread) {
+TEST(OperationQueueTest, RunsJobsOneAtATimeInTheirOrderOnAnotherThread) {
     OperationQueue queue;
     std::vector<int> order; // Touched by the worker alone until the promise is kept.
     std::promise<std::thread::id> done;
@@ -30,7 +30,7 @@ TEST(OperationQueueTest, runsJobsOneAtATimeInTheirOrderOnAnotherThread) {
     }
 }
 
-TEST(OperationQueueTest, namesItsThread) {
+TEST(OperationQueueTest, NamesItsThread) {
     OperationQueue queue;
     std::promise<std::string> name;
     queue.submit([&name] {
@@ -43,7 +43,7 @@ TEST(OperationQueueTest, namesItsThread) {
     EXPECT_EQ(std::string(OperationQueue::label).rfind(seen, 0), 0U) << seen;
 }
 
-TEST(OperationQueueTest, letsGoOfAJobAsSoonAsItIsDone) {
+TEST(OperationQueueTest, LetsGoOfAJobAsSoonAsItIsDone) {
     OperationQueue queue;
     auto held = std::make_shared<int>(7);
     const std::weak_ptr<int> watched = held;
@@ -53,7 +53,7 @@ TEST(OperationQueueTest, letsGoOfAJobAsSoonAsItIsDone) {
     EXPECT_TRUE(gone.get_future().get());
 }
 
-TEST(OperationQueueTest, dropsWaitingJobsWhenItStops) {
+TEST(OperationQueueTest, DropsWaitingJobsWhenItStops) {
     OperationQueue queue;
     std::promise<void> started;
     std::promise<void> release;
@@ -80,7 +80,7 @@ TEST(OperationQueueTest, dropsWaitingJobsWhenItStops) {
     EXPECT_FALSE(ran);
 }
 
-TEST(OperationQueueTest, leavesAJobThatDoesNotEndToItself) {
+TEST(OperationQueueTest, LeavesAJobThatDoesNotEndToItself) {
     auto release = std::make_shared<std::promise<void>>();
     std::promise<void> ended;
     {
@@ -100,7 +100,7 @@ TEST(OperationQueueTest, leavesAJobThatDoesNotEndToItself) {
     EXPECT_EQ(ended.get_future().wait_for(seconds(30)), std::future_status::ready);
 }
 
-TEST(OperationQueueTest, waitsForTheRunningJobWhenItIsDestroyedUnstopped) {
+TEST(OperationQueueTest, WaitsForTheRunningJobWhenItIsDestroyedUnstopped) {
     std::atomic<bool> finished = false;
     std::promise<void> started;
     {

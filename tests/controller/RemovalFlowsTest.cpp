@@ -71,7 +71,7 @@ protected:
     };
 };
 
-TEST_F(RemovalFlowsTest, deletesAModelFile) {
+TEST_F(RemovalFlowsTest, DeletesAModelFile) {
     const std::string path = home_.makeFile(".lmstudio/models/pub/foo.gguf", std::string(1'500'000, 'x'));
     start();
     controller_->scanSystem();
@@ -97,7 +97,7 @@ TEST_F(RemovalFlowsTest, deletesAModelFile) {
                     "Scan completed: 1 applications, 0 models, 0 Docker containers, and 0 Docker images."));
 }
 
-TEST_F(RemovalFlowsTest, measuresTheFreeSpaceAroundAModel) {
+TEST_F(RemovalFlowsTest, MeasuresTheFreeSpaceAroundAModel) {
     home_.makeFile(".lmstudio/models/pub/foo.gguf", std::string(1'500'000, 'x'));
     start();
     controller_->scanSystem();
@@ -110,7 +110,7 @@ TEST_F(RemovalFlowsTest, measuresTheFreeSpaceAroundAModel) {
     EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
 }
 
-TEST_F(RemovalFlowsTest, measuresTheFreeSpaceOfAnEngineOnThisMachine) {
+TEST_F(RemovalFlowsTest, MeasuresTheFreeSpaceOfAnEngineOnThisMachine) {
     locator_->set("/opt/docker");
     start();
     utsname machine{};
@@ -138,7 +138,7 @@ TEST_F(RemovalFlowsTest, measuresTheFreeSpaceOfAnEngineOnThisMachine) {
     EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
 }
 
-TEST_F(RemovalFlowsTest, reportsAModelThatCannotBeDeleted) {
+TEST_F(RemovalFlowsTest, ReportsAModelThatCannotBeDeleted) {
     start();
     result_ = [](const auto&) { return test::failed(1, "Error: model 'llama3:latest' not found\n"); };
     controller_->deleteModel(
@@ -151,7 +151,7 @@ TEST_F(RemovalFlowsTest, reportsAModelThatCannotBeDeleted) {
                                         emptySummary));
 }
 
-TEST_F(RemovalFlowsTest, stopsAContainerThroughItsOwnConnection) {
+TEST_F(RemovalFlowsTest, StopsAContainerThroughItsOwnConnection) {
     locator_->set("/opt/docker");
     start();
     controller_->stopContainer(container("Up 3 minutes"));
@@ -166,7 +166,7 @@ TEST_F(RemovalFlowsTest, stopsAContainerThroughItsOwnConnection) {
                 ElementsAre("Stopping Docker container: web (c0ffee)...", "Stopped web.", emptySummary));
 }
 
-TEST_F(RemovalFlowsTest, reportsAContainerThatCannotBeStopped) {
+TEST_F(RemovalFlowsTest, ReportsAContainerThatCannotBeStopped) {
     locator_->set("/opt/docker");
     start();
     result_ = [](const auto&) {
@@ -179,7 +179,7 @@ TEST_F(RemovalFlowsTest, reportsAContainerThatCannotBeStopped) {
     expectResult("Stop Failed", "Could not stop web: Command timed out.", ResultOutcome::errors);
 }
 
-TEST_F(RemovalFlowsTest, removesAStoppedContainerWithOneCommand) {
+TEST_F(RemovalFlowsTest, RemovesAStoppedContainerWithOneCommand) {
     locator_->set("/opt/docker");
     start();
     controller_->removeContainer(container("Exited (0) 2 hours ago"));
@@ -193,7 +193,7 @@ TEST_F(RemovalFlowsTest, removesAStoppedContainerWithOneCommand) {
                 ElementsAre("Removing Docker container: web (c0ffee)...", "Removed web.", emptySummary));
 }
 
-TEST_F(RemovalFlowsTest, stopsARunningContainerBeforeItRemovesIt) {
+TEST_F(RemovalFlowsTest, StopsARunningContainerBeforeItRemovesIt) {
     locator_->set("/opt/docker");
     start();
     controller_->removeContainer(container("Up 3 minutes"));
@@ -204,7 +204,7 @@ TEST_F(RemovalFlowsTest, stopsARunningContainerBeforeItRemovesIt) {
     EXPECT_THAT(operationCalls().at(1).arguments, Contains("rm"));
 }
 
-TEST_F(RemovalFlowsTest, keepsARunningContainerThatCannotBeStopped) {
+TEST_F(RemovalFlowsTest, KeepsARunningContainerThatCannotBeStopped) {
     locator_->set("/opt/docker");
     start();
     result_ = [](const FakeCommandRunner::Call& call) {
@@ -218,7 +218,7 @@ TEST_F(RemovalFlowsTest, keepsARunningContainerThatCannotBeStopped) {
     EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
 }
 
-TEST_F(RemovalFlowsTest, reportsAContainerThatCannotBeRemoved) {
+TEST_F(RemovalFlowsTest, ReportsAContainerThatCannotBeRemoved) {
     locator_->set("/opt/docker");
     start();
     result_ = [](const auto&) { return test::failed(3); };
@@ -228,7 +228,7 @@ TEST_F(RemovalFlowsTest, reportsAContainerThatCannotBeRemoved) {
                  ResultOutcome::errors);
 }
 
-TEST_F(RemovalFlowsTest, removesAnUnusedImageByItsFullID) {
+TEST_F(RemovalFlowsTest, RemovesAnUnusedImageByItsFullID) {
     locator_->set("/opt/docker");
     start();
     const DockerImage unused = image(DockerImageUsage::unused);
@@ -244,7 +244,7 @@ TEST_F(RemovalFlowsTest, removesAnUnusedImageByItsFullID) {
                 ElementsAre("Removing Docker image: 0123456789ab from desktop", message, emptySummary));
 }
 
-TEST_F(RemovalFlowsTest, runsNothingForAnImageThatIsInUse) {
+TEST_F(RemovalFlowsTest, RunsNothingForAnImageThatIsInUse) {
     locator_->set("/opt/docker");
     start();
     const DockerImage used = image(DockerImageUsage::inUse);
@@ -256,7 +256,7 @@ TEST_F(RemovalFlowsTest, runsNothingForAnImageThatIsInUse) {
     EXPECT_TRUE(operationCalls().empty());
 }
 
-TEST_F(RemovalFlowsTest, showsAnIdentifierThatIsNoDigestAsItStands) {
+TEST_F(RemovalFlowsTest, ShowsAnIdentifierThatIsNoDigestAsItStands) {
     start();
     DockerImage odd = image(DockerImageUsage::unused);
     odd.imageID = "an-identifier-longer-than-twelve";
@@ -266,7 +266,7 @@ TEST_F(RemovalFlowsTest, showsAnIdentifierThatIsNoDigestAsItStands) {
     ASSERT_TRUE(waitUntilIdle());
 }
 
-TEST_F(RemovalFlowsTest, noticesThatDockerIsGoneByNow) {
+TEST_F(RemovalFlowsTest, NoticesThatDockerIsGoneByNow) {
     start();
     const std::string gone = "Docker CLI is no longer available.";
     controller_->stopContainer(container("Up 3 minutes"));
@@ -285,7 +285,7 @@ TEST_F(RemovalFlowsTest, noticesThatDockerIsGoneByNow) {
                             "Removing Docker image: 0123456789ab from desktop", gone, emptySummary));
 }
 
-TEST_F(RemovalFlowsTest, refusesEveryOperationWhileOneRuns) {
+TEST_F(RemovalFlowsTest, RefusesEveryOperationWhileOneRuns) {
     locator_->set("/opt/docker");
     start();
     controller_->stopContainer(container("Up 3 minutes"));

@@ -38,7 +38,7 @@ protected:
     std::vector<ReviewContent> shown_;
 };
 
-TEST_F(ReviewWorkerTest, showsWhatGoesAndStaysWithTheShieldAndWithout) {
+TEST_F(ReviewWorkerTest, ShowsWhatGoesAndStaysWithTheShieldAndWithout) {
     home_.makeFile(".gemini/oauth_creds.json", "secret");
     home_.makeFile(".gemini/tmp/data", std::string(5000, 'x'));
     review(std::vector{app("Gemini")});
@@ -53,7 +53,7 @@ TEST_F(ReviewWorkerTest, showsWhatGoesAndStaysWithTheShieldAndWithout) {
     EXPECT_TRUE(std::filesystem::exists(home_.path() + "/.gemini/tmp/data"));
 }
 
-TEST_F(ReviewWorkerTest, countsOnceWhatTwoToolsShare) {
+TEST_F(ReviewWorkerTest, CountsOnceWhatTwoToolsShare) {
     home_.makeFile(".codex/history.jsonl", "1234");
     review(std::vector{app("ChatGPT"), app("Codex Tooling")}, false);
     ASSERT_TRUE(waitForAll());
@@ -62,7 +62,7 @@ TEST_F(ReviewWorkerTest, countsOnceWhatTwoToolsShare) {
                 testing::Contains(testing::Field(&ReviewRow::kind, ReviewRow::Kind::heading)));
 }
 
-TEST_F(ReviewWorkerTest, endsWhenAnOperationBegins) {
+TEST_F(ReviewWorkerTest, EndsWhenAnOperationBegins) {
     // One more look for each entry than the test lets through: only the end of the review lets go of it.
     struct Gate {
         std::atomic<bool> asked{false};

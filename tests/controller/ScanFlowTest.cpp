@@ -52,7 +52,7 @@ protected:
     std::string extraImageLine_;
 };
 
-TEST_F(ScanFlowTest, logsWhatItFindsAndCountsLeftoverDataAsFound) {
+TEST_F(ScanFlowTest, LogsWhatItFindsAndCountsLeftoverDataAsFound) {
     start();
     home_.makeExecutable(".local/bin/ollama", "");
     home_.makeDirectory(".ollama");
@@ -74,14 +74,14 @@ TEST_F(ScanFlowTest, logsWhatItFindsAndCountsLeftoverDataAsFound) {
     EXPECT_FALSE(controller_->showResultAlert());
 }
 
-TEST_F(ScanFlowTest, namesATerminalToolByItsDisplayNameAndCategory) {
+TEST_F(ScanFlowTest, NamesATerminalToolByItsDisplayNameAndCategory) {
     start();
     home_.makeExecutable(".local/bin/claude", "");
     ASSERT_TRUE(scan());
     EXPECT_EQ(messages().at(1), "Found software: Claude Code (CLI) (Terminal / CLI Tool)");
 }
 
-TEST_F(ScanFlowTest, keepsTheSelectionOfWhatStaysAndDropsThatOfWhatIsGone) {
+TEST_F(ScanFlowTest, KeepsTheSelectionOfWhatStaysAndDropsThatOfWhatIsGone) {
     start();
     home_.makeDirectory(".ollama");
     home_.makeDirectory(".lmstudio");
@@ -97,7 +97,7 @@ TEST_F(ScanFlowTest, keepsTheSelectionOfWhatStaysAndDropsThatOfWhatIsGone) {
     EXPECT_FALSE(app("Claude").isSelected);
 }
 
-TEST_F(ScanFlowTest, keepsASelectionMadeWhileItRuns) {
+TEST_F(ScanFlowTest, KeepsASelectionMadeWhileItRuns) {
     start();
     home_.makeDirectory(".ollama");
     home_.makeDirectory(".lmstudio");
@@ -111,7 +111,7 @@ TEST_F(ScanFlowTest, keepsASelectionMadeWhileItRuns) {
     EXPECT_TRUE(app("LM Studio").isSelected);
 }
 
-TEST_F(ScanFlowTest, listsModelsStoreByStore) {
+TEST_F(ScanFlowTest, ListsModelsStoreByStore) {
     start();
     home_.makeFile(".ollama/models/manifests/registry.ollama.ai/library/llama3/latest",
                    R"({"config":{"size":512},"layers":[{"size":1000},{"size":2000}]})");
@@ -132,7 +132,7 @@ TEST_F(ScanFlowTest, listsModelsStoreByStore) {
                     "Scan completed: 2 applications, 3 models, 0 Docker containers, and 0 Docker images."));
 }
 
-TEST_F(ScanFlowTest, publishesTheDockerInventory) {
+TEST_F(ScanFlowTest, PublishesTheDockerInventory) {
     playDocker();
     start();
     ASSERT_TRUE(scan());
@@ -151,7 +151,7 @@ TEST_F(ScanFlowTest, publishesTheDockerInventory) {
     EXPECT_THAT(messages(), ::testing::Not(Contains(::testing::HasSubstr("Docker is available"))));
 }
 
-TEST_F(ScanFlowTest, publishesTheImageWarningAndTakesItBack) {
+TEST_F(ScanFlowTest, PublishesTheImageWarningAndTakesItBack) {
     playDocker();
     extraImageLine_ = "not an image";
     start();
@@ -162,7 +162,7 @@ TEST_F(ScanFlowTest, publishesTheImageWarningAndTakesItBack) {
     EXPECT_TRUE(controller_->dockerImageWarning().isNull());
 }
 
-TEST_F(ScanFlowTest, emptiesTheDockerListsWhenTheDaemonGoesAway) {
+TEST_F(ScanFlowTest, EmptiesTheDockerListsWhenTheDaemonGoesAway) {
     playDocker();
     extraImageLine_ = "not an image";
     start();
@@ -181,7 +181,7 @@ TEST_F(ScanFlowTest, emptiesTheDockerListsWhenTheDaemonGoesAway) {
                        "connection), then choose Scan System. Cannot connect to the Docker daemon."));
 }
 
-TEST_F(ScanFlowTest, emptiesTheDockerListsWhenTheToolGoesAway) {
+TEST_F(ScanFlowTest, EmptiesTheDockerListsWhenTheToolGoesAway) {
     playDocker();
     start();
     ASSERT_TRUE(scan());
@@ -195,7 +195,7 @@ TEST_F(ScanFlowTest, emptiesTheDockerListsWhenTheToolGoesAway) {
               QStringLiteral("Docker CLI is not installed or is not available in PATH."));
 }
 
-TEST_F(ScanFlowTest, announcesOnlyWhatChanged) {
+TEST_F(ScanFlowTest, AnnouncesOnlyWhatChanged) {
     playDocker();
     home_.makeDirectory(".ollama");
     home_.makeFile(".lmstudio/models/foo.gguf", "123");
@@ -215,7 +215,7 @@ TEST_F(ScanFlowTest, announcesOnlyWhatChanged) {
     EXPECT_EQ(changes, 7);
 }
 
-TEST_F(ScanFlowTest, isOverOnlyWhenEverythingIsPublished) {
+TEST_F(ScanFlowTest, IsOverOnlyWhenEverythingIsPublished) {
     playDocker();
     home_.makeDirectory(".ollama");
     start();
@@ -233,7 +233,7 @@ TEST_F(ScanFlowTest, isOverOnlyWhenEverythingIsPublished) {
     EXPECT_EQ(ends, 1);
 }
 
-TEST_F(ScanFlowTest, findsNothingBelowTheRootWithoutAHome) {
+TEST_F(ScanFlowTest, FindsNothingBelowTheRootWithoutAHome) {
     ::setenv("HOME", "relative", 1);
     start();
     ASSERT_TRUE(scan());

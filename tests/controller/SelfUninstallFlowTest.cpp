@@ -23,7 +23,7 @@ protected:
     }
 };
 
-TEST_F(SelfUninstallFlowTest, endsTheProcessOnceEverythingIsGone) {
+TEST_F(SelfUninstallFlowTest, EndsTheProcessOnceEverythingIsGone) {
     install("com.user.Zentrill");
     start();
     controller_->performSelfUninstall();
@@ -39,7 +39,7 @@ TEST_F(SelfUninstallFlowTest, endsTheProcessOnceEverythingIsGone) {
     EXPECT_THAT(messages(), ElementsAre("Removing Zentrill bundle and owned application data..."));
 }
 
-TEST_F(SelfUninstallFlowTest, removesWhatElseBelongsToTheProgram) {
+TEST_F(SelfUninstallFlowTest, RemovesWhatElseBelongsToTheProgram) {
     install("com.user.Zentrill");
     ownedData_ = {home_.makeFile("menu/entry"), home_.path("menu/icon")};
     start();
@@ -49,7 +49,7 @@ TEST_F(SelfUninstallFlowTest, removesWhatElseBelongsToTheProgram) {
     EXPECT_TRUE(FileSystem::shared().fileExists(home_.path("menu")));
 }
 
-TEST_F(SelfUninstallFlowTest, staysAndSaysWhyWhenItFails) {
+TEST_F(SelfUninstallFlowTest, StaysAndSaysWhyWhenItFails) {
     install("com.user.other");
     home_.makeDirectory(".ollama");
     start();
@@ -72,7 +72,7 @@ TEST_F(SelfUninstallFlowTest, staysAndSaysWhyWhenItFails) {
     EXPECT_TRUE(app("Ollama").isDetected);
 }
 
-TEST(SelfUninstallFailureTest, tellsWhatIsGoneAndWhatIsStillThere) {
+TEST(SelfUninstallFailureTest, TellsWhatIsGoneAndWhatIsStillThere) {
     const ResultAlert alert = selfUninstallFailure({.removedPaths = {"/a", "/b"},
                                                     .failures = {"/c: Permission denied", "/d: Device busy"},
                                                     .remainingPaths = {"/c", "/d"}});
@@ -82,7 +82,7 @@ TEST(SelfUninstallFailureTest, tellsWhatIsGoneAndWhatIsStillThere) {
                                   ResultOutcome::errors, 0}));
 }
 
-TEST(SelfUninstallFailureTest, leavesOutWhatThereIsNot) {
+TEST(SelfUninstallFailureTest, LeavesOutWhatThereIsNot) {
     EXPECT_EQ(selfUninstallFailure({.removedPaths = {}, .failures = {"No."}, .remainingPaths = {}}).message,
               "Self-uninstall failed: No.");
 }

@@ -16,7 +16,7 @@ using ::testing::ElementsAre;
 
 class UninstallerViewModelTest : public ControllerFixture {};
 
-TEST_F(UninstallerViewModelTest, startsIdleWithTheWholeCatalogAndNothingFound) {
+TEST_F(UninstallerViewModelTest, StartsIdleWithTheWholeCatalogAndNothingFound) {
     start();
     ASSERT_EQ(controller_->apps().size(), 15U);
     EXPECT_EQ(controller_->apps().at(0).name, "Ollama");
@@ -46,7 +46,7 @@ TEST_F(UninstallerViewModelTest, startsIdleWithTheWholeCatalogAndNothingFound) {
     EXPECT_THAT(messages(), ElementsAre());
 }
 
-TEST_F(UninstallerViewModelTest, isScanningAlreadyWhenItIsMadeWithAutoScan) {
+TEST_F(UninstallerViewModelTest, IsScanningAlreadyWhenItIsMadeWithAutoScan) {
     start(true);
     EXPECT_TRUE(controller_->isBusy());
     EXPECT_TRUE(controller_->isScanning());
@@ -58,7 +58,7 @@ TEST_F(UninstallerViewModelTest, isScanningAlreadyWhenItIsMadeWithAutoScan) {
     EXPECT_EQ(messages().at(0), "Starting system scan for applications, models, and containers...");
 }
 
-TEST_F(UninstallerViewModelTest, refusesASecondOperationAndNamesTheRunningOne) {
+TEST_F(UninstallerViewModelTest, RefusesASecondOperationAndNamesTheRunningOne) {
     start();
     controller_->scanSystem();
     controller_->scanSystem();
@@ -72,14 +72,14 @@ TEST_F(UninstallerViewModelTest, refusesASecondOperationAndNamesTheRunningOne) {
                     "Scan completed: 0 applications, 0 models, 0 Docker containers, and 0 Docker images."));
 }
 
-TEST_F(UninstallerViewModelTest, ignoresACancellationWhileIdle) {
+TEST_F(UninstallerViewModelTest, IgnoresACancellationWhileIdle) {
     start();
     controller_->cancelOperation();
     ASSERT_TRUE(settleLog());
     EXPECT_THAT(messages(), ElementsAre());
 }
 
-TEST_F(UninstallerViewModelTest, letsAScanRunToItsEndThoughCancelled) {
+TEST_F(UninstallerViewModelTest, LetsAScanRunToItsEndThoughCancelled) {
     start();
     home_.makeDirectory(".ollama");
     controller_->scanSystem();
@@ -90,7 +90,7 @@ TEST_F(UninstallerViewModelTest, letsAScanRunToItsEndThoughCancelled) {
     EXPECT_THAT(messages(), ::testing::Contains("Cancellation requested by user."));
 }
 
-TEST_F(UninstallerViewModelTest, stampsEveryLineAndKeepsTheOrderOfEachThread) {
+TEST_F(UninstallerViewModelTest, StampsEveryLineAndKeepsTheOrderOfEachThread) {
     start();
     std::thread other([this] {
         for (int line = 0; line < 1000; ++line) {
@@ -114,7 +114,7 @@ TEST_F(UninstallerViewModelTest, stampsEveryLineAndKeepsTheOrderOfEachThread) {
     }
 }
 
-TEST_F(UninstallerViewModelTest, announcesExactlyTheLinesThatAreNew) {
+TEST_F(UninstallerViewModelTest, AnnouncesExactlyTheLinesThatAreNew) {
     start();
     qsizetype announced = 0;
     QObject::connect(controller_.get(), &UninstallerViewModel::logsAppended,
@@ -142,7 +142,7 @@ TEST_F(UninstallerViewModelTest, announcesExactlyTheLinesThatAreNew) {
     EXPECT_THAT(messages(), ElementsAre("c"));
 }
 
-TEST_F(UninstallerViewModelTest, goesOnLoggingIntoAClearedConsole) {
+TEST_F(UninstallerViewModelTest, GoesOnLoggingIntoAClearedConsole) {
     start();
     controller_->scanSystem();
     ASSERT_TRUE(waitUntil([this] { return !controller_->logs().empty(); }));
@@ -152,7 +152,7 @@ TEST_F(UninstallerViewModelTest, goesOnLoggingIntoAClearedConsole) {
               "Scan completed: 0 applications, 0 models, 0 Docker containers, and 0 Docker images.");
 }
 
-TEST_F(UninstallerViewModelTest, clearsALongLogAtOnceForWhoeverLooks) {
+TEST_F(UninstallerViewModelTest, ClearsALongLogAtOnceForWhoeverLooks) {
     constexpr std::size_t lineCount = 70'000;
     start();
     for (std::size_t line = 0; line < lineCount; ++line) {
@@ -166,7 +166,7 @@ TEST_F(UninstallerViewModelTest, clearsALongLogAtOnceForWhoeverLooks) {
     EXPECT_THAT(messages(), ElementsAre("after"));
 }
 
-TEST_F(UninstallerViewModelTest, selectsApplicationsByName) {
+TEST_F(UninstallerViewModelTest, SelectsApplicationsByName) {
     start();
     int changes = 0;
     QObject::connect(controller_.get(), &UninstallerViewModel::appsChanged, [&changes] { ++changes; });
@@ -181,7 +181,7 @@ TEST_F(UninstallerViewModelTest, selectsApplicationsByName) {
     EXPECT_EQ(changes, 2);
 }
 
-TEST_F(UninstallerViewModelTest, offersItsScalarsAsProperties) {
+TEST_F(UninstallerViewModelTest, OffersItsScalarsAsProperties) {
     start();
     int changes = 0;
     QObject::connect(controller_.get(), &UninstallerViewModel::preserveCredentialsChanged,
@@ -210,7 +210,7 @@ protected:
     UninstallerViewModelDeathTest() { ::testing::GTEST_FLAG(death_test_style) = "threadsafe"; }
 };
 
-TEST_F(UninstallerViewModelDeathTest, stopsTheProgramWhenAnOperationIsBegunOffTheMainThread) {
+TEST_F(UninstallerViewModelDeathTest, StopsTheProgramWhenAnOperationIsBegunOffTheMainThread) {
     EXPECT_DEATH(
         {
             start();
@@ -219,7 +219,7 @@ TEST_F(UninstallerViewModelDeathTest, stopsTheProgramWhenAnOperationIsBegunOffTh
         "Zentrill: beginOperation must be called on the main thread");
 }
 
-TEST_F(UninstallerViewModelDeathTest, stopsTheProgramWhenItIsCancelledOffTheMainThread) {
+TEST_F(UninstallerViewModelDeathTest, StopsTheProgramWhenItIsCancelledOffTheMainThread) {
     EXPECT_DEATH(
         {
             start();
@@ -228,7 +228,7 @@ TEST_F(UninstallerViewModelDeathTest, stopsTheProgramWhenItIsCancelledOffTheMain
         "Zentrill: cancelOperation must be called on the main thread");
 }
 
-TEST_F(UninstallerViewModelDeathTest, stopsTheProgramWhenItIsShutDownOffTheMainThread) {
+TEST_F(UninstallerViewModelDeathTest, StopsTheProgramWhenItIsShutDownOffTheMainThread) {
     EXPECT_DEATH(
         {
             start();

@@ -39,7 +39,7 @@ protected:
     std::string preferences_;
 };
 
-TEST_F(AdditionalOwnedDataTest, goesAfterTheDataAndBeforeTheBundle) {
+TEST_F(AdditionalOwnedDataTest, GoesAfterTheDataAndBeforeTheBundle) {
     const std::string entry = folder_.makeFile("home/.local/share/applications/entry");
     const std::string dangling = folder_.makeLink("home/.local/share/icon", "nowhere");
     const SelfUninstallResult result = uninstallOwning({entry, folder_.path("home/missing"), dangling});
@@ -51,7 +51,7 @@ TEST_F(AdditionalOwnedDataTest, goesAfterTheDataAndBeforeTheBundle) {
     EXPECT_TRUE(isThere(folder_.path("home/.local/share/applications")));
 }
 
-TEST_F(AdditionalOwnedDataTest, isCheckedBeforeAnythingGoes) {
+TEST_F(AdditionalOwnedDataTest, IsCheckedBeforeAnythingGoes) {
     const std::string real = folder_.makeFile("elsewhere/entry");
     const std::string link = folder_.makeLink("home/linked", folder_.path("elsewhere"));
     const SelfUninstallResult result = uninstallOwning({link + "/entry"});
@@ -62,7 +62,7 @@ TEST_F(AdditionalOwnedDataTest, isCheckedBeforeAnythingGoes) {
     EXPECT_TRUE(isThere(preferences_));
 }
 
-TEST_F(AdditionalOwnedDataTest, standsInNobodysWayWhereThereIsNone) {
+TEST_F(AdditionalOwnedDataTest, StandsInNobodysWayWhereThereIsNone) {
     const std::string link = folder_.makeLink("home/linked", folder_.makeDirectory("elsewhere"));
     const SelfUninstallResult result = uninstallOwning({link + "/entry"});
     EXPECT_THAT(result.removedPaths, ElementsAre(preferences_, bundle_));

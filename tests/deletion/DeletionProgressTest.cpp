@@ -43,27 +43,27 @@ protected:
     std::shared_ptr<DeletionProgress> progress_ = std::make_shared<DeletionProgress>();
 };
 
-TEST_F(DeletionProgressTest, countsWhatGoes) {
+TEST_F(DeletionProgressTest, CountsWhatGoes) {
     makeTree();
     ASSERT_TRUE(deleteTree(unshielded).succeeded());
     EXPECT_EQ(progress_->removedCount(), 622U);
 }
 
-TEST_F(DeletionProgressTest, countsWhatTheReportLists) {
+TEST_F(DeletionProgressTest, CountsWhatTheReportLists) {
     makeTree();
     const DeletionReport report = deleteTree(shielded);
     EXPECT_EQ(report.removed.size(), 619U); // All but the credential and the two folders around it.
     EXPECT_EQ(progress_->removedCount(), report.removed.size());
 }
 
-TEST_F(DeletionProgressTest, countsNothingThatStays) {
+TEST_F(DeletionProgressTest, CountsNothingThatStays) {
     makeTree();
     const DeletionReport report = deleteTree(keepingAll);
     EXPECT_EQ(report.preserved.size(), 601U);
     EXPECT_EQ(progress_->removedCount(), 0U);
 }
 
-TEST_F(DeletionProgressTest, addsUpOverItems) {
+TEST_F(DeletionProgressTest, AddsUpOverItems) {
     makeTree();
     folder_.makeFile("other");
     const SafeDeletionEngine engine = newEngine().tellingTo(progress_);
@@ -74,7 +74,7 @@ TEST_F(DeletionProgressTest, addsUpOverItems) {
 }
 
 /// Asks whenever the deletion asks whether an item may go.
-TEST_F(DeletionProgressTest, tellsWhileTheDeletionGoesOn) {
+TEST_F(DeletionProgressTest, TellsWhileTheDeletionGoesOn) {
     makeTree();
     std::vector<std::uint64_t> counts;
     std::vector<std::string> paths;
@@ -96,7 +96,7 @@ TEST_F(DeletionProgressTest, tellsWhileTheDeletionGoesOn) {
     EXPECT_THAT(progress_->path(), IsEmpty());         // Nothing is at hand any more.
 }
 
-TEST_F(DeletionProgressTest, makesAPathOnlyWhenItIsWanted) {
+TEST_F(DeletionProgressTest, MakesAPathOnlyWhenItIsWanted) {
     EXPECT_TRUE(progress_->wantsPath());
     progress_->setPath("/one");
     EXPECT_FALSE(progress_->wantsPath());

@@ -36,7 +36,7 @@ protected:
     DockerConnection desktop_{.arguments = {"--context", "desktop"}, .displayName = "desktop"};
 };
 
-TEST_F(DockerDataRootTest, isToldByTheEngineOfAContext) {
+TEST_F(DockerDataRootTest, IsToldByTheEngineOfAContext) {
     EXPECT_EQ(root(desktop_), "/var/lib/docker");
     EXPECT_THAT(commands_.calls(),
                 ElementsAre(FakeCommandRunner::Call{"/opt/docker",
@@ -49,13 +49,13 @@ TEST_F(DockerDataRootTest, isToldByTheEngineOfAContext) {
                                 3.0}));
 }
 
-TEST_F(DockerDataRootTest, isToldByTheEngineOfASocket) {
+TEST_F(DockerDataRootTest, IsToldByTheEngineOfASocket) {
     EXPECT_EQ(root({.arguments = {"--host", "unix:///run/docker.sock"}, .displayName = "override"}),
               "/var/lib/docker");
     EXPECT_EQ(commands_.calls().size(), 1U);
 }
 
-TEST_F(DockerDataRootTest, isNotKnownOfAnEngineFarAway) {
+TEST_F(DockerDataRootTest, IsNotKnownOfAnEngineFarAway) {
     EXPECT_EQ(root({.arguments = {"--host", "tcp://10.0.0.1:2375"}, .displayName = "override"}),
               std::nullopt);
     context_ = test::ok("ssh://me@far\n");
@@ -65,12 +65,12 @@ TEST_F(DockerDataRootTest, isNotKnownOfAnEngineFarAway) {
     EXPECT_EQ(commands_.calls().size(), 2U);
 }
 
-TEST_F(DockerDataRootTest, isNotKnownOfAnEngineInAVirtualMachine) {
+TEST_F(DockerDataRootTest, IsNotKnownOfAnEngineInAVirtualMachine) {
     info_ = test::ok("docker-desktop /var/lib/docker\n");
     EXPECT_EQ(root(desktop_), std::nullopt);
 }
 
-TEST_F(DockerDataRootTest, isNotKnownWhereTheAnswerIsNone) {
+TEST_F(DockerDataRootTest, IsNotKnownWhereTheAnswerIsNone) {
     info_.exitCode = 1;
     EXPECT_EQ(root(desktop_), std::nullopt);
     info_ = test::ok("");

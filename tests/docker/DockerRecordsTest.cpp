@@ -143,7 +143,7 @@ TEST(DockerImage, ItsFullIDHasHexadecimalDigitsOnly) {
     }
 }
 
-TEST(DockerImageTest, readsTheSizeThatDockerWrote) {
+TEST(DockerImageTest, ReadsTheSizeThatDockerWrote) {
     const auto bytes = [](const char* size) { return DockerImage{.size = size}.sizeBytes(); };
     EXPECT_EQ(bytes("0B"), 0);
     EXPECT_EQ(bytes("12B"), 12);

@@ -9,7 +9,7 @@
 namespace zentrill {
 namespace {
 
-TEST(FreeSpaceTest, isThatOfTheFoldersFileSystem) {
+TEST(FreeSpaceTest, IsThatOfTheFoldersFileSystem) {
     const std::string path = test::memoryFolder();
     DirectoryHandle folder;
     ASSERT_EQ(DirectoryHandle::open(path, FinalLink::follow, folder), 0);
@@ -22,7 +22,7 @@ TEST(FreeSpaceTest, isThatOfTheFoldersFileSystem) {
                 static_cast<double>(space.capacity) / 20);
 }
 
-TEST(FreeSpaceTest, isNotToldOfWhatHasNoSize) {
+TEST(FreeSpaceTest, IsNotToldOfWhatHasNoSize) {
     DirectoryHandle folder;
     EXPECT_FALSE(freeSpace(folder));
     if (DirectoryHandle::open("/proc/self", FinalLink::follow, folder) != 0) {

@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(TextTest, findsAZeroByteAnywhere) {
+TEST(TextTest, FindsAZeroByteAnywhere) {
     EXPECT_FALSE(hasNul(""));
     EXPECT_FALSE(hasNul("/home/sam/0"));
     EXPECT_TRUE(hasNul("\0"sv));
@@ -17,7 +17,7 @@ TEST(TextTest, findsAZeroByteAnywhere) {
     EXPECT_TRUE(hasNul("\0/home"sv));
 }
 
-TEST(TextTest, separatesWhatItJoins) {
+TEST(TextTest, SeparatesWhatItJoins) {
     EXPECT_EQ(joined({}, ", "), "");
     EXPECT_EQ(joined({"one"}, ", "), "one");
     EXPECT_EQ(joined({"one", "two", "three"}, ", "), "one, two, three");

@@ -31,21 +31,21 @@ std::vector<LocalModel> models() {
             {.name = "\xC3\xA4pfel.gguf", .source = "LM Studio (GGUF)", .sizeBytes = 40, .path = "/d"}};
 }
 
-TEST(ArrangementTest, leavesTheOrderOfTheScan) {
+TEST(ArrangementTest, LeavesTheOrderOfTheScan) {
     EXPECT_EQ(arranged(models(), {}), models());
 }
 
-TEST(ArrangementTest, putsTheLargestFirstAndKeepsEqualOnesAsScanned) {
+TEST(ArrangementTest, PutsTheLargestFirstAndKeepsEqualOnesAsScanned) {
     EXPECT_EQ(names(arranged(models(), {.order = ListOrder::largestFirst})),
               (Names{"llama3:70b", "\xC3\xA4pfel.gguf", "Llama3:8b", "org/Zeta"}));
 }
 
-TEST(ArrangementTest, ordersNamesWithoutRegardToCaseAndNumbersByValue) {
+TEST(ArrangementTest, OrdersNamesWithoutRegardToCaseAndNumbersByValue) {
     EXPECT_EQ(names(arranged(models(), {.order = ListOrder::byName})),
               (Names{"Llama3:8b", "llama3:70b", "org/Zeta", "\xC3\xA4pfel.gguf"}));
 }
 
-TEST(ArrangementTest, findsPartsOfNames) {
+TEST(ArrangementTest, FindsPartsOfNames) {
     const auto found = [](const char* needle) {
         return names(arranged(models(), {.needle = QString::fromUtf8(needle)}));
     };
@@ -56,7 +56,7 @@ TEST(ArrangementTest, findsPartsOfNames) {
     EXPECT_EQ(found("studio"), Names());
 }
 
-TEST(ArrangementTest, comparesNames) {
+TEST(ArrangementTest, ComparesNames) {
     const auto before = [](const char* left, const char* right) {
         return isNameBefore(QString::fromUtf8(left), QString::fromUtf8(right));
     };
@@ -78,14 +78,14 @@ std::vector<DockerImage> images() {
             {.imageID = "sha256:ccc3", .tags = {"api:2", "api:latest"}, .size = "N/A"}};
 }
 
-TEST(ArrangementTest, ordersImages) {
+TEST(ArrangementTest, OrdersImages) {
     EXPECT_EQ(names(arranged(images(), {.order = ListOrder::largestFirst})),
               (Names{"Untagged image", "web:1", "api:2, api:latest"}));
     EXPECT_EQ(names(arranged(images(), {.order = ListOrder::byName})),
               (Names{"api:2, api:latest", "Untagged image", "web:1"}));
 }
 
-TEST(ArrangementTest, findsImagesAndContainers) {
+TEST(ArrangementTest, FindsImagesAndContainers) {
     EXPECT_EQ(names(arranged(images(), {.needle = QStringLiteral("BBB")})), Names{"Untagged image"});
     EXPECT_EQ(names(arranged(images(), {.needle = QStringLiteral("latest")})), Names{"api:2, api:latest"});
     const std::vector<DockerContainer> containers{{.id = "1", .name = "job", .image = "web:1"},
@@ -95,7 +95,7 @@ TEST(ArrangementTest, findsImagesAndContainers) {
               (Names{"job", "web"}));
 }
 
-TEST(ArrangementTest, keepsTheCountsOfWhatIsNotShown) {
+TEST(ArrangementTest, KeepsTheCountsOfWhatIsNotShown) {
     const std::vector<DockerContainer> containers{{.id = "1", .name = "job", .image = "api:1"}};
     const std::vector<DockerRow> rows =
         dockerRows(containers, images(), {}, {.needle = QStringLiteral("web")});

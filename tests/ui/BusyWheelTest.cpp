@@ -28,7 +28,7 @@ protected:
     BusyWheel wheel_;
 };
 
-TEST_F(BusyWheelTest, drawsFadingSpokesInItsTint) {
+TEST_F(BusyWheelTest, DrawsFadingSpokesInItsTint) {
     wheel_.setRunning(false);
     const QImage picture = window_.grabWindow().copy(0, 0, 14, 14);
     int inked = 0;
@@ -44,7 +44,7 @@ TEST_F(BusyWheelTest, drawsFadingSpokesInItsTint) {
     EXPECT_LT(bright, inked / 2);
 }
 
-TEST_F(BusyWheelTest, turnsOnlyWhileItRuns) {
+TEST_F(BusyWheelTest, TurnsOnlyWhileItRuns) {
     EXPECT_TRUE(turnsWithin(std::chrono::seconds(5)));
     wheel_.setRunning(false);
     EXPECT_FALSE(turnsWithin(std::chrono::milliseconds(350)));

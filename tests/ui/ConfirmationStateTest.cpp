@@ -32,7 +32,7 @@ protected:
     ConfirmationState state_{*controller_, [this] { return nextCode(); }};
 };
 
-TEST_F(ConfirmationStateTest, showsNothingAtFirst) {
+TEST_F(ConfirmationStateTest, ShowsNothingAtFirst) {
     EXPECT_FALSE(state_.isPending());
     EXPECT_TRUE(state_.canPresent());
     EXPECT_EQ(state_.title(), QString());
@@ -42,7 +42,7 @@ TEST_F(ConfirmationStateTest, showsNothingAtFirst) {
     EXPECT_FALSE(state_.matches());
 }
 
-TEST_F(ConfirmationStateTest, presentsAnActionWithItsCode) {
+TEST_F(ConfirmationStateTest, PresentsAnActionWithItsCode) {
     int changes = 0;
     QObject::connect(&state_, &ConfirmationState::pendingChanged, &state_, [&] { ++changes; });
     state_.presentConfirmation(containerRemoval());
@@ -57,7 +57,7 @@ TEST_F(ConfirmationStateTest, presentsAnActionWithItsCode) {
     EXPECT_FALSE(state_.canPresent());
 }
 
-TEST_F(ConfirmationStateTest, drawsAgainUntilTheCodeDiffersFromTheLast) {
+TEST_F(ConfirmationStateTest, DrawsAgainUntilTheCodeDiffersFromTheLast) {
     codes_ = {"11111111", "11111111", "11111111", "22222222", "11111111"};
     state_.presentConfirmation(containerRemoval());
     EXPECT_EQ(state_.confirmationCode(), QStringLiteral("11111111"));
@@ -71,13 +71,13 @@ TEST_F(ConfirmationStateTest, drawsAgainUntilTheCodeDiffersFromTheLast) {
     EXPECT_EQ(state_.confirmationCode(), QStringLiteral("11111111"));
 }
 
-TEST_F(ConfirmationStateTest, drawsEightDigitsByItself) {
+TEST_F(ConfirmationStateTest, DrawsEightDigitsByItself) {
     ConfirmationState state(*controller_);
     state.presentConfirmation(containerRemoval());
     EXPECT_THAT(state.confirmationCode().toStdString(), ::testing::MatchesRegex("[0-9]{8}"));
 }
 
-TEST_F(ConfirmationStateTest, presentsNothingWhileAnotherIsPending) {
+TEST_F(ConfirmationStateTest, PresentsNothingWhileAnotherIsPending) {
     state_.presentConfirmation(containerRemoval("web"));
     state_.setConfirmationInput(QStringLiteral("0041"));
     state_.presentConfirmation(containerRemoval("other"));
@@ -86,7 +86,7 @@ TEST_F(ConfirmationStateTest, presentsNothingWhileAnotherIsPending) {
     EXPECT_EQ(drawn_, 1);
 }
 
-TEST_F(ConfirmationStateTest, presentsNothingWhileAnOperationRuns) {
+TEST_F(ConfirmationStateTest, PresentsNothingWhileAnOperationRuns) {
     controller_->scanSystem();
     ASSERT_TRUE(controller_->isBusy());
     EXPECT_FALSE(state_.canPresent());
@@ -96,7 +96,7 @@ TEST_F(ConfirmationStateTest, presentsNothingWhileAnOperationRuns) {
     EXPECT_TRUE(state_.canPresent());
 }
 
-TEST_F(ConfirmationStateTest, presentsNothingWhileAResultIsShown) {
+TEST_F(ConfirmationStateTest, PresentsNothingWhileAResultIsShown) {
     ASSERT_TRUE(failAnOperation());
     EXPECT_FALSE(state_.canPresent());
     state_.presentConfirmation(containerRemoval());
@@ -106,7 +106,7 @@ TEST_F(ConfirmationStateTest, presentsNothingWhileAResultIsShown) {
     EXPECT_TRUE(state_.canPresent());
 }
 
-TEST_F(ConfirmationStateTest, neverConfirmsAWrongCode) {
+TEST_F(ConfirmationStateTest, NeverConfirmsAWrongCode) {
     state_.presentConfirmation(containerRemoval());
     for (const char* input : {"", "0041290", "00412908", "412907", "70921400"}) {
         state_.setConfirmationInput(QString::fromLatin1(input));
@@ -117,7 +117,7 @@ TEST_F(ConfirmationStateTest, neverConfirmsAWrongCode) {
     }
 }
 
-TEST_F(ConfirmationStateTest, keepsOnlyEightDigitsOfWhatIsTyped) {
+TEST_F(ConfirmationStateTest, KeepsOnlyEightDigitsOfWhatIsTyped) {
     state_.presentConfirmation(containerRemoval());
     state_.setConfirmationInput(QString::fromUtf8("0 0a4\xEF\xBC\x91"
                                                   "129079"));
@@ -125,14 +125,14 @@ TEST_F(ConfirmationStateTest, keepsOnlyEightDigitsOfWhatIsTyped) {
     EXPECT_TRUE(state_.matches());
 }
 
-TEST_F(ConfirmationStateTest, takesNoInputWhileNothingIsPending) {
+TEST_F(ConfirmationStateTest, TakesNoInputWhileNothingIsPending) {
     state_.setConfirmationInput(QStringLiteral("12345678"));
     EXPECT_EQ(state_.confirmationInput(), QString());
     state_.confirm();
     EXPECT_TRUE(nothingRan());
 }
 
-TEST_F(ConfirmationStateTest, startsTheActionOnceTheCodeMatches) {
+TEST_F(ConfirmationStateTest, StartsTheActionOnceTheCodeMatches) {
     locator_->set("/opt/docker");
     state_.presentConfirmation(containerRemoval());
     state_.setConfirmationInput(QStringLiteral("00412907"));
@@ -148,7 +148,7 @@ TEST_F(ConfirmationStateTest, startsTheActionOnceTheCodeMatches) {
     EXPECT_EQ(removals, 1);
 }
 
-TEST_F(ConfirmationStateTest, forgetsEverythingWhenDismissed) {
+TEST_F(ConfirmationStateTest, ForgetsEverythingWhenDismissed) {
     state_.presentConfirmation(containerRemoval());
     state_.setConfirmationInput(QStringLiteral("00412907"));
     state_.dismissModal();
@@ -163,7 +163,7 @@ TEST_F(ConfirmationStateTest, forgetsEverythingWhenDismissed) {
     EXPECT_EQ(state_.confirmationInput(), QString());
 }
 
-TEST_F(ConfirmationStateTest, confirmsTheRecordsAsTheyWereWhenItOpened) {
+TEST_F(ConfirmationStateTest, ConfirmsTheRecordsAsTheyWereWhenItOpened) {
     AppInfo chosen = controller_->apps().front();
     chosen.isDetected = chosen.isSelected = true;
     state_.presentConfirmation({PendingConfirmation::Apps{.apps = {chosen}, .preserveCredentials = true}});
@@ -174,7 +174,7 @@ TEST_F(ConfirmationStateTest, confirmsTheRecordsAsTheyWereWhenItOpened) {
     EXPECT_EQ(state_.title(), QStringLiteral("Uninstall 1 Application?"));
 }
 
-TEST_F(ConfirmationStateTest, showsMisleadingNamesVisibly) {
+TEST_F(ConfirmationStateTest, ShowsMisleadingNamesVisibly) {
     state_.presentConfirmation(containerRemoval("we\nb\xFF"));
     EXPECT_TRUE(state_.message().contains(QLatin1String("container we\\nb\\xFF?")));
 }

@@ -15,7 +15,7 @@ protected:
     ContentViewState state_{*controller_};
 };
 
-TEST_F(ContentViewStateTest, startsWithTheApplications) {
+TEST_F(ContentViewStateTest, StartsWithTheApplications) {
     EXPECT_EQ(state_.selectedTab(), QStringLiteral("apps"));
     EXPECT_EQ(state_.selectedRow(), 0);
     EXPECT_EQ(state_.applications()->rowCount(), 15);
@@ -32,7 +32,7 @@ struct TabTexts {
 
 class ContentViewStateTabTest : public test::UiFixture, public ::testing::WithParamInterface<TabTexts> {};
 
-TEST_P(ContentViewStateTabTest, titlesItsPane) {
+TEST_P(ContentViewStateTabTest, TitlesItsPane) {
     ContentViewState state(*controller_);
     state.setSelectedTab(QString::fromUtf8(GetParam().tab));
     EXPECT_EQ(state.selectedPane(), QString::fromUtf8(GetParam().pane));
@@ -57,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(
         return tab.param.tab[0] == '\0' ? std::string("none") : std::string(tab.param.tab);
     });
 
-TEST_F(ContentViewStateTest, choosesTabsByRowAndStopsAtBothEnds) {
+TEST_F(ContentViewStateTest, ChoosesTabsByRowAndStopsAtBothEnds) {
     QSignalSpy changes(&state_, &ContentViewState::selectedTabChanged);
     state_.selectRow(2);
     EXPECT_EQ(state_.selectedTab(), QStringLiteral("containers"));
@@ -70,7 +70,7 @@ TEST_F(ContentViewStateTest, choosesTabsByRowAndStopsAtBothEnds) {
     EXPECT_EQ(changes.count(), 3);
 }
 
-TEST_F(ContentViewStateTest, countsTheSelection) {
+TEST_F(ContentViewStateTest, CountsTheSelection) {
     EXPECT_EQ(state_.selectionCount(), QStringLiteral("0 selected"));
     home_.makeDirectory(".ollama");
     home_.makeDirectory(".lmstudio");
@@ -95,7 +95,7 @@ TEST_F(ContentViewStateTest, countsTheSelection) {
     EXPECT_EQ(state_.selectionCount(), QStringLiteral("1 selected"));
 }
 
-TEST_F(ContentViewStateTest, refusesRequestsWhileAnOperationRuns) {
+TEST_F(ContentViewStateTest, RefusesRequestsWhileAnOperationRuns) {
     home_.makeDirectory(".ollama");
     ASSERT_TRUE(scan());
     controller_->setAppSelected("Ollama", true);
@@ -109,7 +109,7 @@ TEST_F(ContentViewStateTest, refusesRequestsWhileAnOperationRuns) {
     EXPECT_TRUE(state_.canUninstall());
 }
 
-TEST_F(ContentViewStateTest, captionsTheShieldTheMomentItFlips) {
+TEST_F(ContentViewStateTest, CaptionsTheShieldTheMomentItFlips) {
     EXPECT_EQ(state_.shieldCaption(),
               QString::fromUtf8("ON \u00B7 retains recognized credentials and uncertain data for review."));
     QSignalSpy changes(&state_, &ContentViewState::shieldCaptionChanged);
@@ -120,7 +120,7 @@ TEST_F(ContentViewStateTest, captionsTheShieldTheMomentItFlips) {
         QString::fromUtf8("OFF \u00B7 selected targets, including nested credentials, may be removed."));
 }
 
-TEST_F(ContentViewStateTest, saysWhyDockerCannotBeShown) {
+TEST_F(ContentViewStateTest, SaysWhyDockerCannotBeShown) {
     ASSERT_TRUE(scan());
     EXPECT_EQ(state_.dockerNoticeIcon(), QStringLiteral("shippingbox.and.arrow.backward"));
     EXPECT_EQ(state_.dockerNoticeHeading(), QStringLiteral("Docker CLI Not Found"));
@@ -154,7 +154,7 @@ TEST_F(ContentViewStateTest, saysWhyDockerCannotBeShown) {
     }
 }
 
-TEST_F(ContentViewStateTest, countsTheLinesOfTheLog) {
+TEST_F(ContentViewStateTest, CountsTheLinesOfTheLog) {
     EXPECT_EQ(state_.logCountText(), QStringLiteral("0 lines"));
     QSignalSpy changes(&state_, &ContentViewState::logCountChanged);
     ASSERT_TRUE(settleLog());
@@ -166,7 +166,7 @@ TEST_F(ContentViewStateTest, countsTheLinesOfTheLog) {
     EXPECT_EQ(changes.count(), 3);
 }
 
-TEST_F(ContentViewStateTest, requestsTheUninstallOfTheSelection) {
+TEST_F(ContentViewStateTest, RequestsTheUninstallOfTheSelection) {
     home_.makeDirectory(".ollama");
     ASSERT_TRUE(scan());
     state_.requestUninstall();
@@ -182,7 +182,7 @@ TEST_F(ContentViewStateTest, requestsTheUninstallOfTheSelection) {
     EXPECT_TRUE(state_.confirmation()->message().startsWith(QLatin1String("Selected: Ollama. Known app")));
 }
 
-TEST_F(ContentViewStateTest, requestsTheDeletionOfTheModelOfARow) {
+TEST_F(ContentViewStateTest, RequestsTheDeletionOfTheModelOfARow) {
     home_.makeFile(".lmstudio/models/pub/foo.gguf", "123");
     ASSERT_TRUE(scan());
     state_.requestModelDeletion(1);
@@ -192,7 +192,7 @@ TEST_F(ContentViewStateTest, requestsTheDeletionOfTheModelOfARow) {
     EXPECT_EQ(state_.confirmation()->title(), QStringLiteral("Delete pub/foo.gguf?"));
 }
 
-TEST_F(ContentViewStateTest, requestsRemovalsByTheRowsOfTheList) {
+TEST_F(ContentViewStateTest, RequestsRemovalsByTheRowsOfTheList) {
     playDocker();
     ASSERT_TRUE(scan());
     // No row, or one of another kind: headings, a remark, an image, a container.
@@ -213,7 +213,7 @@ TEST_F(ContentViewStateTest, requestsRemovalsByTheRowsOfTheList) {
         QLatin1String("Remove Untagged image (bbbbbbbbbbbb, 10MB) from Docker connection 'desktop'?")));
 }
 
-TEST_F(ContentViewStateTest, requestsTheSelfUninstall) {
+TEST_F(ContentViewStateTest, RequestsTheSelfUninstall) {
     state_.requestSelfUninstall();
     EXPECT_EQ(state_.confirmation()->title(), QStringLiteral("Self-Uninstall Zentrill?"));
     state_.confirmation()->dismissModal();
@@ -221,7 +221,7 @@ TEST_F(ContentViewStateTest, requestsTheSelfUninstall) {
     EXPECT_FALSE(controller_->isBusy());
 }
 
-TEST_F(ContentViewStateTest, stopsAContainerWithoutACode) {
+TEST_F(ContentViewStateTest, StopsAContainerWithoutACode) {
     playDocker();
     ASSERT_TRUE(scan());
     state_.stopContainer(1);
@@ -232,7 +232,7 @@ TEST_F(ContentViewStateTest, stopsAContainerWithoutACode) {
     EXPECT_FALSE(state_.modalShown());
 }
 
-TEST_F(ContentViewStateTest, saysWhenNothingWasFound) {
+TEST_F(ContentViewStateTest, SaysWhenNothingWasFound) {
     EXPECT_FALSE(state_.nothingFound()) << "nobody has looked yet";
     ASSERT_TRUE(scan());
     EXPECT_TRUE(state_.nothingFound());

@@ -178,13 +178,13 @@ protected:
     std::unique_ptr<ContentView> view_;
 };
 
-TEST_F(ContentViewTest, loadsWithoutAWarning) {
+TEST_F(ContentViewTest, LoadsWithoutAWarning) {
     EXPECT_EQ(view_->status(), QQuickView::Ready);
     EXPECT_EQ(view_->minimumSize(), QSize(900, 650));
     EXPECT_EQ(&view_->controller(), model_);
 }
 
-TEST_F(ContentViewTest, showsEveryPane) {
+TEST_F(ContentViewTest, ShowsEveryPane) {
     const std::pair<const char*, const char*> panes[] = {{"apps", "Ollama"},
                                                          {"models", "pub/foo.gguf"},
                                                          {"containers", "Stop web"},
@@ -199,7 +199,7 @@ TEST_F(ContentViewTest, showsEveryPane) {
     EXPECT_NE(find("Execution Console Logs"), nullptr);
 }
 
-TEST_F(ContentViewTest, namesEveryControlAndRow) {
+TEST_F(ContentViewTest, NamesEveryControlAndRow) {
     for (const char* tab : {"apps", "models", "containers", "console"}) {
         state().setSelectedTab(QString::fromLatin1(tab));
         ASSERT_NE(find(state().title().toStdString()), nullptr);
@@ -227,7 +227,7 @@ TEST_F(ContentViewTest, namesEveryControlAndRow) {
     }
 }
 
-TEST_F(ContentViewTest, saysTheStateOfAnApplication) {
+TEST_F(ContentViewTest, SaysTheStateOfAnApplication) {
     QAccessibleInterface* const ollama = find("Ollama");
     ASSERT_NE(ollama, nullptr);
     EXPECT_TRUE(ollama->text(QAccessible::Description).endsWith(QLatin1String("Data remains. Not selected")));
@@ -238,7 +238,7 @@ TEST_F(ContentViewTest, saysTheStateOfAnApplication) {
     EXPECT_NE(find("Safety Shield, retains recognized credentials and uncertain data when on"), nullptr);
 }
 
-TEST_F(ContentViewTest, letsAnAssistiveToolPressTabsAndButtons) {
+TEST_F(ContentViewTest, LetsAnAssistiveToolPressTabsAndButtons) {
     QAccessibleInterface* const tab = find("Activity Console");
     ASSERT_NE(tab, nullptr);
     EXPECT_EQ(tab->role(), QAccessible::PageTab);
@@ -264,7 +264,7 @@ TEST_F(ContentViewTest, letsAnAssistiveToolPressTabsAndButtons) {
     state().confirmation()->dismissModal();
 }
 
-TEST_F(ContentViewTest, movesBetweenTheTabsWithTheArrowKeys) {
+TEST_F(ContentViewTest, MovesBetweenTheTabsWithTheArrowKeys) {
     button("Applications")->forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Down);
     EXPECT_EQ(state().selectedTab(), QStringLiteral("models"));
@@ -274,7 +274,7 @@ TEST_F(ContentViewTest, movesBetweenTheTabsWithTheArrowKeys) {
     EXPECT_TRUE(button("Applications")->property("visualFocus").toBool());
 }
 
-TEST_F(ContentViewTest, tellsWhatEveryButtonIsAndWhetherItCanBePressed) {
+TEST_F(ContentViewTest, TellsWhatEveryButtonIsAndWhetherItCanBePressed) {
     const std::pair<const char*, QAccessible::Role> roles[] = {
         {"Local Models", QAccessible::PageTab},
         {"Ollama", QAccessible::CheckBox},
@@ -297,7 +297,7 @@ TEST_F(ContentViewTest, tellsWhatEveryButtonIsAndWhetherItCanBePressed) {
     EXPECT_FALSE(uninstall->state().disabled);
 }
 
-TEST_F(ContentViewTest, anAssistiveToolPressesEveryKindOfButton) {
+TEST_F(ContentViewTest, AnAssistiveToolPressesEveryKindOfButton) {
     const auto press = [this](const std::string& name) {
         QAccessibleInterface* const element = find(name);
         ASSERT_NE(element, nullptr) << name;
@@ -317,14 +317,14 @@ TEST_F(ContentViewTest, anAssistiveToolPressesEveryKindOfButton) {
     EXPECT_TRUE(find("Local Models")->state().selected);
 }
 
-TEST_F(ContentViewTest, aModalTakesTheFocusBack) {
+TEST_F(ContentViewTest, AModalTakesTheFocusBack) {
     state().requestSelfUninstall();
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     button("Scan System")->forceActiveFocus();
     EXPECT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
 }
 
-TEST_F(ContentViewTest, disablesEverythingUnderneathAModal) {
+TEST_F(ContentViewTest, DisablesEverythingUnderneathAModal) {
     const std::vector<QQuickItem*> underneath = buttons();
     ASSERT_GE(underneath.size(), 7U);
     QQuickItem* const scanButton = button("Scan System");
@@ -351,7 +351,7 @@ TEST_F(ContentViewTest, disablesEverythingUnderneathAModal) {
     EXPECT_EQ(state().selectionCount(), QStringLiteral("1 selected"));
 }
 
-TEST_F(ContentViewTest, tabNeverLeavesAModal) {
+TEST_F(ContentViewTest, TabNeverLeavesAModal) {
     state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     QSet<const QQuickItem*> visited;
@@ -369,7 +369,7 @@ TEST_F(ContentViewTest, tabNeverLeavesAModal) {
     EXPECT_EQ(visited.size(), 2);
 }
 
-TEST_F(ContentViewTest, startsAConfirmationInTheCodeField) {
+TEST_F(ContentViewTest, StartsAConfirmationInTheCodeField) {
     state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil(
         [this] { return qobject_cast<ManualCodeTextView*>(view_->activeFocusItem()) != nullptr; }));
@@ -379,7 +379,7 @@ TEST_F(ContentViewTest, startsAConfirmationInTheCodeField) {
     EXPECT_EQ(state().confirmation()->confirmationInput(), QStringLiteral("42"));
 }
 
-TEST_F(ContentViewTest, letsNoAssistiveToolWriteTheCode) {
+TEST_F(ContentViewTest, LetsNoAssistiveToolWriteTheCode) {
     state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     QAccessibleInterface* const field = find("Type the eight digit confirmation code manually");
@@ -391,7 +391,7 @@ TEST_F(ContentViewTest, letsNoAssistiveToolWriteTheCode) {
     EXPECT_EQ(state().confirmation()->confirmationInput(), QStringLiteral("1"));
 }
 
-TEST_F(ContentViewTest, confirmsWithTheTypedCodeAndReturn) {
+TEST_F(ContentViewTest, ConfirmsWithTheTypedCodeAndReturn) {
     state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     press(Qt::Key_Return, QStringLiteral("\r"));
@@ -414,7 +414,7 @@ TEST_F(ContentViewTest, confirmsWithTheTypedCodeAndReturn) {
     EXPECT_FALSE(model_->showResultAlert());
 }
 
-TEST_F(ContentViewTest, dismissesAModalWithEscape) {
+TEST_F(ContentViewTest, DismissesAModalWithEscape) {
     state().requestContainerRemoval(2);
     ASSERT_TRUE(test::waitUntil([this] { return focusIsInModal(); }));
     press(Qt::Key_1, QStringLiteral("1"));
@@ -428,7 +428,7 @@ TEST_F(ContentViewTest, dismissesAModalWithEscape) {
     EXPECT_EQ(state().confirmation()->confirmationInput(), QString());
 }
 
-TEST_F(ContentViewTest, marksTheFocusWhileTheKeyboardIsUsed) {
+TEST_F(ContentViewTest, MarksTheFocusWhileTheKeyboardIsUsed) {
     QQuickItem* const scanButton = button("Scan System");
     const auto marked = [&] { return scanButton->property("visualFocus").toBool(); };
     // However the focus came there.
@@ -445,7 +445,7 @@ TEST_F(ContentViewTest, marksTheFocusWhileTheKeyboardIsUsed) {
     EXPECT_FALSE(marked());
 }
 
-TEST_F(ContentViewTest, readsRowsInTheirOrderAndDialogsAsModal) {
+TEST_F(ContentViewTest, ReadsRowsInTheirOrderAndDialogsAsModal) {
     for (int scans = 0; scans < 8; ++scans) {
         model_->scanSystem();
         ASSERT_TRUE(test::waitUntil([this] { return !model_->isBusy(); }));

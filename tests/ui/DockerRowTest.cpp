@@ -33,7 +33,7 @@ DockerImage image(std::vector<std::string> tags, DockerImageUsage usage, char di
             .usage = usage};
 }
 
-TEST(DockerRowTest, saysWhenThereIsNothing) {
+TEST(DockerRowTest, SaysWhenThereIsNothing) {
     EXPECT_THAT(dockerRows({}, {}, QString()),
                 ElementsAre(heading(Section::containers, 0),
                             remark(Kind::noContainers, QStringLiteral("No Docker containers detected.")),
@@ -41,7 +41,7 @@ TEST(DockerRowTest, saysWhenThereIsNothing) {
                             remark(Kind::noImages, QStringLiteral("No Docker images detected."))));
 }
 
-TEST(DockerRowTest, listsContainersAndImagesUnderTheirCounts) {
+TEST(DockerRowTest, ListsContainersAndImagesUnderTheirCounts) {
     const DockerContainer web{.id = "1", .name = "web", .image = "nginx", .status = "Up 3 minutes"};
     const DockerContainer old{.id = "2", .name = "old", .image = "redis", .status = "Exited (0) 2 hours ago"};
     const DockerImage used = image({"web:1", "web:2"}, DockerImageUsage::inUse);
@@ -51,20 +51,20 @@ TEST(DockerRowTest, listsContainersAndImagesUnderTheirCounts) {
                             remark(Kind::warning, QStringLiteral("Usage is uncertain.")), DockerRow(used)));
 }
 
-TEST(DockerRowTest, countsInItsHeadings) {
+TEST(DockerRowTest, CountsInItsHeadings) {
     EXPECT_EQ((DockerHeading{.section = Section::containers, .count = 12}.text()),
               QStringLiteral("Containers (12)"));
     EXPECT_EQ((DockerHeading{.section = Section::images, .count = 0}.text()), QStringLiteral("Images (0)"));
 }
 
-TEST(DockerRowTest, stopsAtRecordsAlone) {
+TEST(DockerRowTest, StopsAtRecordsAlone) {
     EXPECT_TRUE(isDockerStop(DockerContainer{.id = "1"}));
     EXPECT_TRUE(isDockerStop(image({}, DockerImageUsage::unused)));
     EXPECT_FALSE(isDockerStop(heading(Section::images, 1)));
     EXPECT_FALSE(isDockerStop(sizeNotice()));
 }
 
-TEST(DockerRowTest, givesEveryLineAKeyOfItsOwn) {
+TEST(DockerRowTest, GivesEveryLineAKeyOfItsOwn) {
     // A container and an image of the same ID stay apart.
     DockerImage twin = image({}, DockerImageUsage::unused);
     const std::vector<DockerRow> rows = dockerRows(
@@ -77,7 +77,7 @@ TEST(DockerRowTest, givesEveryLineAKeyOfItsOwn) {
     EXPECT_EQ(keys.size(), rows.size());
 }
 
-TEST(DockerRowTest, keepsTheKeyOfAHeadingWhoseCountChanges) {
+TEST(DockerRowTest, KeepsTheKeyOfAHeadingWhoseCountChanges) {
     const std::vector<DockerRow> before = dockerRows({}, {}, QString());
     const std::vector<DockerRow> after = dockerRows({{.id = "1"}}, {}, QString());
     EXPECT_EQ(dockerRowKey(before.front()), dockerRowKey(after.front()));

@@ -39,7 +39,7 @@ protected:
     QAbstractItemModelTester tester_{&model_, QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
-TEST_F(FoldedLogModelTest, leavesAFewLinesAsTheyAre) {
+TEST_F(FoldedLogModelTest, LeavesAFewLinesAsTheyAre) {
     controller_->log("before");
     logPreserved(9);
     controller_->log("after");
@@ -49,7 +49,7 @@ TEST_F(FoldedLogModelTest, leavesAFewLinesAsTheyAre) {
     EXPECT_FALSE(model_.isListed(1));
 }
 
-TEST_F(FoldedLogModelTest, foldsManyIntoOneRow) {
+TEST_F(FoldedLogModelTest, FoldsManyIntoOneRow) {
     controller_->log("before");
     logPreserved(30'000);
     controller_->log("after");
@@ -64,7 +64,7 @@ TEST_F(FoldedLogModelTest, foldsManyIntoOneRow) {
     EXPECT_EQ(lines_.rowCount(), 30'002);
 }
 
-TEST_F(FoldedLogModelTest, foldsLinesThatComeOneByOne) {
+TEST_F(FoldedLogModelTest, FoldsLinesThatComeOneByOne) {
     for (int line = 1; line <= 12; ++line) {
         logPreserved(1);
         ASSERT_TRUE(settle(line));
@@ -86,7 +86,7 @@ TEST_F(FoldedLogModelTest, foldsLinesThatComeOneByOne) {
     EXPECT_EQ(rows().constLast(), QStringLiteral("[Safety Shield] 10 paths preserved…"));
 }
 
-TEST_F(FoldedLogModelTest, opensAndCloses) {
+TEST_F(FoldedLogModelTest, OpensAndCloses) {
     logPreserved(10);
     controller_->log("between");
     logPreserved(20, "b");
@@ -109,7 +109,7 @@ TEST_F(FoldedLogModelTest, opensAndCloses) {
     EXPECT_EQ(model_.rowCount(), 23);
 }
 
-TEST_F(FoldedLogModelTest, forgetsItsFoldsWithTheLog) {
+TEST_F(FoldedLogModelTest, ForgetsItsFoldsWithTheLog) {
     logPreserved(15);
     ASSERT_TRUE(settle(15));
     controller_->clearLogs();
@@ -119,14 +119,14 @@ TEST_F(FoldedLogModelTest, forgetsItsFoldsWithTheLog) {
     EXPECT_EQ(model_.rowCount(), 5);
 }
 
-TEST_F(FoldedLogModelTest, foldsWhatIsThereAlready) {
+TEST_F(FoldedLogModelTest, FoldsWhatIsThereAlready) {
     logPreserved(15);
     ASSERT_TRUE(settle(15));
     const FoldedLogModel later(lines_);
     EXPECT_EQ(later.rowCount(), 1);
 }
 
-TEST_F(FoldedLogModelTest, unfoldsWhatASearchFinds) {
+TEST_F(FoldedLogModelTest, UnfoldsWhatASearchFinds) {
     LineSelection selection(lines_);
     LineSearch search(lines_, selection);
     const QSignalSpy shown(&search, &LineSearch::shown);
@@ -140,7 +140,7 @@ TEST_F(FoldedLogModelTest, unfoldsWhatASearchFinds) {
     EXPECT_EQ(model_.reveal(0), 1); // Open already.
 }
 
-TEST_F(FoldedLogModelTest, keepsTheLinesForWhoCopies) {
+TEST_F(FoldedLogModelTest, KeepsTheLinesForWhoCopies) {
     LineSelection selection(lines_);
     logPreserved(12);
     ASSERT_TRUE(settle(12));

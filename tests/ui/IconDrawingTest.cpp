@@ -66,13 +66,13 @@ QSet<QString> identifiersInViews() {
     return identifiers;
 }
 
-TEST(IconDrawingTest, drawsTheIconOfEveryApplication) {
+TEST(IconDrawingTest, DrawsTheIconOfEveryApplication) {
     for (const AppInfo& application : applicationList()) {
         EXPECT_TRUE(isDrawn(QString::fromStdString(application.iconName))) << application.name;
     }
 }
 
-TEST(IconDrawingTest, drawsEveryIconOfTheViews) {
+TEST(IconDrawingTest, DrawsEveryIconOfTheViews) {
     const QSet<QString> identifiers = identifiersInViews();
     // All four panes, the two buttons of every list and the sidebar's last entry are among them.
     for (const char* known :
@@ -85,7 +85,7 @@ TEST(IconDrawingTest, drawsEveryIconOfTheViews) {
     }
 }
 
-TEST(IconDrawingTest, drawsEveryIconThatIsChosenAtRunTime) {
+TEST(IconDrawingTest, DrawsEveryIconThatIsChosenAtRunTime) {
     for (const char* identifier : {"checkmark.square.fill", "square", "minus.square", "checkmark.circle.fill",
                                    "exclamationmark.circle", "xmark.circle", "questionmark.circle",
                                    "shippingbox.and.arrow.backward", "exclamationmark.triangle"}) {
@@ -93,13 +93,13 @@ TEST(IconDrawingTest, drawsEveryIconThatIsChosenAtRunTime) {
     }
 }
 
-TEST(IconDrawingTest, drawsAtTheSizeAndInTheColourOfTheRequest) {
+TEST(IconDrawingTest, DrawsAtTheSizeAndInTheColourOfTheRequest) {
     const QImage image = drawIcon(QStringLiteral("stop.fill"), QColor(255, 0, 0, 128), {40, 30});
     EXPECT_EQ(image.size(), QSize(40, 30));
     EXPECT_EQ(image.pixelColor(20, 15), QColor(255, 0, 0, 128));
 }
 
-TEST(IconDrawingTest, hasNoIconForAnUnknownIdentifier) {
+TEST(IconDrawingTest, HasNoIconForAnUnknownIdentifier) {
     EXPECT_TRUE(drawIcon(QStringLiteral("no.such.icon"), tint, {32, 32}).isNull());
     EXPECT_TRUE(drawIcon(QStringLiteral("../icons/trash"), tint, {0, 0}).isNull());
 }

@@ -33,7 +33,7 @@ protected:
     Icon icon_;
 };
 
-TEST_F(IconTest, showsTheNamedGlyphInItsTint) {
+TEST_F(IconTest, ShowsTheNamedGlyphInItsTint) {
     icon_.setSquareSize(20);
     EXPECT_EQ(icon_.size(), 20);
     EXPECT_EQ(icon_.width(), 20);
@@ -47,7 +47,7 @@ TEST_F(IconTest, showsTheNamedGlyphInItsTint) {
     EXPECT_EQ(middle(), copper);
 }
 
-TEST_F(IconTest, showsNothingForAnEmptyOrUnknownName) {
+TEST_F(IconTest, ShowsNothingForAnEmptyOrUnknownName) {
     icon_.setSquareSize(20);
     icon_.setName(QStringLiteral("stop.fill"));
     EXPECT_EQ(middle(), copper);
@@ -59,7 +59,7 @@ TEST_F(IconTest, showsNothingForAnEmptyOrUnknownName) {
     EXPECT_EQ(middle(), canvas);
 }
 
-TEST_F(IconTest, isDrawnAtThePixelsOfTheScreen) {
+TEST_F(IconTest, IsDrawnAtThePixelsOfTheScreen) {
     icon_.setSquareSize(20);
     icon_.setName(QStringLiteral("app.badge.fill"));
     const QImage picture = window_.grabWindow();

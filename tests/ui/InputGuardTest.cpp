@@ -69,7 +69,7 @@ protected:
     InputGuard guard_;
 };
 
-TEST_F(InputGuardTest, admitsEverythingInAWindowWithoutModals) {
+TEST_F(InputGuardTest, AdmitsEverythingInAWindowWithoutModals) {
     EXPECT_TRUE(guard_.isSettled());
     for (int times = 0; times < 3; ++times) {
         EXPECT_TRUE(type(Qt::Key_Return));
@@ -82,7 +82,7 @@ TEST_F(InputGuardTest, admitsEverythingInAWindowWithoutModals) {
     EXPECT_TRUE(release(Qt::Key_Space));
 }
 
-TEST_F(InputGuardTest, dropsAKeyThatIsHeldUntilItIsPressedAnew) {
+TEST_F(InputGuardTest, DropsAKeyThatIsHeldUntilItIsPressedAnew) {
     show(Surface::confirmation);
     EXPECT_TRUE(press(Qt::Key_Return));
     show(Surface::window);
@@ -96,7 +96,7 @@ TEST_F(InputGuardTest, dropsAKeyThatIsHeldUntilItIsPressedAnew) {
     EXPECT_TRUE(release(Qt::Key_Return));
 }
 
-TEST_F(InputGuardTest, dropsTheKeyThatClosedAModalWhileItIsPressedAgainAtOnce) {
+TEST_F(InputGuardTest, DropsTheKeyThatClosedAModalWhileItIsPressedAgainAtOnce) {
     show(Surface::confirmation);
     EXPECT_TRUE(type(Qt::Key_Return));
     show(Surface::window);
@@ -107,7 +107,7 @@ TEST_F(InputGuardTest, dropsTheKeyThatClosedAModalWhileItIsPressedAgainAtOnce) {
     EXPECT_TRUE(type(Qt::Key_Down)) << "another key is another matter";
 }
 
-TEST_F(InputGuardTest, takesTheKeyThatClosedAModalAfterAPause) {
+TEST_F(InputGuardTest, TakesTheKeyThatClosedAModalAfterAPause) {
     show(Surface::confirmation);
     EXPECT_TRUE(type(Qt::Key_Return));
     show(Surface::window);
@@ -118,7 +118,7 @@ TEST_F(InputGuardTest, takesTheKeyThatClosedAModalAfterAPause) {
     EXPECT_TRUE(type(Qt::Key_Return));
 }
 
-TEST_F(InputGuardTest, takesNothingBeforeTheWindowWithoutTheModalIsShown) {
+TEST_F(InputGuardTest, TakesNothingBeforeTheWindowWithoutTheModalIsShown) {
     show(Surface::confirmation);
     guard_.setSurface(Surface::window);
     EXPECT_FALSE(guard_.isSettled());
@@ -132,7 +132,7 @@ TEST_F(InputGuardTest, takesNothingBeforeTheWindowWithoutTheModalIsShown) {
     EXPECT_TRUE(click(10));
 }
 
-TEST_F(InputGuardTest, leavesAConfirmationByTheKeyThatLeftTheOneBefore) {
+TEST_F(InputGuardTest, LeavesAConfirmationByTheKeyThatLeftTheOneBefore) {
     show(Surface::confirmation);
     EXPECT_TRUE(type(Qt::Key_Escape));
     show(Surface::window);
@@ -140,12 +140,12 @@ TEST_F(InputGuardTest, leavesAConfirmationByTheKeyThatLeftTheOneBefore) {
     EXPECT_TRUE(type(Qt::Key_Escape));
 }
 
-TEST_F(InputGuardTest, takesTheFirstDigitOfACodeAtOnce) {
+TEST_F(InputGuardTest, TakesTheFirstDigitOfACodeAtOnce) {
     guard_.setSurface(Surface::confirmation);
     EXPECT_TRUE(type(Qt::Key_4));
 }
 
-TEST_F(InputGuardTest, showsAResultBeforeItCanBeDismissed) {
+TEST_F(InputGuardTest, ShowsAResultBeforeItCanBeDismissed) {
     guard_.setSurface(Surface::result);
     EXPECT_FALSE(type(Qt::Key_Return));
     guard_.noteFrame();
@@ -158,7 +158,7 @@ TEST_F(InputGuardTest, showsAResultBeforeItCanBeDismissed) {
     EXPECT_TRUE(type(Qt::Key_Return));
 }
 
-TEST_F(InputGuardTest, waitsWithAResultUntilTheKeyOfTheConfirmationRests) {
+TEST_F(InputGuardTest, WaitsWithAResultUntilTheKeyOfTheConfirmationRests) {
     show(Surface::confirmation);
     EXPECT_TRUE(type(Qt::Key_Return));
     show(Surface::window);
@@ -168,7 +168,7 @@ TEST_F(InputGuardTest, waitsWithAResultUntilTheKeyOfTheConfirmationRests) {
     EXPECT_TRUE(type(Qt::Key_Return));
 }
 
-TEST_F(InputGuardTest, dropsTheSecondOfTwoClicks) {
+TEST_F(InputGuardTest, DropsTheSecondOfTwoClicks) {
     show(Surface::confirmation);
     EXPECT_TRUE(click(10));
     show(Surface::window);
@@ -182,7 +182,7 @@ TEST_F(InputGuardTest, dropsTheSecondOfTwoClicks) {
     EXPECT_TRUE(click(300));
 }
 
-TEST_F(InputGuardTest, knowsARepetitionByTheReleaseOfTheSameInstant) {
+TEST_F(InputGuardTest, KnowsARepetitionByTheReleaseOfTheSameInstant) {
     EXPECT_TRUE(type(Qt::Key_Space));
     EXPECT_TRUE(isRepetition(Qt::Key_Space));
     EXPECT_FALSE(isRepetition(Qt::Key_Return)) << "another key";
@@ -191,13 +191,13 @@ TEST_F(InputGuardTest, knowsARepetitionByTheReleaseOfTheSameInstant) {
     EXPECT_FALSE(isRepetition(Qt::Key_Space)) << "a later instant";
 }
 
-TEST_F(InputGuardTest, takesEventsWithoutATimeForPresses) {
+TEST_F(InputGuardTest, TakesEventsWithoutATimeForPresses) {
     now_ = 0;
     EXPECT_TRUE(type(Qt::Key_1));
     EXPECT_FALSE(isRepetition(Qt::Key_1));
 }
 
-TEST_F(InputGuardTest, goesByItsOwnClockWhereEventsTellNoTime) {
+TEST_F(InputGuardTest, GoesByItsOwnClockWhereEventsTellNoTime) {
     now_ = 0;
     show(Surface::confirmation);
     EXPECT_TRUE(type(Qt::Key_Return));
@@ -210,7 +210,7 @@ TEST_F(InputGuardTest, goesByItsOwnClockWhereEventsTellNoTime) {
     EXPECT_TRUE(type(Qt::Key_Return));
 }
 
-TEST_F(InputGuardTest, aKeyWhoseReleaseWasReadByItselfIsStillHeld) {
+TEST_F(InputGuardTest, AKeyWhoseReleaseWasReadByItselfIsStillHeld) {
     EXPECT_TRUE(type(Qt::Key_Down));
     EXPECT_TRUE(repeat(Qt::Key_Down));
     EXPECT_TRUE(release(Qt::Key_Down));
@@ -218,7 +218,7 @@ TEST_F(InputGuardTest, aKeyWhoseReleaseWasReadByItselfIsStillHeld) {
     EXPECT_FALSE(repeat(Qt::Key_Down)) << "a later instant";
 }
 
-TEST_F(InputGuardTest, aStaleKeyStaysStaleWhenItsReleaseIsReadByItself) {
+TEST_F(InputGuardTest, AStaleKeyStaysStaleWhenItsReleaseIsReadByItself) {
     show(Surface::confirmation);
     EXPECT_TRUE(press(Qt::Key_Return));
     show(Surface::window);
@@ -227,14 +227,14 @@ TEST_F(InputGuardTest, aStaleKeyStaysStaleWhenItsReleaseIsReadByItself) {
     EXPECT_FALSE(release(Qt::Key_Return));
 }
 
-TEST_F(InputGuardTest, aModalThatClosesBetweenTheHalvesOfARepetitionEndsIt) {
+TEST_F(InputGuardTest, AModalThatClosesBetweenTheHalvesOfARepetitionEndsIt) {
     show(Surface::confirmation);
     EXPECT_TRUE(type(Qt::Key_Return));
     show(Surface::window);
     EXPECT_FALSE(repeat(Qt::Key_Return));
 }
 
-TEST_F(InputGuardTest, forgetsKeysThatMayBeLetGoUnseen) {
+TEST_F(InputGuardTest, ForgetsKeysThatMayBeLetGoUnseen) {
     EXPECT_TRUE(press(Qt::Key_Space));
     guard_.forgetHeldKeys();
     EXPECT_FALSE(repeat(Qt::Key_Space));

@@ -26,7 +26,7 @@ protected:
     KeyTimes times_;
 };
 
-TEST_F(KeyTimesTest, givesEachEventItsOwnTime) {
+TEST_F(KeyTimesTest, GivesEachEventItsOwnTime) {
     times_.note(QEvent::KeyPress, spaceBar, 100);
     times_.note(QEvent::KeyRelease, spaceBar, 130);
     times_.note(QEvent::KeyPress, spaceBar, 130);
@@ -36,7 +36,7 @@ TEST_F(KeyTimesTest, givesEachEventItsOwnTime) {
     EXPECT_EQ(timeOf(QEvent::KeyRelease, spaceBar), 0U) << "nothing was noted";
 }
 
-TEST_F(KeyTimesTest, passesOverWhatBecameNoEvent) {
+TEST_F(KeyTimesTest, PassesOverWhatBecameNoEvent) {
     times_.note(QEvent::KeyPress, returnKey, 100);
     times_.note(QEvent::KeyRelease, returnKey, 110);
     times_.note(QEvent::KeyPress, spaceBar, 120);
@@ -44,13 +44,13 @@ TEST_F(KeyTimesTest, passesOverWhatBecameNoEvent) {
     EXPECT_EQ(timeOf(QEvent::KeyPress, returnKey), 0U);
 }
 
-TEST_F(KeyTimesTest, leavesATimeThatIsThere) {
+TEST_F(KeyTimesTest, LeavesATimeThatIsThere) {
     times_.note(QEvent::KeyPress, spaceBar, 100);
     EXPECT_EQ(timeOf(QEvent::KeyPress, spaceBar, 90), 90U);
     EXPECT_EQ(timeOf(QEvent::KeyPress, spaceBar), 0U) << "its own was used up all the same";
 }
 
-TEST_F(KeyTimesTest, keepsABoundedNumberOfTimes) {
+TEST_F(KeyTimesTest, KeepsABoundedNumberOfTimes) {
     times_.note(QEvent::KeyPress, returnKey, 1);
     for (quint64 number = 0; number < 1000; ++number) {
         times_.note(QEvent::KeyPress, spaceBar, 100 + number);
@@ -60,7 +60,7 @@ TEST_F(KeyTimesTest, keepsABoundedNumberOfTimes) {
 }
 
 #ifdef Q_OS_LINUX
-TEST_F(KeyTimesTest, readsTheEventsOfAnXServer) {
+TEST_F(KeyTimesTest, ReadsTheEventsOfAnXServer) {
     xcb_key_press_event_t key{};
     key.response_type = XCB_KEY_PRESS;
     key.detail = spaceBar;

@@ -36,7 +36,7 @@ void addLines(std::vector<int>& lines, int from, int to) {
     }
 }
 
-TEST_F(LineFoldsTest, hasARowForEachFold) {
+TEST_F(LineFoldsTest, HasARowForEachFold) {
     std::vector<int> expected;
     addLines(expected, 0, 9);
     expected.push_back(-10);
@@ -46,7 +46,7 @@ TEST_F(LineFoldsTest, hasARowForEachFold) {
     EXPECT_EQ(shown(), expected);
 }
 
-TEST_F(LineFoldsTest, showsTheLinesOfAnOpenFoldBelowIt) {
+TEST_F(LineFoldsTest, ShowsTheLinesOfAnOpenFoldBelowIt) {
     folds_.setOpen(10, true);
     std::vector<int> expected;
     addLines(expected, 0, 9);
@@ -64,7 +64,7 @@ TEST_F(LineFoldsTest, showsTheLinesOfAnOpenFoldBelowIt) {
     EXPECT_EQ(folds_.rowCount(lineCount), lineCount - 13);
 }
 
-TEST_F(LineFoldsTest, findsTheRowOfEachLine) {
+TEST_F(LineFoldsTest, FindsTheRowOfEachLine) {
     for (const bool open : {false, true}) {
         folds_.setOpen(10, open);
         for (int line = 0; line < lineCount; ++line) {
@@ -80,7 +80,7 @@ TEST_F(LineFoldsTest, findsTheRowOfEachLine) {
     }
 }
 
-TEST_F(LineFoldsTest, growsAtItsEnd) {
+TEST_F(LineFoldsTest, GrowsAtItsEnd) {
     EXPECT_TRUE(folds_.lastEndsBefore(35));
     EXPECT_FALSE(folds_.lastEndsBefore(36));
     folds_.growLast(3);

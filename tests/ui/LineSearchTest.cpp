@@ -22,7 +22,7 @@ protected:
     LineSearch search_{lines_, selection_};
 };
 
-TEST_F(LineSearchTest, stepsThroughTheLinesInBothDirections) {
+TEST_F(LineSearchTest, StepsThroughTheLinesInBothDirections) {
     lines_.setLines({QStringLiteral("Found software"), QStringLiteral("none"),
                      QStringLiteral("software: found"), QStringLiteral("FOUND")});
     QSignalSpy shown(&search_, &LineSearch::shown);
@@ -44,7 +44,7 @@ TEST_F(LineSearchTest, stepsThroughTheLinesInBothDirections) {
     EXPECT_EQ(rows, (std::vector<int>{0, 2, 3, 0, 3}));
 }
 
-TEST_F(LineSearchTest, saysWhenThereIsNothing) {
+TEST_F(LineSearchTest, SaysWhenThereIsNothing) {
     lines_.setLines({QStringLiteral("one")});
     EXPECT_EQ(search_.countText(), QString());
     search("two");
@@ -61,7 +61,7 @@ TEST_F(LineSearchTest, saysWhenThereIsNothing) {
     EXPECT_FALSE(search_.findsAny());
 }
 
-TEST_F(LineSearchTest, readsALongListBitByBit) {
+TEST_F(LineSearchTest, ReadsALongListBitByBit) {
     QStringList lines;
     for (int line = 0; line < 30'000; ++line) {
         lines.append(line % 3 == 0 ? QStringLiteral("kept") : QStringLiteral("gone"));
@@ -80,7 +80,7 @@ TEST_F(LineSearchTest, readsALongListBitByBit) {
         test::waitUntil([this] { return search_.countText() == QStringLiteral("1 of 20,000 lines"); }));
 }
 
-TEST_F(LineSearchTest, startsAnewWithOtherLines) {
+TEST_F(LineSearchTest, StartsAnewWithOtherLines) {
     lines_.setLines({QStringLiteral("a"), QStringLiteral("a")});
     search("a");
     search_.next();
@@ -95,7 +95,7 @@ protected:
     ContentViewState state_{*controller_};
 };
 
-TEST_F(LogSearchTest, takesInWhatIsAppendedAndStaysWhereItIs) {
+TEST_F(LogSearchTest, TakesInWhatIsAppendedAndStaysWhereItIs) {
     ASSERT_TRUE(scan());
     LineSearch& search = *state_.logSearch();
     search.setNeedle(QStringLiteral("scan completed"));

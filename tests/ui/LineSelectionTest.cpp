@@ -22,13 +22,13 @@ protected:
     LineSelection selection_{lines_};
 };
 
-TEST_F(LineSelectionTest, isEmptyAtFirst) {
+TEST_F(LineSelectionTest, IsEmptyAtFirst) {
     EXPECT_TRUE(selection_.isEmpty());
     EXPECT_EQ(selection_.text(), QString());
     EXPECT_EQ(selection_.startIn(0), selection_.endIn(0));
 }
 
-TEST_F(LineSelectionTest, reachesAcrossRows) {
+TEST_F(LineSelectionTest, ReachesAcrossRows) {
     selection_.begin(0, 6);
     selection_.extend(3, 3);
     EXPECT_EQ(selection_.text(), QStringLiteral("line\n\nthird\nthe"));
@@ -40,7 +40,7 @@ TEST_F(LineSelectionTest, reachesAcrossRows) {
     EXPECT_EQ(selection_.endIn(3), 3);
 }
 
-TEST_F(LineSelectionTest, reachesBackwards) {
+TEST_F(LineSelectionTest, ReachesBackwards) {
     selection_.begin(3, 3);
     selection_.extend(2, 2);
     EXPECT_EQ(selection_.text(), QStringLiteral("ird\nthe"));
@@ -49,31 +49,31 @@ TEST_F(LineSelectionTest, reachesBackwards) {
     EXPECT_EQ(selection_.text(), QStringLiteral(" fourth"));
 }
 
-TEST_F(LineSelectionTest, selectsTheWordUnderThePointer) {
+TEST_F(LineSelectionTest, SelectsTheWordUnderThePointer) {
     selection_.selectWord(3, 6);
     EXPECT_EQ(selection_.text(), QStringLiteral("fourth"));
     selection_.selectWord(0, 0);
     EXPECT_EQ(selection_.text(), QStringLiteral("first"));
 }
 
-TEST_F(LineSelectionTest, selectsTheLastWordBeyondTheEndOfALine) {
+TEST_F(LineSelectionTest, SelectsTheLastWordBeyondTheEndOfALine) {
     selection_.selectWord(0, 1000);
     EXPECT_EQ(selection_.text(), QStringLiteral("line"));
 }
 
-TEST_F(LineSelectionTest, selectsNoWordWhereThereIsNone) {
+TEST_F(LineSelectionTest, SelectsNoWordWhereThereIsNone) {
     selection_.selectWord(1, 0);
     EXPECT_TRUE(selection_.isEmpty());
     selection_.selectWord(17, 0);
     EXPECT_TRUE(selection_.isEmpty());
 }
 
-TEST_F(LineSelectionTest, selectsEverything) {
+TEST_F(LineSelectionTest, SelectsEverything) {
     selection_.selectAll();
     EXPECT_EQ(selection_.text(), QStringLiteral("first line\n\nthird\nthe fourth line"));
 }
 
-TEST_F(LineSelectionTest, takesPlacesBeyondTheTextForItsEnd) {
+TEST_F(LineSelectionTest, TakesPlacesBeyondTheTextForItsEnd) {
     selection_.begin(2, 1);
     selection_.extend(99, 99);
     EXPECT_EQ(selection_.text(), QStringLiteral("hird\nthe fourth line"));
@@ -82,14 +82,14 @@ TEST_F(LineSelectionTest, takesPlacesBeyondTheTextForItsEnd) {
     EXPECT_EQ(selection_.text(), QStringLiteral("first"));
 }
 
-TEST_F(LineSelectionTest, copiesToTheClipboard) {
+TEST_F(LineSelectionTest, CopiesToTheClipboard) {
     selection_.begin(2, 0);
     selection_.extend(2, 3);
     selection_.copy();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("thi"));
 }
 
-TEST_F(LineSelectionTest, leavesTheClipboardAloneWithoutASelection) {
+TEST_F(LineSelectionTest, LeavesTheClipboardAloneWithoutASelection) {
     QGuiApplication::clipboard()->setText(QStringLiteral("kept"));
     selection_.begin(2, 3);
     selection_.copy();
@@ -102,7 +102,7 @@ TEST_F(LineSelectionTest, leavesTheClipboardAloneWithoutASelection) {
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("kept"));
 }
 
-TEST_F(LineSelectionTest, tellsOfEachChangeOnce) {
+TEST_F(LineSelectionTest, TellsOfEachChangeOnce) {
     int changes = 0;
     QObject::connect(&selection_, &LineSelection::changed, &selection_, [&] { ++changes; });
     const int revision = selection_.revision();
@@ -113,7 +113,7 @@ TEST_F(LineSelectionTest, tellsOfEachChangeOnce) {
     EXPECT_EQ(selection_.revision(), revision + 2);
 }
 
-TEST_F(LineSelectionTest, isGoneWithItsLines) {
+TEST_F(LineSelectionTest, IsGoneWithItsLines) {
     selection_.selectAll();
     lines_.setLines({QStringLiteral("other")});
     EXPECT_TRUE(selection_.isEmpty());
@@ -121,7 +121,7 @@ TEST_F(LineSelectionTest, isGoneWithItsLines) {
 
 class LogSelectionTest : public test::UiFixture {};
 
-TEST_F(LogSelectionTest, isClearedWithTheLogAndKeptWhileItGrows) {
+TEST_F(LogSelectionTest, IsClearedWithTheLogAndKeptWhileItGrows) {
     const LogListModel log(*controller_);
     LineSelection selection(log);
     ASSERT_TRUE(settleLog());

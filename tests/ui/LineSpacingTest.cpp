@@ -45,11 +45,11 @@ protected:
     std::unique_ptr<QQuickItem> edit_;
 };
 
-TEST_F(LineSpacingTest, spacesTheLinesOfAText) {
+TEST_F(LineSpacingTest, SpacesTheLinesOfAText) {
     EXPECT_NEAR(growth(QStringLiteral("a text that is too long for one line ").repeated(5)), 1.3, 0.08);
 }
 
-TEST_F(LineSpacingTest, spacesANewTextAsWell) {
+TEST_F(LineSpacingTest, SpacesANewTextAsWell) {
     ASSERT_NEAR(growth(QStringLiteral("first ").repeated(30)), 1.3, 0.08);
     const auto lineHeight = [this] {
         return edit_->property("contentHeight").toReal() / edit_->property("lineCount").toReal();
@@ -60,7 +60,7 @@ TEST_F(LineSpacingTest, spacesANewTextAsWell) {
     EXPECT_EQ(edit_->property("text").toString(), QStringLiteral("other ").repeated(30));
 }
 
-TEST_F(LineSpacingTest, goesBackToTheFontsOwn) {
+TEST_F(LineSpacingTest, GoesBackToTheFontsOwn) {
     ASSERT_NEAR(growth(QStringLiteral("first ").repeated(30)), 1.3, 0.08);
     const qreal spaced = edit_->property("contentHeight").toReal();
     edit_->setProperty("proportion", 1.0);

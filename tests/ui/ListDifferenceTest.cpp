@@ -65,32 +65,32 @@ Keys numbered(std::size_t count) {
     return keys;
 }
 
-TEST(ListDifferenceTest, isEmptyForEqualLists) {
+TEST(ListDifferenceTest, IsEmptyForEqualLists) {
     EXPECT_EQ(listDifference({"a", "b"}, {"a", "b"}), ListDifference{});
     EXPECT_EQ(listDifference({}, {}), ListDifference{});
 }
 
-TEST(ListDifferenceTest, fillsAndEmptiesAListInOneStep) {
+TEST(ListDifferenceTest, FillsAndEmptiesAListInOneStep) {
     EXPECT_EQ(listDifference({}, {"a", "b"}), (ListDifference{.insertions = {{0, 2}}}));
     EXPECT_EQ(listDifference({"a", "b"}, {}), (ListDifference{.removals = {{0, 2}}}));
 }
 
-TEST(ListDifferenceTest, removesTheLastRowsFirst) {
+TEST(ListDifferenceTest, RemovesTheLastRowsFirst) {
     EXPECT_EQ(listDifference({"a", "b", "c", "d", "e"}, {"b", "d"}),
               (ListDifference{.removals = {{4, 1}, {2, 1}, {0, 1}}}));
 }
 
-TEST(ListDifferenceTest, countsAMovedRowAsRemovedAndInserted) {
+TEST(ListDifferenceTest, CountsAMovedRowAsRemovedAndInserted) {
     EXPECT_EQ(listDifference({"a", "b", "c"}, {"b", "c", "a"}),
               (ListDifference{.removals = {{0, 1}}, .insertions = {{2, 1}}}));
 }
 
-TEST(ListDifferenceTest, matchesEqualKeysInOrderOfOccurrence) {
+TEST(ListDifferenceTest, MatchesEqualKeysInOrderOfOccurrence) {
     EXPECT_EQ(listDifference({"a", "a"}, {"a", "a", "a"}), (ListDifference{.insertions = {{2, 1}}}));
     EXPECT_EQ(listDifference({"a", "a", "a"}, {"a"}), (ListDifference{.removals = {{1, 2}}}));
 }
 
-TEST(ListDifferenceTest, turnsRandomListsIntoEachOtherAndKeepsAsManyRowsAsPossible) {
+TEST(ListDifferenceTest, TurnsRandomListsIntoEachOtherAndKeepsAsManyRowsAsPossible) {
     std::mt19937 random(20240607);
     for (int round = 0; round < 3000; ++round) {
         const auto randomKeys = [&] {
@@ -112,7 +112,7 @@ TEST(ListDifferenceTest, turnsRandomListsIntoEachOtherAndKeepsAsManyRowsAsPossib
     }
 }
 
-TEST(ListDifferenceTest, reversesTenThousandRowsAtOnce) {
+TEST(ListDifferenceTest, ReversesTenThousandRowsAtOnce) {
     const Keys before = numbered(10'000);
     Keys after = before;
     std::ranges::reverse(after);
@@ -121,7 +121,7 @@ TEST(ListDifferenceTest, reversesTenThousandRowsAtOnce) {
     EXPECT_TRUE(applied(difference, before, after) == after);
 }
 
-TEST(ListDifferenceTest, shufflesTenThousandRows) {
+TEST(ListDifferenceTest, ShufflesTenThousandRows) {
     const Keys before = numbered(10'000);
     Keys after = before;
     std::shuffle(after.begin(), after.end(), std::mt19937(7));

@@ -33,7 +33,7 @@ protected:
     ListStripState& strip_{*state_.modelStrip()};
 };
 
-TEST_F(ListStripStateTest, isNotThereWithoutAList) {
+TEST_F(ListStripStateTest, IsNotThereWithoutAList) {
     EXPECT_FALSE(strip_.isShown());
     EXPECT_FALSE(state_.dockerStrip()->isShown());
     EXPECT_FALSE(strip_.findsNothing());
@@ -48,7 +48,7 @@ TEST_F(ListStripStateTest, isNotThereWithoutAList) {
     EXPECT_EQ(state_.dockerStrip()->detail(), QString());
 }
 
-TEST_F(ListStripStateTest, ordersAndSearches) {
+TEST_F(ListStripStateTest, OrdersAndSearches) {
     addModel("b.gguf", 10);
     addModel("a.gguf", 1000);
     addModel("c.gguf", 5000);
@@ -75,7 +75,7 @@ TEST_F(ListStripStateTest, ordersAndSearches) {
     EXPECT_EQ(models(), scanned);
 }
 
-TEST_F(ListStripStateTest, hasNoOrderBeyondTheLast) {
+TEST_F(ListStripStateTest, HasNoOrderBeyondTheLast) {
     QSignalSpy changes(&strip_, &ListStripState::orderChanged);
     strip_.setOrder(-1);
     EXPECT_EQ(strip_.order(), 0);
@@ -85,7 +85,7 @@ TEST_F(ListStripStateTest, hasNoOrderBeyondTheLast) {
     EXPECT_EQ(ListStripState::orderNames().size(), 3);
 }
 
-TEST_F(ListStripStateTest, keepsTheArrangementAcrossARescan) {
+TEST_F(ListStripStateTest, KeepsTheArrangementAcrossARescan) {
     addModel("b.gguf", 10);
     addModel("a.gguf", 1000);
     ASSERT_TRUE(scan());
@@ -97,7 +97,7 @@ TEST_F(ListStripStateTest, keepsTheArrangementAcrossARescan) {
               (QStringList{QStringLiteral("huge.gguf"), QStringLiteral("a.gguf"), QStringLiteral("b.gguf")}));
 }
 
-TEST_F(ListStripStateTest, aRowsButtonActsOnTheRecordThatTheRowShows) {
+TEST_F(ListStripStateTest, ARowsButtonActsOnTheRecordThatTheRowShows) {
     for (int number = 0; number < 100; ++number) {
         addModel("model" + std::to_string(number) + ".gguf",
                  static_cast<std::size_t>((number * 37) % 101 + 1));
@@ -119,7 +119,7 @@ TEST_F(ListStripStateTest, aRowsButtonActsOnTheRecordThatTheRowShows) {
     }
 }
 
-TEST_F(ListStripStateTest, aConfirmationKeepsItsRecordWhileTheOrderChanges) {
+TEST_F(ListStripStateTest, AConfirmationKeepsItsRecordWhileTheOrderChanges) {
     addModel("a.gguf", 10);
     addModel("b.gguf", 5000);
     ASSERT_TRUE(scan());
@@ -141,7 +141,7 @@ TEST_F(ListStripStateTest, aConfirmationKeepsItsRecordWhileTheOrderChanges) {
     EXPECT_TRUE(std::filesystem::exists(home_.path(".lmstudio/models/0.gguf")));
 }
 
-TEST_F(ListStripStateTest, arrangesDocker) {
+TEST_F(ListStripStateTest, ArrangesDocker) {
     playDocker();
     ASSERT_TRUE(scan());
     QAbstractItemModelTester tester(state_.dockerRows(),

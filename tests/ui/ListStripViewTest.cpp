@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(ListStripViewTest, searchesFromTheKeyboard) {
+TEST_F(ListStripViewTest, SearchesFromTheKeyboard) {
     addModels(30);
     ASSERT_TRUE(open("models"));
     ASSERT_TRUE(test::waitUntil([this] { return !rows().isEmpty(); }));
@@ -59,7 +59,7 @@ TEST_F(ListStripViewTest, searchesFromTheKeyboard) {
     EXPECT_TRUE(ofType("SearchField").empty());
 }
 
-TEST_F(ListStripViewTest, everyRowInSightActsOnWhatItShows) {
+TEST_F(ListStripViewTest, EveryRowInSightActsOnWhatItShows) {
     addModels(200);
     ASSERT_TRUE(open("models"));
     ASSERT_TRUE(test::waitUntil([this] { return rows().size() > 5; }));
@@ -75,7 +75,7 @@ TEST_F(ListStripViewTest, everyRowInSightActsOnWhatItShows) {
     }
 }
 
-TEST_F(ListStripViewTest, fitsTheSmallestWindow) {
+TEST_F(ListStripViewTest, FitsTheSmallestWindow) {
     addModels(3);
     ASSERT_TRUE(open("models"));
     ASSERT_TRUE(test::waitUntil([this] { return !rows().isEmpty(); }));
@@ -89,7 +89,7 @@ TEST_F(ListStripViewTest, fitsTheSmallestWindow) {
 }
 
 /// A desktop that tiles its windows does not ask for the smallest size.
-TEST_F(ListStripViewTest, takesTwoLinesWhereOneIsTooNarrow) {
+TEST_F(ListStripViewTest, TakesTwoLinesWhereOneIsTooNarrow) {
     addModels(3);
     ASSERT_TRUE(open("models"));
     ASSERT_TRUE(test::waitUntil([this] { return !rows().isEmpty(); }));
@@ -114,7 +114,7 @@ TEST_F(ListStripViewTest, takesTwoLinesWhereOneIsTooNarrow) {
     EXPECT_TRUE(test::waitUntil([&] { return strip->height() == oneLine; }));
 }
 
-TEST_F(ListStripViewTest, searchesTheLogWithoutLeavingThePane) {
+TEST_F(ListStripViewTest, SearchesTheLogWithoutLeavingThePane) {
     ASSERT_TRUE(open("console"));
     QTest::keyClick(view_.get(), Qt::Key_F, Qt::ControlModifier);
     ASSERT_TRUE(test::waitUntil([this] { return !ofType("SearchField").empty(); }));

@@ -38,26 +38,26 @@ protected:
     Tester tester_;
 };
 
-TEST_F(LogListModelTest, appendsLinesInOrder) {
+TEST_F(LogListModelTest, AppendsLinesInOrder) {
     EXPECT_EQ(model_.rowCount(), 0);
     ASSERT_TRUE(log({"one", "two"}));
     ASSERT_TRUE(log({"three"}));
     EXPECT_THAT(shown(), ::testing::ElementsAre("one", "two", "three"));
 }
 
-TEST_F(LogListModelTest, showsIdenticalLinesOncePerOccurrence) {
+TEST_F(LogListModelTest, ShowsIdenticalLinesOncePerOccurrence) {
     ASSERT_TRUE(log({"same", "same", "same"}));
     EXPECT_THAT(shown(), ::testing::ElementsAre("same", "same", "same"));
 }
 
-TEST_F(LogListModelTest, startsWithWhatWasLoggedBefore) {
+TEST_F(LogListModelTest, StartsWithWhatWasLoggedBefore) {
     ASSERT_TRUE(log({"before"}));
     const LogListModel late(*controller_);
     EXPECT_EQ(late.rowCount(), 1);
     EXPECT_TRUE(late.entry(0).endsWith(QLatin1String("before")));
 }
 
-TEST_F(LogListModelTest, takesNewLinesAfterItWasCleared) {
+TEST_F(LogListModelTest, TakesNewLinesAfterItWasCleared) {
     ASSERT_TRUE(log({"one", "two"}));
     controller_->log("still on its way");
     controller_->clearLogs();
@@ -66,7 +66,7 @@ TEST_F(LogListModelTest, takesNewLinesAfterItWasCleared) {
     EXPECT_THAT(shown(), ::testing::ElementsAre("still on its way", "three"));
 }
 
-TEST_F(LogListModelTest, survivesBeingReadWhileItIsCleared) {
+TEST_F(LogListModelTest, SurvivesBeingReadWhileItIsCleared) {
     ASSERT_TRUE(log({"one", "two"}));
     QStringList read;
     QObject::connect(&model_, &QAbstractItemModel::modelAboutToBeReset, &model_,
@@ -75,7 +75,7 @@ TEST_F(LogListModelTest, survivesBeingReadWhileItIsCleared) {
     EXPECT_EQ(read, QStringList(QString()));
 }
 
-TEST_F(LogListModelTest, announcesEachBatchAsOneInsertion) {
+TEST_F(LogListModelTest, AnnouncesEachBatchAsOneInsertion) {
     QList<std::pair<int, int>> insertions;
     QObject::connect(&model_, &QAbstractItemModel::rowsInserted, &model_,
                      [&](const QModelIndex&, int first, int last) { insertions.append({first, last}); });
@@ -86,7 +86,7 @@ TEST_F(LogListModelTest, announcesEachBatchAsOneInsertion) {
     EXPECT_LE(insertions.size(), 3);
 }
 
-TEST_F(LogListModelTest, escapesWhatWouldMisleadAndAnswersNothingBeyondItsRows) {
+TEST_F(LogListModelTest, EscapesWhatWouldMisleadAndAnswersNothingBeyondItsRows) {
     ASSERT_TRUE(log({"bad \xFF name\x1B[31m"}));
     EXPECT_THAT(shown(), ::testing::ElementsAre("bad \\xFF name\\x1B[31m"));
     EXPECT_TRUE(model_.entry(-1).isNull());

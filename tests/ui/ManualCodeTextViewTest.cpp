@@ -47,7 +47,7 @@ protected:
     bool active_ = false;
 };
 
-TEST_F(ManualCodeTextViewTest, takesDigitsOneByOne) {
+TEST_F(ManualCodeTextViewTest, TakesDigitsOneByOne) {
     int changes = 0;
     QObject::connect(view_, &ManualCodeTextView::textChanged, view_, [&] { ++changes; });
     type("00412907");
@@ -56,7 +56,7 @@ TEST_F(ManualCodeTextViewTest, takesDigitsOneByOne) {
     EXPECT_EQ(view_->cursorPosition(), 8);
 }
 
-TEST_F(ManualCodeTextViewTest, refusesANinthDigit) {
+TEST_F(ManualCodeTextViewTest, RefusesANinthDigit) {
     type("12345678");
     int changes = 0;
     QObject::connect(view_, &ManualCodeTextView::textChanged, view_, [&] { ++changes; });
@@ -69,7 +69,7 @@ TEST_F(ManualCodeTextViewTest, refusesANinthDigit) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(ManualCodeTextViewTest, refusesEverythingButAsciiDigits) {
+TEST_F(ManualCodeTextViewTest, RefusesEverythingButAsciiDigits) {
     type("12");
     press(Qt::Key_A, QStringLiteral("a"));
     press(Qt::Key_Space, QStringLiteral(" "));
@@ -81,27 +81,27 @@ TEST_F(ManualCodeTextViewTest, refusesEverythingButAsciiDigits) {
     EXPECT_EQ(text(), "12");
 }
 
-TEST_F(ManualCodeTextViewTest, refusesEventsOfSeveralCharacters) {
+TEST_F(ManualCodeTextViewTest, RefusesEventsOfSeveralCharacters) {
     press(Qt::Key_1, QStringLiteral("12"));
     press(Qt::Key_unknown, QStringLiteral("12345678"));
     press(Qt::Key_1, QStringLiteral("1a"));
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(ManualCodeTextViewTest, takesTheKeypadAndShiftedDigits) {
+TEST_F(ManualCodeTextViewTest, TakesTheKeypadAndShiftedDigits) {
     press(Qt::Key_4, QStringLiteral("4"), Qt::KeypadModifier);
     press(Qt::Key_Ampersand, QStringLiteral("1"), Qt::ShiftModifier);
     EXPECT_EQ(text(), "41");
 }
 
-TEST_F(ManualCodeTextViewTest, refusesDigitsOfShortcuts) {
+TEST_F(ManualCodeTextViewTest, RefusesDigitsOfShortcuts) {
     press(Qt::Key_1, QStringLiteral("1"), Qt::ControlModifier);
     press(Qt::Key_1, QStringLiteral("1"), Qt::AltModifier);
     press(Qt::Key_1, QStringLiteral("1"), Qt::MetaModifier);
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(ManualCodeTextViewTest, refusesEveryWayToPasteAndToUndo) {
+TEST_F(ManualCodeTextViewTest, RefusesEveryWayToPasteAndToUndo) {
     QGuiApplication::clipboard()->setText(QStringLiteral("98765432"));
     if (QGuiApplication::clipboard()->supportsSelection()) {
         QGuiApplication::clipboard()->setText(QStringLiteral("98765432"), QClipboard::Selection);
@@ -119,7 +119,7 @@ TEST_F(ManualCodeTextViewTest, refusesEveryWayToPasteAndToUndo) {
     EXPECT_EQ(text(), "1");
 }
 
-TEST_F(ManualCodeTextViewTest, refusesMiddleClicks) {
+TEST_F(ManualCodeTextViewTest, RefusesMiddleClicks) {
     for (const QEvent::Type kind : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
         QMouseEvent event(kind, QPointF(5, 5), QPointF(5, 5), Qt::MiddleButton, Qt::MiddleButton,
                           Qt::NoModifier);
@@ -128,7 +128,7 @@ TEST_F(ManualCodeTextViewTest, refusesMiddleClicks) {
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(ManualCodeTextViewTest, refusesInputMethods) {
+TEST_F(ManualCodeTextViewTest, RefusesInputMethods) {
     EXPECT_FALSE(view_->flags().testFlag(QQuickItem::ItemAcceptsInputMethod));
     EXPECT_FALSE(view_->inputMethodQuery(Qt::ImEnabled).toBool());
     QInputMethodEvent event;
@@ -141,7 +141,7 @@ TEST_F(ManualCodeTextViewTest, refusesInputMethods) {
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(ManualCodeTextViewTest, refusesDrops) {
+TEST_F(ManualCodeTextViewTest, RefusesDrops) {
     view_->setSize({200, 30});
     EXPECT_FALSE(view_->flags().testFlag(QQuickItem::ItemAcceptsDrops));
     QMimeData data;
@@ -155,7 +155,7 @@ TEST_F(ManualCodeTextViewTest, refusesDrops) {
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(ManualCodeTextViewTest, deletesAroundTheCaret) {
+TEST_F(ManualCodeTextViewTest, DeletesAroundTheCaret) {
     type("1234");
     press(Qt::Key_Backspace, QStringLiteral("\b"));
     EXPECT_EQ(text(), "123");
@@ -172,7 +172,7 @@ TEST_F(ManualCodeTextViewTest, deletesAroundTheCaret) {
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(ManualCodeTextViewTest, replacesTheSelectedDigits) {
+TEST_F(ManualCodeTextViewTest, ReplacesTheSelectedDigits) {
     type("12345678");
     view_->moveCursor(2, false);
     view_->moveCursor(5, true);
@@ -184,7 +184,7 @@ TEST_F(ManualCodeTextViewTest, replacesTheSelectedDigits) {
     EXPECT_EQ(view_->selectionStart(), view_->selectionEnd());
 }
 
-TEST_F(ManualCodeTextViewTest, deletesTheSelectedDigits) {
+TEST_F(ManualCodeTextViewTest, DeletesTheSelectedDigits) {
     type("12345678");
     view_->moveCursor(5, false);
     view_->moveCursor(2, true);
@@ -195,7 +195,7 @@ TEST_F(ManualCodeTextViewTest, deletesTheSelectedDigits) {
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(ManualCodeTextViewTest, collapsesASelectionThatIsReplacedByTheSameDigit) {
+TEST_F(ManualCodeTextViewTest, CollapsesASelectionThatIsReplacedByTheSameDigit) {
     type("1234");
     view_->moveCursor(1, false);
     view_->moveCursor(2, true);
@@ -205,7 +205,7 @@ TEST_F(ManualCodeTextViewTest, collapsesASelectionThatIsReplacedByTheSameDigit) 
     EXPECT_EQ(view_->selectionStart(), view_->selectionEnd());
 }
 
-TEST_F(ManualCodeTextViewTest, movesAndSelectsWithTheArrowKeys) {
+TEST_F(ManualCodeTextViewTest, MovesAndSelectsWithTheArrowKeys) {
     type("1234");
     press(Qt::Key_Left, QString(), Qt::ShiftModifier);
     press(Qt::Key_Left, QString(), Qt::ShiftModifier);
@@ -229,14 +229,14 @@ TEST_F(ManualCodeTextViewTest, movesAndSelectsWithTheArrowKeys) {
     EXPECT_EQ(view_->cursorPosition(), 0);
 }
 
-TEST_F(ManualCodeTextViewTest, leavesOtherKeysToTheWindow) {
+TEST_F(ManualCodeTextViewTest, LeavesOtherKeysToTheWindow) {
     EXPECT_FALSE(press(Qt::Key_Escape));
     EXPECT_FALSE(press(Qt::Key_F1));
     EXPECT_FALSE(press(Qt::Key_A, QStringLiteral("a")));
     EXPECT_TRUE(press(Qt::Key_1, QStringLiteral("1")));
 }
 
-TEST_F(ManualCodeTextViewTest, announcesReturnAndEnter) {
+TEST_F(ManualCodeTextViewTest, AnnouncesReturnAndEnter) {
     int accepted = 0;
     QObject::connect(view_, &ManualCodeTextView::accepted, view_, [&] { ++accepted; });
     press(Qt::Key_Return, QStringLiteral("\r"));
@@ -245,7 +245,7 @@ TEST_F(ManualCodeTextViewTest, announcesReturnAndEnter) {
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(ManualCodeTextViewTest, takesOverAFilteredTextFromOutside) {
+TEST_F(ManualCodeTextViewTest, TakesOverAFilteredTextFromOutside) {
     view_->setText(QStringLiteral("12a3 4-5678 9"));
     EXPECT_EQ(text(), "12345678");
     view_->setText(QString());

@@ -30,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(ModalAppearanceTest, theErrorsScrollBeyond290Points) {
+TEST_F(ModalAppearanceTest, TheErrorsScrollBeyond290Points) {
     ASSERT_TRUE(open("console"));
     std::string message = "refused\nErrors:\n";
     for (int line = 0; line < 60; ++line) {
@@ -45,7 +45,7 @@ TEST_F(ModalAppearanceTest, theErrorsScrollBeyond290Points) {
     EXPECT_TRUE(QRectF(0, 0, 900, 650).contains(place(*cards.front())));
 }
 
-TEST_F(ModalAppearanceTest, aLongMessageLeavesTheErrorsTheirRoom) {
+TEST_F(ModalAppearanceTest, ALongMessageLeavesTheErrorsTheirRoom) {
     ASSERT_TRUE(open("console"));
     std::string message;
     for (int line = 0; line < 60; ++line) {
@@ -62,7 +62,7 @@ TEST_F(ModalAppearanceTest, aLongMessageLeavesTheErrorsTheirRoom) {
     EXPECT_TRUE(QRectF(0, 0, 900, 650).contains(place(*ofType("ResultModalContents").front())));
 }
 
-TEST_F(ModalAppearanceTest, aListIsSetOffFromItsHeading) {
+TEST_F(ModalAppearanceTest, AListIsSetOffFromItsHeading) {
     ASSERT_TRUE(open("console"));
     ASSERT_TRUE(showResult("summary\nWhat remains:\n/home/a/path\n/home/another/path"));
     const QQuickItem* const summary = drawnText("Could not stop web: summary");
@@ -77,7 +77,7 @@ TEST_F(ModalAppearanceTest, aListIsSetOffFromItsHeading) {
     EXPECT_GE(place(*heading).top() - place(*summary).top(), step + 6);
 }
 
-TEST_F(ModalAppearanceTest, theOutcomesIconIsNamed) {
+TEST_F(ModalAppearanceTest, TheOutcomesIconIsNamed) {
     ASSERT_TRUE(open("console"));
     ASSERT_TRUE(showResult("refused"));
     const std::vector<QQuickItem*> icons = ofType("zentrill::Icon", "name", QStringLiteral("xmark.circle"));
@@ -87,7 +87,7 @@ TEST_F(ModalAppearanceTest, theOutcomesIconIsNamed) {
     EXPECT_EQ(icon->text(QAccessible::Name), QStringLiteral("ERRORS"));
 }
 
-TEST_F(ModalAppearanceTest, aLongMessageOfAConfirmationScrolls) {
+TEST_F(ModalAppearanceTest, ALongMessageOfAConfirmationScrolls) {
     std::string folders = ".lmstudio/models/org";
     for (int depth = 0; depth < 30; ++depth) {
         folders +=
@@ -124,7 +124,7 @@ TEST_F(ModalAppearanceTest, aLongMessageOfAConfirmationScrolls) {
     EXPECT_EQ(at(), 0);
 }
 
-TEST_F(ModalAppearanceTest, aShortMessageOfAConfirmationIsNoTabStop) {
+TEST_F(ModalAppearanceTest, AShortMessageOfAConfirmationIsNoTabStop) {
     ASSERT_TRUE(open("console"));
     state().requestSelfUninstall();
     std::vector<QQuickItem*> messages;
@@ -137,7 +137,7 @@ TEST_F(ModalAppearanceTest, aShortMessageOfAConfirmationIsNoTabStop) {
     EXPECT_FALSE(messages.front()->activeFocusOnTab());
 }
 
-TEST_F(ModalAppearanceTest, aNoticeOfSeveralLinesIsReadFromTheLeft) {
+TEST_F(ModalAppearanceTest, ANoticeOfSeveralLinesIsReadFromTheLeft) {
     locator_->set("/opt/docker");
     for (const auto& [answer, alignment] : {std::pair("no answer", Qt::AlignHCenter),
                                             std::pair("no answer\nUsage: something else", Qt::AlignLeft)}) {

@@ -30,7 +30,7 @@ protected:
     ContentViewState state_{*controller_};
 };
 
-TEST_F(PathActionsTest, knowsWhereToolsAndModelsAre) {
+TEST_F(PathActionsTest, KnowsWhereToolsAndModelsAre) {
     home_.makeFile(".gemini/settings.json", "{}");
     home_.makeFile(".local/bin/ollama", "#!/bin/sh\n");
     home_.makeDirectory(".ollama");
@@ -48,7 +48,7 @@ TEST_F(PathActionsTest, knowsWhereToolsAndModelsAre) {
     EXPECT_FALSE(state_.modelPath(1).isNull() || state_.applicationPath(-1).isNull());
 }
 
-TEST_F(PathActionsTest, copiesPathsOrNames) {
+TEST_F(PathActionsTest, CopiesPathsOrNames) {
     home_.makeFile(".lmstudio/models/foo.gguf", "123");
     playDocker();
     ASSERT_TRUE(scan());
@@ -69,7 +69,7 @@ TEST_F(PathActionsTest, copiesPathsOrNames) {
     EXPECT_EQ(copied(), fullID('b')) << "a heading stands for nothing";
 }
 
-TEST_F(PathActionsTest, saysWhatNobodyShows) {
+TEST_F(PathActionsTest, SaysWhatNobodyShows) {
     state_.paths()->look();
     EXPECT_FALSE(state_.paths()->canShow());
     state_.paths()->showInFolder("/home/foo");

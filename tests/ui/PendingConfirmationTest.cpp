@@ -14,7 +14,7 @@ const DockerImage webImage{.imageID = "sha256:0123456789abcdef" + std::string(48
                            .size = "1.24GB",
                            .connection = {.arguments = {"--context", "desktop"}, .displayName = "desktop"}};
 
-TEST(PendingConfirmationTest, wordsTheUninstallOfOneApplication) {
+TEST(PendingConfirmationTest, WordsTheUninstallOfOneApplication) {
     const PendingConfirmation pending{
         PendingConfirmation::Apps{.apps = {application("Ollama")}, .preserveCredentials = true}};
     EXPECT_EQ(pending.title(), "Uninstall 1 Application?");
@@ -25,7 +25,7 @@ TEST(PendingConfirmationTest, wordsTheUninstallOfOneApplication) {
     EXPECT_EQ(pending.actionTitle(), "Uninstall");
 }
 
-TEST(PendingConfirmationTest, wordsTheUninstallOfSeveralApplicationsWithoutTheShield) {
+TEST(PendingConfirmationTest, WordsTheUninstallOfSeveralApplicationsWithoutTheShield) {
     const PendingConfirmation pending{PendingConfirmation::Apps{
         .apps = {application("Ollama"), application("LM Studio")}, .preserveCredentials = false}};
     EXPECT_EQ(pending.title(), "Uninstall 2 Applications?");
@@ -34,11 +34,11 @@ TEST(PendingConfirmationTest, wordsTheUninstallOfSeveralApplicationsWithoutTheSh
                                  "credentials, will be permanently removed.");
 }
 
-TEST(PendingConfirmationTest, countsNoApplicationInThePlural) {
+TEST(PendingConfirmationTest, CountsNoApplicationInThePlural) {
     EXPECT_EQ(PendingConfirmation{PendingConfirmation::Apps{}}.title(), "Uninstall 0 Applications?");
 }
 
-TEST(PendingConfirmationTest, wordsTheDeletionOfAModel) {
+TEST(PendingConfirmationTest, WordsTheDeletionOfAModel) {
     const PendingConfirmation pending{LocalModel{.name = "llama3:latest", .sizeBytes = 4'660'000'000}};
     EXPECT_EQ(pending.title(), "Delete llama3:latest?");
     EXPECT_EQ(pending.message(),
@@ -46,12 +46,12 @@ TEST(PendingConfirmationTest, wordsTheDeletionOfAModel) {
     EXPECT_EQ(pending.actionTitle(), "Delete Permanently");
 }
 
-TEST(PendingConfirmationTest, saysThatTheSizeOfAModelIsUnknown) {
+TEST(PendingConfirmationTest, SaysThatTheSizeOfAModelIsUnknown) {
     const PendingConfirmation pending{LocalModel{.name = "x", .sizeBytes = 0}};
     EXPECT_EQ(pending.message(), "Permanently delete x (Unknown size)? This operation cannot be undone.");
 }
 
-TEST(PendingConfirmationTest, wordsTheRemovalOfAContainer) {
+TEST(PendingConfirmationTest, WordsTheRemovalOfAContainer) {
     const PendingConfirmation pending{DockerContainer{.id = "c1", .name = "web"}};
     EXPECT_EQ(pending.title(), "Delete Container?");
     EXPECT_EQ(pending.message(),
@@ -59,7 +59,7 @@ TEST(PendingConfirmationTest, wordsTheRemovalOfAContainer) {
     EXPECT_EQ(pending.actionTitle(), "Delete");
 }
 
-TEST(PendingConfirmationTest, wordsTheRemovalOfAnImage) {
+TEST(PendingConfirmationTest, WordsTheRemovalOfAnImage) {
     const PendingConfirmation pending{webImage};
     EXPECT_EQ(pending.title(), "Remove Docker Image?");
     EXPECT_EQ(
@@ -71,14 +71,14 @@ TEST(PendingConfirmationTest, wordsTheRemovalOfAnImage) {
     EXPECT_EQ(pending.actionTitle(), "Remove Image");
 }
 
-TEST(PendingConfirmationTest, namesAnImageWithoutTag) {
+TEST(PendingConfirmationTest, NamesAnImageWithoutTag) {
     DockerImage untagged = webImage;
     untagged.tags.clear();
     EXPECT_TRUE(
         PendingConfirmation{untagged}.message().starts_with("Remove Untagged image (0123456789ab, 1.24GB)"));
 }
 
-TEST(PendingConfirmationTest, wordsTheSelfUninstall) {
+TEST(PendingConfirmationTest, WordsTheSelfUninstall) {
     const PendingConfirmation pending{PendingConfirmation::SelfUninstall{}};
     EXPECT_EQ(pending.title(), "Self-Uninstall Zentrill?");
     EXPECT_EQ(pending.message(),

@@ -33,7 +33,7 @@ protected:
     QSignalSpy clicks_{&first_, &Pressable::clicked};
 };
 
-TEST_F(PressableTest, isPressedByAClick) {
+TEST_F(PressableTest, IsPressedByAClick) {
     QTest::mousePress(&window_, Qt::LeftButton, {}, inside);
     EXPECT_TRUE(first_.down());
     EXPECT_EQ(clicks_.count(), 0);
@@ -44,7 +44,7 @@ TEST_F(PressableTest, isPressedByAClick) {
     EXPECT_EQ(clicks_.count(), 1);
 }
 
-TEST_F(PressableTest, isNotPressedWhenTheButtonIsLetGoElsewhere) {
+TEST_F(PressableTest, IsNotPressedWhenTheButtonIsLetGoElsewhere) {
     QTest::mousePress(&window_, Qt::LeftButton, {}, inside);
     QTest::mouseMove(&window_, outside);
     EXPECT_FALSE(first_.down());
@@ -55,7 +55,7 @@ TEST_F(PressableTest, isNotPressedWhenTheButtonIsLetGoElsewhere) {
     EXPECT_EQ(clicks_.count(), 0);
 }
 
-TEST_F(PressableTest, isPressedByTheKeyboard) {
+TEST_F(PressableTest, IsPressedByTheKeyboard) {
     first_.forceActiveFocus();
     QTest::keyPress(&window_, Qt::Key_Space);
     EXPECT_TRUE(first_.down());
@@ -71,7 +71,7 @@ TEST_F(PressableTest, isPressedByTheKeyboard) {
     EXPECT_EQ(clicks_.count(), 3);
 }
 
-TEST_F(PressableTest, isPressedOnceByAKeyThatIsHeld) {
+TEST_F(PressableTest, IsPressedOnceByAKeyThatIsHeld) {
     first_.forceActiveFocus();
     for (const int key : {Qt::Key_Return, Qt::Key_Space}) {
         clicks_.clear();
@@ -87,7 +87,7 @@ TEST_F(PressableTest, isPressedOnceByAKeyThatIsHeld) {
     }
 }
 
-TEST_F(PressableTest, forgetsAHeldSpaceWhenTheFocusGoes) {
+TEST_F(PressableTest, ForgetsAHeldSpaceWhenTheFocusGoes) {
     first_.forceActiveFocus();
     QTest::keyPress(&window_, Qt::Key_Space);
     second_.forceActiveFocus();
@@ -98,7 +98,7 @@ TEST_F(PressableTest, forgetsAHeldSpaceWhenTheFocusGoes) {
     EXPECT_EQ(others.count(), 0);
 }
 
-TEST_F(PressableTest, doesNothingWhileDisabled) {
+TEST_F(PressableTest, DoesNothingWhileDisabled) {
     QTest::mousePress(&window_, Qt::LeftButton, {}, inside);
     first_.setEnabled(false);
     EXPECT_FALSE(first_.down());
@@ -111,7 +111,7 @@ TEST_F(PressableTest, doesNothingWhileDisabled) {
     EXPECT_EQ(clicks_.count(), 1);
 }
 
-TEST_F(PressableTest, knowsWhetherThePointerIsOverIt) {
+TEST_F(PressableTest, KnowsWhetherThePointerIsOverIt) {
     QTest::mouseMove(&window_, outside);
     QTest::mouseMove(&window_, inside);
     EXPECT_TRUE(first_.hovered());
@@ -123,7 +123,7 @@ TEST_F(PressableTest, knowsWhetherThePointerIsOverIt) {
     EXPECT_FALSE(first_.hovered());
 }
 
-TEST_F(PressableTest, keepsTheFocusButTakesNoPressWhileNotAvailable) {
+TEST_F(PressableTest, KeepsTheFocusButTakesNoPressWhileNotAvailable) {
     QSignalSpy changes(&first_, &Pressable::availableChanged);
     first_.setAvailable(false);
     first_.setAvailable(false);

@@ -49,7 +49,7 @@ protected:
     ProgressState progress_{*controller_, [this] { return now_; }};
 };
 
-TEST_F(ProgressStateTest, wordsNumbersAndTimes) {
+TEST_F(ProgressStateTest, WordsNumbersAndTimes) {
     EXPECT_EQ(ProgressState::progressText(28'445, seconds(41)), QStringLiteral("28,445 items · 0:41"));
     EXPECT_EQ(ProgressState::progressText(1, seconds(0)), QStringLiteral("1 item · 0:00"));
     EXPECT_EQ(ProgressState::progressText(0, seconds(3'599)), QStringLiteral("59:59"));
@@ -58,7 +58,7 @@ TEST_F(ProgressStateTest, wordsNumbersAndTimes) {
               QStringLiteral("1,000,000 items · 1:02:03"));
 }
 
-TEST_F(ProgressStateTest, saysHowFarItIsWhileSomethingIsRemoved) {
+TEST_F(ProgressStateTest, SaysHowFarItIsWhileSomethingIsRemoved) {
     EXPECT_EQ(progress_.text(), QString());
     ASSERT_TRUE(begin());
     remove(2'000, "/home/someone/a");
@@ -72,7 +72,7 @@ TEST_F(ProgressStateTest, saysHowFarItIsWhileSomethingIsRemoved) {
     EXPECT_EQ(progress_.path(), QString());
 }
 
-TEST_F(ProgressStateTest, looksByItself) {
+TEST_F(ProgressStateTest, LooksByItself) {
     now_ += seconds(5); // Not the clock's beginning.
     ASSERT_TRUE(begin());
     remove(7, "/a");
@@ -80,7 +80,7 @@ TEST_F(ProgressStateTest, looksByItself) {
     ASSERT_TRUE(end());
 }
 
-TEST_F(ProgressStateTest, showsTheTimeAloneWhereNothingIsCounted) {
+TEST_F(ProgressStateTest, ShowsTheTimeAloneWhereNothingIsCounted) {
     ASSERT_TRUE(begin());
     lookAfter(milliseconds(999));
     EXPECT_EQ(progress_.text(), QString());
@@ -89,7 +89,7 @@ TEST_F(ProgressStateTest, showsTheTimeAloneWhereNothingIsCounted) {
     ASSERT_TRUE(end());
 }
 
-TEST_F(ProgressStateTest, isSpokenOnceASecond) {
+TEST_F(ProgressStateTest, IsSpokenOnceASecond) {
     ASSERT_TRUE(begin());
     const QSignalSpy spoken(&progress_, &ProgressState::spokenChanged);
     const QSignalSpy shown(&progress_, &ProgressState::textChanged);
@@ -104,7 +104,7 @@ TEST_F(ProgressStateTest, isSpokenOnceASecond) {
     ASSERT_TRUE(end());
 }
 
-TEST_F(ProgressStateTest, beginsAnewWithEachOperation) {
+TEST_F(ProgressStateTest, BeginsAnewWithEachOperation) {
     ASSERT_TRUE(begin());
     remove(5, "/a");
     lookAfter(seconds(2));
@@ -115,7 +115,7 @@ TEST_F(ProgressStateTest, beginsAnewWithEachOperation) {
     ASSERT_TRUE(waitUntilIdle());
 }
 
-TEST_F(ProgressStateTest, saysNothingOfAScan) {
+TEST_F(ProgressStateTest, SaysNothingOfAScan) {
     controller_->scanSystem();
     ASSERT_TRUE(controller_->isBusy());
     lookAfter(seconds(3));
@@ -125,7 +125,7 @@ TEST_F(ProgressStateTest, saysNothingOfAScan) {
     EXPECT_EQ(progress_.text(), QString());
 }
 
-TEST_F(ProgressStateTest, makesNamesIntoText) {
+TEST_F(ProgressStateTest, MakesNamesIntoText) {
     ASSERT_TRUE(begin());
     remove(1, "/a\n\xff");
     lookAfter(milliseconds(250));

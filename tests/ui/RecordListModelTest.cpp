@@ -55,7 +55,7 @@ protected:
     std::vector<std::string> events_;
 };
 
-TEST_F(RecordListModelTest, namesItsRolesAndAnswersByThem) {
+TEST_F(RecordListModelTest, NamesItsRolesAndAnswersByThem) {
     set({{"a", 1}, {"b", 2}});
     const QHash<int, QByteArray> names = model_.roleNames();
     EXPECT_EQ(names.size(), 2);
@@ -63,7 +63,7 @@ TEST_F(RecordListModelTest, namesItsRolesAndAnswersByThem) {
     EXPECT_EQ(model_.data(model_.index(1), names.key("value")), QVariant(2));
 }
 
-TEST_F(RecordListModelTest, answersNothingForOtherRolesAndRows) {
+TEST_F(RecordListModelTest, AnswersNothingForOtherRolesAndRows) {
     set({{"a", 1}});
     EXPECT_FALSE(model_.data(model_.index(0), Qt::DisplayRole).isValid());
     EXPECT_FALSE(model_.data(model_.index(0), Qt::UserRole + 2).isValid());
@@ -73,29 +73,29 @@ TEST_F(RecordListModelTest, answersNothingForOtherRolesAndRows) {
     EXPECT_EQ(model_.record(0)->value, 1);
 }
 
-TEST_F(RecordListModelTest, announcesNothingWhenNothingChanged) {
+TEST_F(RecordListModelTest, AnnouncesNothingWhenNothingChanged) {
     set({{"a", 1}, {"b", 2}});
     EXPECT_THAT(set({{"a", 1}, {"b", 2}}), IsEmpty());
 }
 
-TEST_F(RecordListModelTest, announcesOneChangedRowOnce) {
+TEST_F(RecordListModelTest, AnnouncesOneChangedRowOnce) {
     set({{"a", 1}, {"b", 2}, {"c", 3}});
     EXPECT_THAT(set({{"a", 1}, {"b", 20}, {"c", 3}}), ElementsAre("changed 1-1"));
     EXPECT_EQ(model_.record(1)->value, 20);
 }
 
-TEST_F(RecordListModelTest, announcesARunOfChangedRowsOnce) {
+TEST_F(RecordListModelTest, AnnouncesARunOfChangedRowsOnce) {
     set({{"a", 1}, {"b", 2}, {"c", 3}, {"d", 4}});
     EXPECT_THAT(set({{"a", 9}, {"b", 9}, {"c", 3}, {"d", 9}}), ElementsAre("changed 0-1", "changed 3-3"));
 }
 
-TEST_F(RecordListModelTest, insertsAndRemovesOnlyWhatIsNewOrGone) {
+TEST_F(RecordListModelTest, InsertsAndRemovesOnlyWhatIsNewOrGone) {
     EXPECT_THAT(set({{"a", 1}, {"b", 2}, {"c", 3}}), ElementsAre("inserted 0-2"));
     EXPECT_THAT(set({{"a", 1}, {"c", 3}, {"d", 4}}), ElementsAre("removed 1-1", "inserted 2-2"));
     EXPECT_THAT(set({}), ElementsAre("removed 0-2"));
 }
 
-TEST_F(RecordListModelTest, holdsRandomListsWithoutEverResetting) {
+TEST_F(RecordListModelTest, HoldsRandomListsWithoutEverResetting) {
     std::mt19937 random(99);
     for (int round = 0; round < 300; ++round) {
         std::vector<Item> items(random() % 12);
@@ -107,7 +107,7 @@ TEST_F(RecordListModelTest, holdsRandomListsWithoutEverResetting) {
     }
 }
 
-TEST_F(RecordListModelTest, takesAShuffledListAsAWhole) {
+TEST_F(RecordListModelTest, TakesAShuffledListAsAWhole) {
     std::vector<Item> items;
     for (int value = 0; value < 1000; ++value) {
         items.push_back({std::to_string(value), value});

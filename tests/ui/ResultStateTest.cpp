@@ -8,13 +8,13 @@
 namespace zentrill {
 namespace {
 
-TEST(ResultStateTextTest, takesAMessageWithoutErrorsWhole) {
+TEST(ResultStateTextTest, TakesAMessageWithoutErrorsWhole) {
     const QString message = QStringLiteral("Done.\nErrors: none");
     EXPECT_EQ(ResultState::messageText(message), message);
     EXPECT_EQ(ResultState::parsedErrorLines(message), QStringList());
 }
 
-TEST(ResultStateTextTest, splitsAtTheFirstSeparatorOnly) {
+TEST(ResultStateTextTest, SplitsAtTheFirstSeparatorOnly) {
     const QString message = QStringLiteral("Body\n\nErrors:\none\n\ntwo\nErrors:\nthree\n");
     EXPECT_EQ(ResultState::messageText(message), QStringLiteral("Body\n"));
     EXPECT_EQ(ResultState::parsedErrorLines(message),
@@ -22,13 +22,13 @@ TEST(ResultStateTextTest, splitsAtTheFirstSeparatorOnly) {
                            QStringLiteral("three")}));
 }
 
-TEST(ResultStateTextTest, hasNoErrorLinesWhenNothingFollowsTheSeparator) {
+TEST(ResultStateTextTest, HasNoErrorLinesWhenNothingFollowsTheSeparator) {
     EXPECT_EQ(ResultState::messageText(QStringLiteral("Body\nErrors:\n")), QStringLiteral("Body"));
     EXPECT_EQ(ResultState::parsedErrorLines(QStringLiteral("Body\nErrors:\n")), QStringList());
     EXPECT_EQ(ResultState::parsedErrorLines(QStringLiteral("Body\nErrors:\n\n\n")), QStringList());
 }
 
-TEST(ResultStateTextTest, takesOnlyTheWholeSeparator) {
+TEST(ResultStateTextTest, TakesOnlyTheWholeSeparator) {
     EXPECT_EQ(ResultState::messageText(QStringLiteral("Errors:\none")), QStringLiteral("Errors:\none"));
     EXPECT_EQ(ResultState::messageText(QStringLiteral("Body\nErrors:one")),
               QStringLiteral("Body\nErrors:one"));
@@ -55,13 +55,13 @@ protected:
     ResultState state_{*controller_};
 };
 
-TEST_F(ResultStateTest, isUnknownBeforeAnyResult) {
+TEST_F(ResultStateTest, IsUnknownBeforeAnyResult) {
     expectOutcome("questionmark.circle", "RESULT \u2014 REVIEW DETAILS", palette_.secondary);
     EXPECT_FALSE(state_.hasRetainedPaths());
     EXPECT_EQ(lines(state_.errorLines()), QStringList());
 }
 
-TEST_F(ResultStateTest, showsAFailure) {
+TEST_F(ResultStateTest, ShowsAFailure) {
     ASSERT_TRUE(failAnOperation());
     expectOutcome("xmark.circle", "ERRORS", palette_.danger);
     const QString message = controller_->resultAlertMessage();
@@ -70,7 +70,7 @@ TEST_F(ResultStateTest, showsAFailure) {
     EXPECT_FALSE(state_.hasRetainedPaths());
 }
 
-TEST_F(ResultStateTest, showsASuccess) {
+TEST_F(ResultStateTest, ShowsASuccess) {
     locator_->set("/opt/docker");
     controller_->removeContainer({.id = "c1", .name = "web", .status = "Exited (0) 1 hour ago"});
     ASSERT_TRUE(waitUntilIdle());
@@ -79,7 +79,7 @@ TEST_F(ResultStateTest, showsASuccess) {
     EXPECT_EQ(lines(state_.errorLines()), QStringList());
 }
 
-TEST_F(ResultStateTest, showsDataThatRemains) {
+TEST_F(ResultStateTest, ShowsDataThatRemains) {
     home_.makeFile(".ollama/notes", "mine");
     ASSERT_TRUE(scan());
     controller_->uninstallAppsFromConfirmation({app("Ollama")}, true);
@@ -90,7 +90,7 @@ TEST_F(ResultStateTest, showsDataThatRemains) {
     EXPECT_TRUE(state_.hasRetainedPaths());
 }
 
-TEST_F(ResultStateTest, showsMisleadingCharactersVisibly) {
+TEST_F(ResultStateTest, ShowsMisleadingCharactersVisibly) {
     answer_ = [](const auto&) {
         return test::failed(1, "refused \xE2\x80\xAE"
                                "exe\n");
@@ -102,7 +102,7 @@ TEST_F(ResultStateTest, showsMisleadingCharactersVisibly) {
     EXPECT_TRUE(shown.contains(QLatin1String("refused \\u202Eexe"))) << shown.toStdString();
 }
 
-TEST_F(ResultStateTest, knowsThePathsThatItsLinesName) {
+TEST_F(ResultStateTest, KnowsThePathsThatItsLinesName) {
     home_.makeFile(".gemini/settings.json", "{}");
     home_.makeFile(".ollama/history", "");
     ASSERT_TRUE(scan());

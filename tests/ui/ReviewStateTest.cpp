@@ -30,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(ReviewStateTest, opensForTheSelectionAndFollowsTheShield) {
+TEST_F(ReviewStateTest, OpensForTheSelectionAndFollowsTheShield) {
     ASSERT_TRUE(findGemini());
     EXPECT_TRUE(state_.canReviewSelection());
     state_.reviewSelection();
@@ -50,7 +50,7 @@ TEST_F(ReviewStateTest, opensForTheSelectionAndFollowsTheShield) {
     EXPECT_EQ(review_.rows()->rowCount(), 0);
 }
 
-TEST_F(ReviewStateTest, listsMoreOfManyEntriesWhenAsked) {
+TEST_F(ReviewStateTest, ListsMoreOfManyEntriesWhenAsked) {
     for (int number = 0; number < 2'100; ++number) {
         home_.makeFile(".gemini/tmp/" + std::to_string(number));
     }
@@ -88,7 +88,7 @@ TEST_F(ReviewStateTest, listsMoreOfManyEntriesWhenAsked) {
     EXPECT_EQ(review_.rows()->rowCount(), 202) << "a review begins with the first ones";
 }
 
-TEST_F(ReviewStateTest, letsNothingBeAskedForBelowIt) {
+TEST_F(ReviewStateTest, LetsNothingBeAskedForBelowIt) {
     ASSERT_TRUE(findGemini());
     state_.reviewSelection();
     EXPECT_FALSE(state_.acceptsRequests());
@@ -103,7 +103,7 @@ TEST_F(ReviewStateTest, letsNothingBeAskedForBelowIt) {
     EXPECT_FALSE(review_.isShown());
 }
 
-TEST_F(ReviewStateTest, isClosedByAnOperationAndNotOpenedDuringOne) {
+TEST_F(ReviewStateTest, IsClosedByAnOperationAndNotOpenedDuringOne) {
     ASSERT_TRUE(findGemini());
     state_.reviewSelection();
     controller_->scanSystem();
@@ -113,7 +113,7 @@ TEST_F(ReviewStateTest, isClosedByAnOperationAndNotOpenedDuringOne) {
     EXPECT_TRUE(waitUntilIdle());
 }
 
-TEST_F(ReviewStateTest, takesTheRowThatIsMeant) {
+TEST_F(ReviewStateTest, TakesTheRowThatIsMeant) {
     playDocker();
     ASSERT_TRUE(findGemini());
     state_.reviewDockerRow(0); // A heading.

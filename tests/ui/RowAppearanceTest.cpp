@@ -78,17 +78,17 @@ protected:
     const WarmPalette palette_;
 };
 
-TEST_F(RowAppearanceTest, tilesAndTagsOfModelsStandOutFromTheirRows) {
+TEST_F(RowAppearanceTest, TilesAndTagsOfModelsStandOutFromTheirRows) {
     ASSERT_TRUE(openModels());
     expectTilesAndTagsToStandOut(1);
 }
 
-TEST_F(RowAppearanceTest, tilesAndTagsOfDockerStandOutFromTheirRows) {
+TEST_F(RowAppearanceTest, TilesAndTagsOfDockerStandOutFromTheirRows) {
     ASSERT_TRUE(openDocker());
     expectTilesAndTagsToStandOut(3);
 }
 
-TEST_F(RowAppearanceTest, theDeleteButtonIsTintedByAQuarter) {
+TEST_F(RowAppearanceTest, TheDeleteButtonIsTintedByAQuarter) {
     ASSERT_TRUE(openModels());
     const std::vector<QQuickItem*> buttons = ofType("ActionButton", "text", QStringLiteral("Delete"));
     ASSERT_FALSE(buttons.empty());
@@ -97,7 +97,7 @@ TEST_F(RowAppearanceTest, theDeleteButtonIsTintedByAQuarter) {
     EXPECT_LE(difference(pixel(*buttons.front(), {6, 15}), wanted), 3);
 }
 
-TEST_F(RowAppearanceTest, theStatesOfAllContainersStandInOneColumn) {
+TEST_F(RowAppearanceTest, TheStatesOfAllContainersStandInOneColumn) {
     ASSERT_TRUE(openDocker());
     const QQuickItem* const running = text(QStringLiteral("Up 3 minutes"));
     ASSERT_NE(running, nullptr);
@@ -112,7 +112,7 @@ TEST_F(RowAppearanceTest, theStatesOfAllContainersStandInOneColumn) {
     EXPECT_GE(image->width(), 150);
 }
 
-TEST_F(RowAppearanceTest, theStateOfARunningContainerStandsBeforeItsButtonsInANarrowWindow) {
+TEST_F(RowAppearanceTest, TheStateOfARunningContainerStandsBeforeItsButtonsInANarrowWindow) {
     ASSERT_TRUE(openDocker({640, 450}));
     const QQuickItem* const running = text(QStringLiteral("Up 3 minutes"));
     const std::vector<QQuickItem*> stops = ofType("ActionButton", "text", QStringLiteral("Stop"));
@@ -125,7 +125,7 @@ TEST_F(RowAppearanceTest, theStateOfARunningContainerStandsBeforeItsButtonsInANa
     EXPECT_EQ(place(*ended).left(), place(*running).left());
 }
 
-TEST_F(RowAppearanceTest, theEndOfAListHasItsMargin) {
+TEST_F(RowAppearanceTest, TheEndOfAListHasItsMargin) {
     for (int number = 0; number < 40; ++number) {
         home_.makeFile(".lmstudio/models/pub/foo" + std::to_string(number) + ".gguf", "123");
     }
@@ -146,7 +146,7 @@ TEST_F(RowAppearanceTest, theEndOfAListHasItsMargin) {
     EXPECT_NEAR(end - lowest(), lists.front()->property("bottomMargin").toReal(), 1);
 }
 
-TEST_F(RowAppearanceTest, anElidedImageNameFillsItsColumn) {
+TEST_F(RowAppearanceTest, AnElidedImageNameFillsItsColumn) {
     ASSERT_TRUE(openDocker());
     const QQuickItem* const image = text(QStringLiteral(
         "registry.example.org/a-long-organisation/a-service-with-a-very-long-name:2025.11.21-ubuntu22.04"));
@@ -159,7 +159,7 @@ TEST_F(RowAppearanceTest, anElidedImageNameFillsItsColumn) {
     EXPECT_NEAR(place(*status->parentItem()).left() - place(*image).right(), 10, 0.5);
 }
 
-TEST_F(RowAppearanceTest, theButtonsOfARowAreOfOneWeight) {
+TEST_F(RowAppearanceTest, TheButtonsOfARowAreOfOneWeight) {
     ASSERT_TRUE(openDocker());
     const std::vector<QQuickItem*> stops = ofType("ActionButton", "text", QStringLiteral("Stop"));
     const std::vector<QQuickItem*> deletes = ofType("ActionButton", "text", QStringLiteral("Delete"));
@@ -170,7 +170,7 @@ TEST_F(RowAppearanceTest, theButtonsOfARowAreOfOneWeight) {
     EXPECT_EQ(deletes.front()->property("iconSize").toReal(), 12);
 }
 
-TEST_F(RowAppearanceTest, aButtonThatCannotBePressedIsDimmed) {
+TEST_F(RowAppearanceTest, AButtonThatCannotBePressedIsDimmed) {
     ASSERT_TRUE(openDocker());
     const std::vector<QQuickItem*> stops = ofType("ActionButton", "text", QStringLiteral("Stop"));
     ASSERT_FALSE(stops.empty());
@@ -181,7 +181,7 @@ TEST_F(RowAppearanceTest, aButtonThatCannotBePressedIsDimmed) {
     EXPECT_LE(difference(pixel(stop, {6, 15}), over(ground, palette_.copper, 0.45)), 3);
 }
 
-TEST_F(RowAppearanceTest, theWarningsIconIsOfTheSizeOfItsText) {
+TEST_F(RowAppearanceTest, TheWarningsIconIsOfTheSizeOfItsText) {
     playDocker();
     answer_ = [others = answer_](const test::FakeCommandRunner::Call& call) {
         const std::string command = ::testing::PrintToString(call.arguments);
@@ -196,7 +196,7 @@ TEST_F(RowAppearanceTest, theWarningsIconIsOfTheSizeOfItsText) {
     EXPECT_EQ(signs.front()->property("size").toReal(), 12);
 }
 
-TEST_F(RowAppearanceTest, anApplicationsValueSaysWhetherItIsSelected) {
+TEST_F(RowAppearanceTest, AnApplicationsValueSaysWhetherItIsSelected) {
     home_.makeDirectory(".ollama");
     ASSERT_TRUE(open("apps"));
     QQuickItem* row = nullptr;

@@ -13,7 +13,7 @@ QVariant value(const QAbstractItemModel& model, int row, const char* role) {
     return model.data(model.index(row, 0), model.roleNames().key(role));
 }
 
-TEST(RowModelsTest, saysWhatIsLeftOfAnApplication) {
+TEST(RowModelsTest, SaysWhatIsLeftOfAnApplication) {
     EXPECT_EQ(applicationStatusText({.isDetected = true, .hasResidualData = true}),
               QStringLiteral("Data remains"));
     EXPECT_EQ(applicationStatusText({.isDetected = false, .hasResidualData = true}),
@@ -22,14 +22,14 @@ TEST(RowModelsTest, saysWhatIsLeftOfAnApplication) {
     EXPECT_EQ(applicationStatusText({}), QStringLiteral("Not found"));
 }
 
-TEST(RowModelsTest, marksTheSelection) {
+TEST(RowModelsTest, MarksTheSelection) {
     EXPECT_EQ(applicationMarkIcon({.isDetected = true, .isSelected = true}),
               QStringLiteral("checkmark.square.fill"));
     EXPECT_EQ(applicationMarkIcon({.isDetected = true, .hasResidualData = true}), QStringLiteral("square"));
     EXPECT_EQ(applicationMarkIcon({}), QStringLiteral("minus.square"));
 }
 
-TEST(RowModelsTest, tellsWhereAnApplicationComesFrom) {
+TEST(RowModelsTest, TellsWhereAnApplicationComesFrom) {
     EXPECT_EQ(applicationOrigin({.category = AppCategory::desktop}), QStringLiteral("Desktop Application"));
     const QString origin =
         applicationOrigin({.category = AppCategory::terminal, .installedVia = "npm global"});
@@ -38,7 +38,7 @@ TEST(RowModelsTest, tellsWhereAnApplicationComesFrom) {
     EXPECT_FALSE(applicationOrigin({.category = AppCategory::terminal}).contains(QLatin1String("via")));
 }
 
-TEST(RowModelsTest, showsEveryApplicationOfTheCatalog) {
+TEST(RowModelsTest, ShowsEveryApplicationOfTheCatalog) {
     const auto model = makeApplicationListModel();
     const QAbstractItemModelTester tester(model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     std::vector<AppInfo> applications = applicationList();
@@ -55,7 +55,7 @@ TEST(RowModelsTest, showsEveryApplicationOfTheCatalog) {
     EXPECT_EQ(value(*model, 0, "hasResidualData"), QVariant(false));
 }
 
-TEST(RowModelsTest, showsModelsWithTheirSizes) {
+TEST(RowModelsTest, ShowsModelsWithTheirSizes) {
     const auto model = makeLocalModelListModel();
     model->setRecords(
         {{.name = "llama3:latest", .source = "Ollama", .sizeBytes = 4'660'000'000, .path = "/a"},
@@ -67,7 +67,7 @@ TEST(RowModelsTest, showsModelsWithTheirSizes) {
     EXPECT_EQ(value(*model, 1, "sizeText"), QVariant(QStringLiteral("Unknown size")));
 }
 
-TEST(RowModelsTest, namesTheKindsOfDockerRows) {
+TEST(RowModelsTest, NamesTheKindsOfDockerRows) {
     const auto model = makeDockerListModel();
     model->setRecords(dockerRows({{.id = "c1", .name = "web", .image = "nginx", .status = "Up 1 second"}},
                                  {{.imageID = "sha256:abc", .usage = DockerImageUsage::inUse}},

@@ -56,7 +56,7 @@ protected:
     }
 };
 
-TEST_F(RowNotesTest, nameTheModelsThatShareBlobs) {
+TEST_F(RowNotesTest, NameTheModelsThatShareBlobs) {
     makeModel("8b", "ab");
     makeModel("latest", "ac");
     makeModel("own", "d");
@@ -69,7 +69,7 @@ TEST_F(RowNotesTest, nameTheModelsThatShareBlobs) {
     EXPECT_EQ(found("llama:own"), QString());
 }
 
-TEST_F(RowNotesTest, sayWhatLiesElsewhere) {
+TEST_F(RowNotesTest, SayWhatLiesElsewhere) {
     home_.makeFile("weights/model", std::string(7000, 'x'));
     makeHubModel("linked", home_.path("weights/model"));
     makeHubModel("own", "../refs/main");
@@ -79,7 +79,7 @@ TEST_F(RowNotesTest, sayWhatLiesElsewhere) {
     EXPECT_EQ(found("org/own"), QString());
 }
 
-TEST_F(RowNotesTest, areForgottenByAnOperation) {
+TEST_F(RowNotesTest, AreForgottenByAnOperation) {
     makeModel("8b", "a");
     makeModel("latest", "a");
     ASSERT_TRUE(scan());
@@ -92,7 +92,7 @@ TEST_F(RowNotesTest, areForgottenByAnOperation) {
     EXPECT_NE(found("llama:8b"), QString());
 }
 
-TEST_F(RowNotesTest, areFoundOutForTheLastTwoThatWereWanted) {
+TEST_F(RowNotesTest, AreFoundOutForTheLastTwoThatWereWanted) {
     const int count = 6;
     for (int number = 0; number < count; ++number) {
         makeModel(std::to_string(number), "a");
@@ -106,7 +106,7 @@ TEST_F(RowNotesTest, areFoundOutForTheLastTwoThatWereWanted) {
     EXPECT_EQ(notes_.model(0), QString());
 }
 
-TEST_F(RowNotesTest, tellWhatRemainsAndHowMuch) {
+TEST_F(RowNotesTest, TellWhatRemainsAndHowMuch) {
     home_.makeFile(".ollama/history", std::string(1500, 'x'));
     home_.makeFile(".ollama/id_ed25519", std::string(500, 'x'));
     ASSERT_TRUE(scan());

@@ -21,7 +21,7 @@ protected:
     }
 };
 
-TEST_F(SelectionSizeStateTest, followsTheSelectionAndTheShield) {
+TEST_F(SelectionSizeStateTest, FollowsTheSelectionAndTheShield) {
     home_.makeFile(".gemini/tmp/data", std::string(5000, 'x'));
     home_.makeFile(".codex/history.jsonl", std::string(1000, 'x'));
     ASSERT_TRUE(scan());
@@ -40,7 +40,7 @@ TEST_F(SelectionSizeStateTest, followsTheSelectionAndTheShield) {
     EXPECT_EQ(size_.text(), QString()) << "nothing is selected";
 }
 
-TEST_F(SelectionSizeStateTest, isFoundOutAnewByAScan) {
+TEST_F(SelectionSizeStateTest, IsFoundOutAnewByAScan) {
     home_.makeFile(".gemini/tmp/data", std::string(5000, 'x'));
     ASSERT_TRUE(scan());
     controller_->setPreserveCredentials(false);
@@ -53,7 +53,7 @@ TEST_F(SelectionSizeStateTest, isFoundOutAnewByAScan) {
     ASSERT_TRUE(waitFor(QStringLiteral("7 KB would go")));
 }
 
-TEST_F(SelectionSizeStateTest, keepsNoOperationWaiting) {
+TEST_F(SelectionSizeStateTest, KeepsNoOperationWaiting) {
     home_.makeFile(".gemini/tmp/data", std::string(5000, 'x'));
     // The thread that is let go may come to an entry when the test is over.
     const auto gate = std::make_shared<test::Gate>();

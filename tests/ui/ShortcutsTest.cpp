@@ -14,7 +14,7 @@ std::optional<ShortcutAction> actionOf(int key, Qt::KeyboardModifiers modifiers 
     return Shortcuts::actionOf(QKeyEvent(QEvent::KeyPress, key, modifiers));
 }
 
-TEST(ShortcutsTest, knowsItsKeys) {
+TEST(ShortcutsTest, KnowsItsKeys) {
     EXPECT_EQ(actionOf(Qt::Key_F5), ShortcutAction::scan);
     EXPECT_EQ(actionOf(Qt::Key_R, Qt::ControlModifier), ShortcutAction::scan);
     EXPECT_EQ(actionOf(Qt::Key_1, Qt::ControlModifier), ShortcutAction::showApplications);
@@ -32,13 +32,13 @@ TEST(ShortcutsTest, knowsItsKeys) {
     EXPECT_EQ(actionOf(Qt::Key_F1), ShortcutAction::showShortcuts);
 }
 
-TEST(ShortcutsTest, takesTheNumberPadAndTheShiftOfAQuestionMark) {
+TEST(ShortcutsTest, TakesTheNumberPadAndTheShiftOfAQuestionMark) {
     EXPECT_EQ(actionOf(Qt::Key_2, Qt::ControlModifier | Qt::KeypadModifier), ShortcutAction::showModels);
     EXPECT_EQ(actionOf(Qt::Key_Question), ShortcutAction::showShortcuts);
     EXPECT_EQ(actionOf(Qt::Key_Question, Qt::ShiftModifier), ShortcutAction::showShortcuts);
 }
 
-TEST(ShortcutsTest, leavesOtherKeysAlone) {
+TEST(ShortcutsTest, LeavesOtherKeysAlone) {
     EXPECT_EQ(actionOf(Qt::Key_1), std::nullopt);
     EXPECT_EQ(actionOf(Qt::Key_R), std::nullopt);
     EXPECT_EQ(actionOf(Qt::Key_1, Qt::ControlModifier | Qt::ShiftModifier), std::nullopt);
@@ -47,7 +47,7 @@ TEST(ShortcutsTest, leavesOtherKeysAlone) {
     EXPECT_EQ(actionOf(Qt::Key_Delete), std::nullopt);
 }
 
-TEST(ShortcutsTest, givesNoKeyToTwoActions) {
+TEST(ShortcutsTest, GivesNoKeyToTwoActions) {
     QList<QKeySequence> seen;
     for (const Shortcut& shortcut : Shortcuts::all()) {
         EXPECT_FALSE(shortcut.keys.isEmpty()) << shortcut.purpose.toStdString();
@@ -58,7 +58,7 @@ TEST(ShortcutsTest, givesNoKeyToTwoActions) {
     }
 }
 
-TEST(ShortcutsTest, saysThemAll) {
+TEST(ShortcutsTest, SaysThemAll) {
     EXPECT_EQ(Shortcuts::keyTexts().size(), Shortcuts::purposes().size());
     EXPECT_GT(Shortcuts::purposes().size(), static_cast<qsizetype>(Shortcuts::all().size()));
     EXPECT_FALSE(Shortcuts::keyTexts().contains(QString()));
@@ -83,7 +83,7 @@ protected:
     ContentViewState state_{*controller_};
 };
 
-TEST_F(ShortcutActionsTest, selectsAllThatWasFoundAndThenNone) {
+TEST_F(ShortcutActionsTest, SelectsAllThatWasFoundAndThenNone) {
     home_.makeDirectory(".ollama");
     home_.makeDirectory(".lmstudio");
     ASSERT_TRUE(scan());
@@ -98,7 +98,7 @@ TEST_F(ShortcutActionsTest, selectsAllThatWasFoundAndThenNone) {
     EXPECT_EQ(selected(), std::vector<std::string>());
 }
 
-TEST_F(ShortcutActionsTest, showsThePanes) {
+TEST_F(ShortcutActionsTest, ShowsThePanes) {
     QSignalSpy entered(&state_, &ContentViewState::paneEntered);
     state_.perform(ShortcutAction::showConsole);
     EXPECT_EQ(state_.selectedTab(), QStringLiteral("console"));
@@ -111,7 +111,7 @@ TEST_F(ShortcutActionsTest, showsThePanes) {
     EXPECT_EQ(entered.count(), 4);
 }
 
-TEST_F(ShortcutActionsTest, scansOnceAtATime) {
+TEST_F(ShortcutActionsTest, ScansOnceAtATime) {
     state_.perform(ShortcutAction::scan);
     EXPECT_TRUE(controller_->isScanning());
     state_.perform(ShortcutAction::scan);
@@ -121,7 +121,7 @@ TEST_F(ShortcutActionsTest, scansOnceAtATime) {
     }));
 }
 
-TEST_F(ShortcutActionsTest, doesNothingBelowAModal) {
+TEST_F(ShortcutActionsTest, DoesNothingBelowAModal) {
     home_.makeDirectory(".ollama");
     ASSERT_TRUE(scan());
     state_.perform(ShortcutAction::showShortcuts);
@@ -146,7 +146,7 @@ TEST_F(ShortcutActionsTest, doesNothingBelowAModal) {
     EXPECT_EQ(closing.count(), 1);
 }
 
-TEST_F(ShortcutActionsTest, showsAndHidesTheList) {
+TEST_F(ShortcutActionsTest, ShowsAndHidesTheList) {
     state_.perform(ShortcutAction::showShortcuts);
     EXPECT_TRUE(state_.shortcutsShown());
     state_.perform(ShortcutAction::showShortcuts);

@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(ShortcutsViewTest, leadIntoThePanes) {
+TEST_F(ShortcutsViewTest, LeadIntoThePanes) {
     home_.makeFile(".lmstudio/models/pub/foo.gguf", "123");
     ASSERT_TRUE(open("apps"));
     ofType("SidebarItem").front()->forceActiveFocus();
@@ -34,7 +34,7 @@ TEST_F(ShortcutsViewTest, leadIntoThePanes) {
         << focusedType().toStdString();
 }
 
-TEST_F(ShortcutsViewTest, leaveToALogWhatItTakesItself) {
+TEST_F(ShortcutsViewTest, LeaveToALogWhatItTakesItself) {
     home_.makeDirectory(".ollama");
     ASSERT_TRUE(open("console"));
     ASSERT_TRUE(test::waitUntil([this] { return focusedType().startsWith(QLatin1String("LineListView")); }));
@@ -46,7 +46,7 @@ TEST_F(ShortcutsViewTest, leaveToALogWhatItTakesItself) {
     EXPECT_EQ(state().selectionCount(), QStringLiteral("1 selected"));
 }
 
-TEST_F(ShortcutsViewTest, areListedUntilTheyAreNotLookedAt) {
+TEST_F(ShortcutsViewTest, AreListedUntilTheyAreNotLookedAt) {
     ASSERT_TRUE(open("apps"));
     QQuickItem* const before = ofType("ActionButton", "text", QStringLiteral("Scan System")).front();
     before->forceActiveFocus();
@@ -66,7 +66,7 @@ TEST_F(ShortcutsViewTest, areListedUntilTheyAreNotLookedAt) {
     EXPECT_FALSE(state().shortcutsShown());
 }
 
-TEST_F(ShortcutsViewTest, doNothingBelowAModal) {
+TEST_F(ShortcutsViewTest, DoNothingBelowAModal) {
     ASSERT_TRUE(open("apps"));
     state().requestSelfUninstall();
     ASSERT_TRUE(test::waitUntil([this] { return !ofType("ConfirmationModal").empty(); }));
@@ -84,7 +84,7 @@ TEST_F(ShortcutsViewTest, doNothingBelowAModal) {
     EXPECT_FALSE(state().shortcutsShown());
 }
 
-TEST_F(ShortcutsViewTest, closeTheWindow) {
+TEST_F(ShortcutsViewTest, CloseTheWindow) {
     ASSERT_TRUE(open("apps"));
     press(Qt::Key_W, Qt::ControlModifier);
     EXPECT_TRUE(test::waitUntil([this] { return !view_->isVisible(); }));

@@ -24,7 +24,7 @@ protected:
     }
 };
 
-TEST_F(TextFieldAccessibleTest, searchesForWhatIsWritten) {
+TEST_F(TextFieldAccessibleTest, SearchesForWhatIsWritten) {
     QAccessibleInterface* const field = openSearch("models");
     ASSERT_NE(field, nullptr);
     EXPECT_EQ(field->role(), QAccessible::EditableText);
@@ -44,7 +44,7 @@ TEST_F(TextFieldAccessibleTest, searchesForWhatIsWritten) {
     EXPECT_EQ(field->text(QAccessible::Value), QStringLiteral("one")) << "the field still follows";
 }
 
-TEST_F(TextFieldAccessibleTest, searchesTheLogForWhatIsWritten) {
+TEST_F(TextFieldAccessibleTest, SearchesTheLogForWhatIsWritten) {
     QAccessibleInterface* const field = openSearch("console");
     ASSERT_NE(field, nullptr);
     ASSERT_NE(field->editableTextInterface(), nullptr);
@@ -52,7 +52,7 @@ TEST_F(TextFieldAccessibleTest, searchesTheLogForWhatIsWritten) {
     EXPECT_EQ(state().logSearch()->needle(), QStringLiteral("scan"));
 }
 
-TEST_F(TextFieldAccessibleTest, tellsTextCaretAndSelection) {
+TEST_F(TextFieldAccessibleTest, TellsTextCaretAndSelection) {
     QAccessibleInterface* const field = openSearch("models");
     ASSERT_NE(field, nullptr);
     QAccessibleTextInterface* const text = field->textInterface();
@@ -82,7 +82,7 @@ TEST_F(TextFieldAccessibleTest, tellsTextCaretAndSelection) {
     EXPECT_EQ(text->offsetAtPoint(field->rect().bottomRight() + QPoint(50, 50)), -1);
 }
 
-TEST_F(TextFieldAccessibleTest, staysAsItIsBelowAModal) {
+TEST_F(TextFieldAccessibleTest, StaysAsItIsBelowAModal) {
     QAccessibleInterface* const field = openSearch("models");
     ASSERT_NE(field, nullptr);
     state().requestModelDeletion(0);

@@ -102,7 +102,7 @@ protected:
 
 const QRectF middle(300, 200, 120, 30);
 
-TEST_F(TooltipTest, holdsAShortText) {
+TEST_F(TooltipTest, HoldsAShortText) {
     const QQuickItem* const label = show(middle, QStringLiteral("Remove this exact image ID without force."));
     ASSERT_NE(label, nullptr);
     expectInPlace(*label);
@@ -111,7 +111,7 @@ TEST_F(TooltipTest, holdsAShortText) {
     EXPECT_GE(place(*label->parentItem()).height(), 24);
 }
 
-TEST_F(TooltipTest, breaksALongText) {
+TEST_F(TooltipTest, BreaksALongText) {
     const QQuickItem* const label = show(middle, QStringLiteral("a name without any space ").repeated(12));
     ASSERT_NE(label, nullptr);
     expectInPlace(*label);
@@ -119,14 +119,14 @@ TEST_F(TooltipTest, breaksALongText) {
     EXPECT_FALSE(label->property("truncated").toBool());
 }
 
-TEST_F(TooltipTest, breaksATextWithoutSpaces) {
+TEST_F(TooltipTest, BreaksATextWithoutSpaces) {
     const QQuickItem* const label = show(middle, QStringLiteral("ab/").repeated(100));
     ASSERT_NE(label, nullptr);
     expectInPlace(*label);
     EXPECT_FALSE(label->property("truncated").toBool());
 }
 
-TEST_F(TooltipTest, showsEveryLineOfAText) {
+TEST_F(TooltipTest, ShowsEveryLineOfAText) {
     const QQuickItem* const label = show(middle, QStringLiteral("one\ntwo\nthree\nfour"));
     ASSERT_NE(label, nullptr);
     expectInPlace(*label);
@@ -134,7 +134,7 @@ TEST_F(TooltipTest, showsEveryLineOfAText) {
     EXPECT_LT(place(*label->parentItem()).width(), 60);
 }
 
-TEST_F(TooltipTest, cutsATextForWhichThereIsNoRoom) {
+TEST_F(TooltipTest, CutsATextForWhichThereIsNoRoom) {
     for (const QString& text :
          {QStringLiteral("word ").repeated(4000), QStringLiteral("line\n").repeated(500)}) {
         const QQuickItem* const label = show(middle, text);
@@ -145,7 +145,7 @@ TEST_F(TooltipTest, cutsATextForWhichThereIsNoRoom) {
     }
 }
 
-TEST_F(TooltipTest, staysInTheWindowAndOffItsOwner) {
+TEST_F(TooltipTest, StaysInTheWindowAndOffItsOwner) {
     const QString texts[] = {QStringLiteral("short"), QStringLiteral("a longer text ").repeated(20)};
     const QRectF places[] = {{2, 2, 60, 20},     {838, 2, 60, 20},   {2, 628, 60, 20},
                              {838, 628, 60, 20}, {20, 300, 860, 20}, {400, 590, 100, 40}};
@@ -159,7 +159,7 @@ TEST_F(TooltipTest, staysInTheWindowAndOffItsOwner) {
     }
 }
 
-TEST_F(TooltipTest, goesWithWhatItBelongsTo) {
+TEST_F(TooltipTest, GoesWithWhatItBelongsTo) {
     const QString text = QStringLiteral("short");
     ASSERT_NE(show(middle, text), nullptr);
     owner_->setVisible(false);

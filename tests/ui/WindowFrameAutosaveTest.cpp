@@ -29,22 +29,22 @@ QRect broughtBack(const QRect& frame, const QList<QRect>& screens = {screen}) {
     return WindowFrameAutosave::broughtBack(frame, screens, minimum);
 }
 
-TEST(WindowFrameTextTest, writesTheFrameAndTheScreen) {
+TEST(WindowFrameTextTest, WritesTheFrameAndTheScreen) {
     EXPECT_EQ(WindowFrameAutosave::text(QRect(10, -20, 950, 700), QRect(0, 25, 1440, 875)),
               QStringLiteral("10 -20 950 700 0 25 1440 875"));
 }
 
-TEST(WindowFrameTextTest, readsWhatItWrote) {
+TEST(WindowFrameTextTest, ReadsWhatItWrote) {
     for (const QRect& written : {QRect(10, -20, 950, 700), QRect(-1500, 0, 1, 1), QRect(0, 0, 4000, 3000)}) {
         EXPECT_EQ(WindowFrameAutosave::frame(WindowFrameAutosave::text(written, screen)), written);
     }
 }
 
-TEST(WindowFrameTextTest, readsFractionsAndSpareSpacesAndNeedsNoScreen) {
+TEST(WindowFrameTextTest, ReadsFractionsAndSpareSpacesAndNeedsNoScreen) {
     EXPECT_EQ(frame(" 10.0  20.5 950 700 "), QRect(10, 20, 950, 700));
 }
 
-TEST(WindowFrameTextTest, readsNothingFromDamagedTexts) {
+TEST(WindowFrameTextTest, ReadsNothingFromDamagedTexts) {
     for (const char* text :
          {"", " ", "10 20 950", "10 20 950 x 0 0 1440 900", "10 20 0 700", "10 20 950 -700", "nan 20 950 700",
           "10 inf 950 700", "1e300 20 950 700", "10 20 99999999999 700", "10 20 0.5 700",
@@ -53,14 +53,14 @@ TEST(WindowFrameTextTest, readsNothingFromDamagedTexts) {
     }
 }
 
-TEST(WindowFrameScreenTest, leavesAFrameInSightAlone) {
+TEST(WindowFrameScreenTest, LeavesAFrameInSightAlone) {
     EXPECT_EQ(broughtBack({100, 50, 950, 700}), QRect(100, 50, 950, 700));
     // Partly beyond the right edge it can still be taken hold of.
     EXPECT_EQ(broughtBack({1200, 50, 950, 700}), QRect(1200, 50, 950, 700));
     EXPECT_EQ(broughtBack({1500, 100, 950, 700}, {screen, {1440, 0, 1440, 900}}), QRect(1500, 100, 950, 700));
 }
 
-TEST(WindowFrameScreenTest, centresAFrameThatIsOutOfSight) {
+TEST(WindowFrameScreenTest, CentresAFrameThatIsOutOfSight) {
     const QRect centred(245, 100, 950, 700);
     EXPECT_EQ(broughtBack({5000, 50, 950, 700}), centred);
     EXPECT_EQ(broughtBack({-5000, -5000, 950, 700}), centred);
@@ -71,14 +71,14 @@ TEST(WindowFrameScreenTest, centresAFrameThatIsOutOfSight) {
     EXPECT_EQ(broughtBack({1500, 880, 950, 700}, {screen, {1440, 0, 1440, 600}}), centred);
 }
 
-TEST(WindowFrameScreenTest, keepsTheSizeWithinTheScreenAndTheMinimum) {
+TEST(WindowFrameScreenTest, KeepsTheSizeWithinTheScreenAndTheMinimum) {
     EXPECT_EQ(broughtBack({0, 0, 1440, 900}), QRect(0, 0, 1440, 900));
     EXPECT_EQ(broughtBack({0, 0, 4000, 3000}), QRect(0, 36, 1440, 864));
     EXPECT_EQ(broughtBack({700, 400, 1441, 700}), QRect(0, 200, 1440, 700));
     EXPECT_EQ(broughtBack({10, 10, 200, 100}), QRect(10, 10, 900, 650));
 }
 
-TEST(WindowFrameScreenTest, fitsAScreenBelowTheMinimum) {
+TEST(WindowFrameScreenTest, FitsAScreenBelowTheMinimum) {
     const QList<QRect> small{{0, 0, 853, 600}};
     const QRect whole(0, 36, 853, 564);
     EXPECT_EQ(broughtBack({5000, 5000, 950, 700}, small), whole);
@@ -90,7 +90,7 @@ TEST(WindowFrameScreenTest, fitsAScreenBelowTheMinimum) {
               QRect(1280, 136, 800, 564));
 }
 
-TEST(WindowFrameScreenTest, leavesAFrameAloneWithoutAnyScreen) {
+TEST(WindowFrameScreenTest, LeavesAFrameAloneWithoutAnyScreen) {
     EXPECT_EQ(broughtBack({5000, 50, 950, 700}, {}), QRect(5000, 50, 950, 700));
 }
 
@@ -123,21 +123,21 @@ protected:
     QWindow window_;
 };
 
-TEST_F(WindowFrameAutosaveTest, restoresASavedFrame) {
+TEST_F(WindowFrameAutosaveTest, RestoresASavedFrame) {
     ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
     EXPECT_EQ(window_.geometry(), QRect(50, 60, 450, 350));
 }
 
-TEST_F(WindowFrameAutosaveTest, keepsTheWindowWhereItIsWhenTheSavedTextIsDamaged) {
+TEST_F(WindowFrameAutosaveTest, KeepsTheWindowWhereItIsWhenTheSavedTextIsDamaged) {
     ASSERT_TRUE(setPropertyListString(file_, key, "10 20 damaged"));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
     EXPECT_EQ(window_.geometry(), QRect(0, 0, 400, 300));
 }
 
-TEST_F(WindowFrameAutosaveTest, savesAChangeOnceItHasComeToRest) {
+TEST_F(WindowFrameAutosaveTest, SavesAChangeOnceItHasComeToRest) {
     ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
     ASSERT_TRUE(setPropertyListString(file_, "Other", "kept"));
     WindowFrameAutosave autosave(window_, file_);
@@ -148,7 +148,7 @@ TEST_F(WindowFrameAutosaveTest, savesAChangeOnceItHasComeToRest) {
     EXPECT_EQ(propertyListString(file_, "Other"), "kept");
 }
 
-TEST_F(WindowFrameAutosaveTest, savesTheVeryFirstChange) {
+TEST_F(WindowFrameAutosaveTest, SavesTheVeryFirstChange) {
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
     ASSERT_TRUE(settle(autosave));
@@ -158,7 +158,7 @@ TEST_F(WindowFrameAutosaveTest, savesTheVeryFirstChange) {
     EXPECT_EQ(saved(), QRect(70, 80, 500, 320));
 }
 
-TEST_F(WindowFrameAutosaveTest, writesNothingWhenNothingChanged) {
+TEST_F(WindowFrameAutosaveTest, WritesNothingWhenNothingChanged) {
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
     EXPECT_TRUE(autosave.save());
@@ -167,7 +167,7 @@ TEST_F(WindowFrameAutosaveTest, writesNothingWhenNothingChanged) {
     EXPECT_FALSE(std::filesystem::exists(file_));
 }
 
-TEST_F(WindowFrameAutosaveTest, leavesTheFileAloneWhenTheWindowIsBackWhereItWas) {
+TEST_F(WindowFrameAutosaveTest, LeavesTheFileAloneWhenTheWindowIsBackWhereItWas) {
     ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
@@ -180,7 +180,7 @@ TEST_F(WindowFrameAutosaveTest, leavesTheFileAloneWhenTheWindowIsBackWhereItWas)
     EXPECT_EQ(test::contentOf(file_), content);
 }
 
-TEST_F(WindowFrameAutosaveTest, writesNothingAnyMoreOnceTheNameIsEmpty) {
+TEST_F(WindowFrameAutosaveTest, WritesNothingAnyMoreOnceTheNameIsEmpty) {
     ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
@@ -194,7 +194,7 @@ TEST_F(WindowFrameAutosaveTest, writesNothingAnyMoreOnceTheNameIsEmpty) {
     EXPECT_EQ(autosave.autosaveName(), QString());
 }
 
-TEST_F(WindowFrameAutosaveTest, readsAndWritesNothingWithoutAFile) {
+TEST_F(WindowFrameAutosaveTest, ReadsAndWritesNothingWithoutAFile) {
     WindowFrameAutosave autosave(window_, {});
     use(autosave);
     ASSERT_TRUE(settle(autosave));
@@ -202,7 +202,7 @@ TEST_F(WindowFrameAutosaveTest, readsAndWritesNothingWithoutAFile) {
     EXPECT_TRUE(autosave.save());
 }
 
-TEST_F(WindowFrameAutosaveTest, replacesACorruptPropertyList) {
+TEST_F(WindowFrameAutosaveTest, ReplacesACorruptPropertyList) {
     folder_.makeFile("Preferences/com.user.Zentrill.plist", "<plist><dict><key>NSWindow Fr");
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
@@ -213,7 +213,7 @@ TEST_F(WindowFrameAutosaveTest, replacesACorruptPropertyList) {
     EXPECT_EQ(saved(), QRect(70, 80, 500, 320));
 }
 
-TEST_F(WindowFrameAutosaveTest, saysWhenTheFileCannotBeWritten) {
+TEST_F(WindowFrameAutosaveTest, SaysWhenTheFileCannotBeWritten) {
     // A folder stands where the file belongs.
     folder_.makeDirectory("Preferences/com.user.Zentrill.plist/inside");
     WindowFrameAutosave autosave(window_, file_);
@@ -223,7 +223,7 @@ TEST_F(WindowFrameAutosaveTest, saysWhenTheFileCannotBeWritten) {
     EXPECT_FALSE(autosave.save());
 }
 
-TEST_F(WindowFrameAutosaveTest, keepsTheFrameFromBeforeTheWindowWasMaximised) {
+TEST_F(WindowFrameAutosaveTest, KeepsTheFrameFromBeforeTheWindowWasMaximised) {
     ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
@@ -246,7 +246,7 @@ protected:
     AppDelegate delegate_{[] { return std::make_unique<QWindow>(); }, file_};
 };
 
-TEST_F(AppDelegateTest, showsOneWindowOfTheGivenSizeInTheMiddle) {
+TEST_F(AppDelegateTest, ShowsOneWindowOfTheGivenSizeInTheMiddle) {
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
     const QSize fitting = QSize(950, 700).boundedTo(WindowFrameAutosave::room(available).size());
     EXPECT_EQ(delegate_.window(), nullptr);
@@ -262,13 +262,13 @@ TEST_F(AppDelegateTest, showsOneWindowOfTheGivenSizeInTheMiddle) {
     EXPECT_TRUE(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 }
 
-TEST_F(AppDelegateTest, restoresTheSavedFrameInsteadOfCentring) {
+TEST_F(AppDelegateTest, RestoresTheSavedFrameInsteadOfCentring) {
     ASSERT_TRUE(setPropertyListString(file_, key, text({20, 30, 600, 500}).toStdString()));
     delegate_.applicationDidFinishLaunching();
     EXPECT_EQ(delegate_.window()->geometry(), QRect(20, 30, 600, 500));
 }
 
-TEST_F(AppDelegateTest, fitsTheWindowIntoTheScreen) {
+TEST_F(AppDelegateTest, FitsTheWindowIntoTheScreen) {
     // The screen of these tests is lower than the window's own minimum.
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
     const QRect room = WindowFrameAutosave::room(available);
@@ -285,7 +285,7 @@ TEST_F(AppDelegateTest, fitsTheWindowIntoTheScreen) {
     EXPECT_EQ(delegate.window()->size(), QSize(950, 700).boundedTo(room.size()));
 }
 
-TEST_F(AppDelegateTest, leavesASavedFrameAloneThatDoesNotFitThisScreen) {
+TEST_F(AppDelegateTest, LeavesASavedFrameAloneThatDoesNotFitThisScreen) {
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
     const QString frame = text(QRect(QPoint(60, 50), available.size() + QSize(50, 50)));
     ASSERT_TRUE(setPropertyListString(file_, key, frame.toStdString()));
@@ -295,7 +295,7 @@ TEST_F(AppDelegateTest, leavesASavedFrameAloneThatDoesNotFitThisScreen) {
     EXPECT_EQ(propertyListString(file_, key), frame.toStdString());
 }
 
-TEST_F(AppDelegateTest, savesTheFrameWhenTheWindowCloses) {
+TEST_F(AppDelegateTest, SavesTheFrameWhenTheWindowCloses) {
     ASSERT_TRUE(setPropertyListString(file_, key, text({20, 30, 600, 500}).toStdString()));
     delegate_.applicationDidFinishLaunching();
     delegate_.window()->setGeometry(30, 40, 610, 510);
@@ -303,7 +303,7 @@ TEST_F(AppDelegateTest, savesTheFrameWhenTheWindowCloses) {
     EXPECT_EQ(saved(), QRect(30, 40, 610, 510));
 }
 
-TEST_F(AppDelegateTest, savesNothingAfterItForgotTheWindow) {
+TEST_F(AppDelegateTest, SavesNothingAfterItForgotTheWindow) {
     // Without a window there is nothing to forget.
     delegate_.forgetWindowState();
     ASSERT_TRUE(setPropertyListString(file_, key, text({20, 30, 600, 500}).toStdString()));
