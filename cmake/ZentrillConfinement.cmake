@@ -19,8 +19,7 @@ function(zentrill_require_confinement)
       continue()
     endif()
     get_target_property(by_itself ${target} ZENTRILL_CONFINES_ITSELF)
-    if("zentrill_confined_program" IN_LIST links
-       OR "zentrill_confined_tests" IN_LIST links
+    if("zentrill_confined_program" IN_LIST links OR "zentrill_confined_tests" IN_LIST links
        OR (by_itself AND "zentrill_confinement" IN_LIST links)
     )
       continue()

@@ -4,20 +4,21 @@ target_compile_features(zentrill_flags INTERFACE cxx_std_20)
 # A designated initializer leaves out what keeps its default: that is no slip.
 target_compile_options(
   zentrill_flags
-  INTERFACE -Wall
-            -Wextra
-            -Wpedantic
-            -Wshadow
-            -Wconversion
-            -Wsign-conversion
-            -Wold-style-cast
-            -Wnon-virtual-dtor
-            -Woverloaded-virtual
-            -Wcast-qual
-            -Wformat=2
-            -Wimplicit-fallthrough
-            -Wno-missing-field-initializers
-            -fstack-protector-strong
+  INTERFACE
+    -Wall
+    -Wextra
+    -Wpedantic
+    -Wshadow
+    -Wconversion
+    -Wsign-conversion
+    -Wold-style-cast
+    -Wnon-virtual-dtor
+    -Woverloaded-virtual
+    -Wcast-qual
+    -Wformat=2
+    -Wimplicit-fallthrough
+    -Wno-missing-field-initializers
+    -fstack-protector-strong
 )
 # Every file API is 64 bits wide, on 32-bit systems as well.
 target_compile_definitions(zentrill_flags INTERFACE _FILE_OFFSET_BITS=64)
@@ -42,16 +43,17 @@ endif()
 add_library(zentrill_qt_flags INTERFACE)
 target_compile_definitions(
   zentrill_qt_flags
-  INTERFACE QT_NO_CAST_FROM_ASCII
-            QT_NO_CAST_TO_ASCII
-            QT_NO_CAST_FROM_BYTEARRAY
-            QT_NO_URL_CAST_FROM_STRING
-            QT_NO_KEYWORDS
-            QT_NO_FOREACH
-            QT_USE_QSTRINGBUILDER
-            QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
-            QT_NO_JAVA_STYLE_ITERATORS
-            QT_STRICT_QLIST_ITERATORS
-            # The newest version of which the headers of the oldest tell what it gives up.
-            QT_DISABLE_DEPRECATED_BEFORE=0x060800
+  INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_URL_CAST_FROM_STRING
+    QT_NO_KEYWORDS
+    QT_NO_FOREACH
+    QT_USE_QSTRINGBUILDER
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_NO_JAVA_STYLE_ITERATORS
+    QT_STRICT_QLIST_ITERATORS
+    # The newest version of which the headers of the oldest tell what it gives up.
+    QT_DISABLE_DEPRECATED_BEFORE=0x060800
 )

@@ -16,11 +16,7 @@ function(zentrill_library folder)
   target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${include_root}>")
   # Flags and libraries of headers alone are nothing to who links the library where it is installed.
   list(TRANSFORM arg_PRIVATE_LINK REPLACE "^(zentrill_.*|nlohmann_json::.*)$" "$<BUILD_INTERFACE:\\1>")
-  target_link_libraries(
-    ${target}
-    PUBLIC ${arg_LINK}
-    PRIVATE "$<BUILD_INTERFACE:zentrill_flags>" ${arg_PRIVATE_LINK}
-  )
+  target_link_libraries(${target} PUBLIC ${arg_LINK} PRIVATE "$<BUILD_INTERFACE:zentrill_flags>" ${arg_PRIVATE_LINK})
   target_compile_features(${target} PUBLIC cxx_std_20)
 endfunction()
 
@@ -93,10 +89,7 @@ function(zentrill_test name)
   endif()
   add_dependencies(tests-${folder} ${name})
   gtest_discover_tests(
-    ${name}
-    TEST_PREFIX "${arg_PREFIX}"
-    DISCOVERY_MODE PRE_TEST
-    DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${arg_TIMEOUT} COST ${arg_COST} LABELS ${folder} SKIP_RETURN_CODE 77
+    ${name} TEST_PREFIX "${arg_PREFIX}" DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES
+    TIMEOUT ${arg_TIMEOUT} COST ${arg_COST} LABELS ${folder} SKIP_RETURN_CODE 77
   )
 endfunction()
