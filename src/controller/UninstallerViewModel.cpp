@@ -249,24 +249,6 @@ void UninstallerViewModel::discard(std::deque<std::string> entries) {
     }
 }
 
-OperationContext UninstallerViewModel::operationContext() const {
-    OperationContext context;
-    context.commandRunner = commandRunner_;
-    context.deletionEngine =
-        std::make_shared<const SafeDeletionEngine>(deletionEngine_->tellingTo(deletionProgress_));
-    context.deletionProgress = deletionProgress_;
-    context.dockerLocator = dockerLocator_;
-    context.apps = apps_;
-    context.log = [link = mainQueue_](const std::string& message) {
-        link->postLine(LogClock::roomFor(message));
-    };
-    context.isAbandoned = [link = mainQueue_] { return !link->isOpen(); };
-    context.isCancelled = [link = mainQueue_, token = cancellationToken_] {
-        return link->isOpen() && token->isCancelled();
-    };
-    return context;
-}
-
 void UninstallerViewModel::submit(Body body) {
     // The link carries `this` to the main thread, and drops it there once the controller is gone.
     operationQueue_.submit([this, link = mainQueue_, context = operationContext(), body = std::move(body)] {
@@ -276,13 +258,6 @@ void UninstallerViewModel::submit(Body body) {
         if (Completion completion = body(context)) {
             link->post([this, completion = std::move(completion)] { completion(*this); });
         }
-    });
-}
-
-void UninstallerViewModel::submitThenRescan(AlertingBody body) {
-    submit([body = std::move(body)](const OperationContext& context) {
-        ResultAlert alert = body(context);
-        return rescan(context, std::move(alert));
     });
 }
 

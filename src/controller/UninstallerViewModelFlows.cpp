@@ -7,6 +7,7 @@
 #include "deletion/SelfUninstallService.h"
 #include "platform/HomeDirectory.h"
 
+#include <memory>
 #include <utility>
 
 namespace zentrill {
@@ -106,6 +107,31 @@ void UninstallerViewModel::performSelfUninstall() {
             controller.endOperation();
             controller.showResult(selfUninstallFailure(result));
         };
+    });
+}
+
+OperationContext UninstallerViewModel::operationContext() const {
+    OperationContext context;
+    context.commandRunner = commandRunner_;
+    context.deletionEngine =
+        std::make_shared<const SafeDeletionEngine>(deletionEngine_->tellingTo(deletionProgress_));
+    context.deletionProgress = deletionProgress_;
+    context.dockerLocator = dockerLocator_;
+    context.apps = apps_;
+    context.log = [link = mainQueue_](const std::string& message) {
+        link->postLine(LogClock::roomFor(message));
+    };
+    context.isAbandoned = [link = mainQueue_] { return !link->isOpen(); };
+    context.isCancelled = [link = mainQueue_, token = cancellationToken_] {
+        return link->isOpen() && token->isCancelled();
+    };
+    return context;
+}
+
+void UninstallerViewModel::submitThenRescan(AlertingBody body) {
+    submit([body = std::move(body)](const OperationContext& context) {
+        ResultAlert alert = body(context);
+        return rescan(context, std::move(alert));
     });
 }
 
