@@ -18,6 +18,18 @@ struct Change {
     std::int64_t after = 0;
 };
 
+/// Opens the folder, or where only its owner may, the one around it if that is on the same file system.
+bool openOnItsFileSystem(const std::string& path, DirectoryHandle& folder) {
+    if (DirectoryHandle::open(path, FinalLink::follow, folder) == 0) {
+        return true;
+    }
+    EntryStatus status;
+    const std::string name(paths::lastComponent(path));
+    return DirectoryHandle::open(std::string(paths::parent(path)), FinalLink::follow, folder) == 0 &&
+           folder.lookUp(name.c_str(), status) == 0 && status.kind == EntryKind::directory &&
+           status.identity.device == folder.identity().device;
+}
+
 } // namespace
 
 FreeSpaceMeter::FreeSpaceMeter(Measure measure) : measure_(std::move(measure)) {}
@@ -35,7 +47,7 @@ void FreeSpaceMeter::watchItem(const std::string& path) {
 
 void FreeSpaceMeter::watchFolder(const std::string& path) {
     Volume volume;
-    if (DirectoryHandle::open(path, FinalLink::follow, volume.folder) != 0) {
+    if (!openOnItsFileSystem(path, volume.folder)) {
         return;
     }
     const dev_t device = volume.folder.identity().device;

@@ -42,10 +42,8 @@ void watchModel(const LocalModel& model, FreeSpaceMeter& meter) {
 }
 
 /// Where the engine keeps what it removes, if that is here.
-void watchEngine(const OperationContext& context, const std::string& docker,
-                 const DockerConnection& connection, FreeSpaceMeter& meter) {
-    if (const std::optional<std::string> root =
-            localDockerDataRoot(*context.commandRunner, docker, connection)) {
+void watchEngine(const DockerConnection& connection, FreeSpaceMeter& meter) {
+    if (const std::optional<std::string> root = localDockerDataRoot(connection)) {
         meter.watchFolder(*root);
     }
 }
@@ -106,7 +104,7 @@ ResultAlert removeContainer(const OperationContext& context, const DockerContain
         }
     }
     FreeSpaceMeter meter;
-    watchEngine(context, *docker, container.connection, meter);
+    watchEngine(container.connection, meter);
     const CommandResult removed =
         context.commandRunner->run(*docker, commands::remove(container), commands::timeout);
     if (!removed.succeeded()) {
@@ -123,7 +121,7 @@ ResultAlert removeDockerImage(const OperationContext& context, const DockerImage
     }
     FreeSpaceMeter meter;
     if (image.usage == DockerImageUsage::unused) {
-        watchEngine(context, *docker, image.connection, meter);
+        watchEngine(image.connection, meter);
     }
     DockerImageRemovalResult result = DockerImageRemovalService(context.commandRunner).remove(image, *docker);
     ResultAlert alert = report(context, titles, result.succeeded, std::move(result.message));

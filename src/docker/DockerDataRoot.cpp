@@ -1,57 +1,51 @@
 #include "docker/DockerDataRoot.h"
 
-#include "docker/DockerListing.h"
+#include "platform/FileSystem.h"
 
-#include <chrono>
+#include <nlohmann/json.hpp>
+
+#include <fstream>
 #include <string_view>
 #include <vector>
-
-#include <sys/utsname.h>
 
 namespace zentrill {
 
 namespace {
 
-/// It is for a line of a report, so nobody is kept waiting for it.
-constexpr CommandExecuting::Timeout patience = std::chrono::seconds(3);
+constexpr std::string_view defaultRoot = "/var/lib/docker";
 
-std::string endpoint(CommandExecuting& commands, const std::string& executablePath,
-                     const DockerConnection& connection) {
-    if (connection.arguments.size() != 2) {
-        return {};
-    }
-    if (connection.arguments.front() == "--host") {
-        return connection.arguments.back();
-    }
-    const CommandResult inspected = commands.run(
-        executablePath,
-        {"context", "inspect", "--format", "{{.Endpoints.docker.Host}}", connection.arguments.back()},
-        patience);
-    return inspected.succeeded() ? std::string(docker_listing::trimmed(inspected.stdout)) : std::string();
+/// Whether the connection is the socket that the system's service listens at.
+bool isMachinesOwn(const DockerConnection& connection) {
+    using Arguments = std::vector<std::string>;
+    return connection.arguments == Arguments{"--context", "default"} ||
+           connection.arguments == Arguments{"--host", "unix:///var/run/docker.sock"} ||
+           connection.arguments == Arguments{"--host", "unix:///run/docker.sock"};
 }
 
-std::string nameOfThisMachine() {
-    utsname machine{};
-    return ::uname(&machine) == 0 ? std::string(static_cast<const char*>(machine.nodename)) : std::string();
+std::string configuredRoot(const std::string& configuration) {
+    std::ifstream file(configuration);
+    const auto settings = nlohmann::json::parse(file, nullptr, false);
+    if (settings.is_object()) {
+        const auto root = settings.find("data-root");
+        if (root != settings.end() && root->is_string()) {
+            return root->get<std::string>();
+        }
+    }
+    return std::string(defaultRoot);
 }
 
 } // namespace
 
-std::optional<std::string> localDockerDataRoot(CommandExecuting& commands, const std::string& executablePath,
-                                               const DockerConnection& connection) {
-    if (!endpoint(commands, executablePath, connection).starts_with("unix://")) {
+std::optional<std::string> localDockerDataRoot(const DockerConnection& connection,
+                                               const std::string& configuration) {
+    if (!isMachinesOwn(connection)) {
         return std::nullopt;
     }
-    std::vector<std::string> arguments = connection.arguments;
-    arguments.insert(arguments.end(), {"info", "--format", "{{.Name}} {{.DockerRootDir}}"});
-    const CommandResult info = commands.run(executablePath, arguments, patience);
-    const std::string_view answer = docker_listing::trimmed(info.stdout);
-    const std::size_t space = answer.find(' ');
-    if (!info.succeeded() || space == std::string_view::npos ||
-        answer.substr(0, space) != nameOfThisMachine() || !answer.substr(space + 1).starts_with('/')) {
+    std::string root = configuredRoot(configuration);
+    if (!root.starts_with('/') || !FileSystem::shared().itemExistsWithoutFollowingSymlink(root)) {
         return std::nullopt;
     }
-    return std::string(answer.substr(space + 1));
+    return root;
 }
 
 } // namespace zentrill

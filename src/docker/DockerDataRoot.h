@@ -1,20 +1,20 @@
 #pragma once
 
 #include "docker/DockerConnection.h"
-#include "process/CommandExecuting.h"
 
 #include <optional>
 #include <string>
 
 namespace zentrill {
 
-/// The folder in which the engine of a connection keeps images and containers, where that is a folder of this
-/// machine for certain: the connection is a socket of the machine, and the engine calls its host by this
-/// machine's name. One in a virtual machine, such as Docker Desktop's, has its folder elsewhere.
+/// The folder in which the engine of a connection keeps images and containers, where that is known to be one
+/// of this machine: the connection is the socket of the machine's own engine, and the folder is there. An
+/// engine in a virtual machine, whose socket may have the same name, has its folder elsewhere.
 ///
-/// Blocks for as long as the tool at `executablePath` takes, a few seconds at most.
-[[nodiscard]] std::optional<std::string> localDockerDataRoot(CommandExecuting& commands,
-                                                             const std::string& executablePath,
-                                                             const DockerConnection& connection);
+/// No command is asked, since a removal does not wait for what only its report tells. `configuration` is the
+/// file of the engine that may name another folder than its default.
+[[nodiscard]] std::optional<std::string>
+localDockerDataRoot(const DockerConnection& connection,
+                    const std::string& configuration = "/etc/docker/daemon.json");
 
 } // namespace zentrill

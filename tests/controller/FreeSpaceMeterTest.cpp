@@ -1,6 +1,7 @@
 #include "controller/FreeSpaceMeter.h"
 
 #include "support/MemoryFolder.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -47,6 +48,21 @@ TEST_F(FreeSpaceMeterTest, SaysWhatWasAndWhatIs) {
     meter_.watchItem(folder_.path("item")); // Once for each file system.
     setSpace(folder_.path(), 46'800'000'000);
     EXPECT_EQ(meter_.text(), "Free space: 41.2 GB → 46.8 GB");
+}
+
+/// As an engine's folder, which its owner alone may read.
+TEST_F(FreeSpaceMeterTest, LooksAroundAFolderThatMayNotBeOpened) {
+    folder_.makeFile("around/closed/file");
+    const std::string closed = folder_.path("around/closed");
+    test::giveToOrdinaryUser(folder_.path("around"));
+    std::filesystem::permissions(folder_.path(), std::filesystem::perms(0755));
+    std::filesystem::permissions(closed, std::filesystem::perms::none);
+    setSpace(folder_.path(), 1'000'000'000);
+    EXPECT_TRUE(test::passesAsOrdinaryUser([&] {
+        meter_.watchFolder(closed);
+        EXPECT_EQ(meter_.text(), "Free space: 1 GB → 1 GB");
+    }));
+    std::filesystem::permissions(closed, std::filesystem::perms(0755));
 }
 
 TEST_F(FreeSpaceMeterTest, SaysNothingOfWhatIsNotThere) {

@@ -1,10 +1,9 @@
 #include "ControllerFixture.h"
+#include "docker/DockerDataRoot.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include <sys/utsname.h>
 
 namespace zentrill {
 namespace {
@@ -110,31 +109,36 @@ TEST_F(RemovalFlowsTest, MeasuresTheFreeSpaceAroundAModel) {
     EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
 }
 
-TEST_F(RemovalFlowsTest, MeasuresTheFreeSpaceOfAnEngineOnThisMachine) {
+TEST_F(RemovalFlowsTest, MeasuresTheFreeSpaceOfTheEngineOfThisMachine) {
+    const DockerConnection own{.arguments = {"--context", "default"}, .displayName = "default"};
+    if (!localDockerDataRoot(own)) {
+        GTEST_SKIP() << "needs the folder of a Docker Engine";
+    }
     locator_->set("/opt/docker");
     start();
-    utsname machine{};
-    ::uname(&machine);
-    std::string name = static_cast<const char*>(machine.nodename);
-    answer_ = [&](const FakeCommandRunner::Call& call) {
-        if (::testing::Value(call.arguments, Contains("inspect"))) {
-            return test::ok("unix:///run/docker.sock\n");
-        }
-        return ::testing::Value(call.arguments, Contains("info")) ? test::ok(name + " " + home_.path() + "\n")
-                                                                  : result_(call);
-    };
-    controller_->removeDockerImage(image(DockerImageUsage::unused));
+    DockerImage unused = image(DockerImageUsage::unused);
+    unused.connection = own;
+    controller_->removeDockerImage(unused);
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_THAT(controller_->resultAlertFreeSpace().toStdString(), testing::MatchesRegex(freeSpace));
-    controller_->stopContainer(container("Up 3 minutes"));
+    DockerContainer created = container("Created");
+    created.connection = own;
+    controller_->stopContainer(created);
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
-    controller_->removeContainer(container("Created"));
+    controller_->removeContainer(created);
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_THAT(controller_->resultAlertFreeSpace().toStdString(), testing::MatchesRegex(freeSpace));
-    name = "elsewhere";
+}
+
+/// Nor is anything asked for it before the removal.
+TEST_F(RemovalFlowsTest, MeasuresNoFreeSpaceOfAnotherEngine) {
+    locator_->set("/opt/docker");
+    start();
     controller_->removeContainer(container("Created"));
     ASSERT_TRUE(waitUntilIdle());
+    ASSERT_FALSE(commands_->calls().empty());
+    EXPECT_THAT(commands_->calls().front().arguments, Contains("rm"));
     EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
 }
 

@@ -1,80 +1,63 @@
 #include "docker/DockerDataRoot.h"
 
-#include "support/FakeCommandRunner.h"
+#include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include <sys/utsname.h>
+#include <utility>
+#include <vector>
 
 namespace zentrill {
 namespace {
 
-using test::FakeCommandRunner;
-using testing::ElementsAre;
-
-/// A tool whose context and engine answer as the test says.
 class DockerDataRootTest : public testing::Test {
 protected:
-    DockerDataRootTest() {
-        utsname machine{};
-        ::uname(&machine);
-        info_ = test::ok(std::string(static_cast<const char*>(machine.nodename)) + " /var/lib/docker\n");
+    [[nodiscard]] std::optional<std::string> root(std::vector<std::string> arguments) const {
+        return localDockerDataRoot({.arguments = std::move(arguments), .displayName = "any"},
+                                   folder_.path("daemon.json"));
     }
 
-    [[nodiscard]] std::optional<std::string> root(const DockerConnection& connection) {
-        return localDockerDataRoot(commands_, "/opt/docker", connection);
+    void configure(const std::string& root) const {
+        folder_.makeFile("daemon.json", R"({"log-driver": "local", "data-root": ")" + root + R"("})");
     }
 
-    CommandResult context_ = test::ok("unix:///var/run/docker.sock\n");
-    CommandResult info_;
-    FakeCommandRunner commands_{[this](const FakeCommandRunner::Call& call) {
-        return testing::Value(call.arguments, testing::Contains("info")) ? info_ : context_;
-    }};
-    DockerConnection desktop_{.arguments = {"--context", "desktop"}, .displayName = "desktop"};
+    test::TemporaryDirectory folder_;
 };
 
-TEST_F(DockerDataRootTest, IsToldByTheEngineOfAContext) {
-    EXPECT_EQ(root(desktop_), "/var/lib/docker");
-    EXPECT_THAT(commands_.calls(),
-                ElementsAre(FakeCommandRunner::Call{"/opt/docker",
-                                                    {"context", "inspect", "--format",
-                                                     "{{.Endpoints.docker.Host}}", "desktop"},
-                                                    3.0},
-                            FakeCommandRunner::Call{
-                                "/opt/docker",
-                                {"--context", "desktop", "info", "--format", "{{.Name}} {{.DockerRootDir}}"},
-                                3.0}));
+TEST_F(DockerDataRootTest, IsWhatTheEngineOfThisMachineIsConfiguredFor) {
+    folder_.makeFile("engine/file");
+    configure(folder_.path("engine"));
+    EXPECT_EQ(root({"--context", "default"}), folder_.path("engine"));
+    EXPECT_EQ(root({"--host", "unix:///var/run/docker.sock"}), folder_.path("engine"));
+    EXPECT_EQ(root({"--host", "unix:///run/docker.sock"}), folder_.path("engine"));
 }
 
-TEST_F(DockerDataRootTest, IsToldByTheEngineOfASocket) {
-    EXPECT_EQ(root({.arguments = {"--host", "unix:///run/docker.sock"}, .displayName = "override"}),
-              "/var/lib/docker");
-    EXPECT_EQ(commands_.calls().size(), 1U);
+TEST_F(DockerDataRootTest, IsNotKnownOfAnotherEngine) {
+    folder_.makeFile("engine/file");
+    configure(folder_.path("engine"));
+    EXPECT_EQ(root({"--context", "desktop-linux"}), std::nullopt);
+    EXPECT_EQ(root({"--host", "unix:///run/user/1000/docker.sock"}), std::nullopt);
+    EXPECT_EQ(root({"--host", "tcp://10.0.0.1:2375"}), std::nullopt);
+    EXPECT_EQ(root({"--host"}), std::nullopt);
+    EXPECT_EQ(root({}), std::nullopt);
 }
 
-TEST_F(DockerDataRootTest, IsNotKnownOfAnEngineFarAway) {
-    EXPECT_EQ(root({.arguments = {"--host", "tcp://10.0.0.1:2375"}, .displayName = "override"}),
-              std::nullopt);
-    context_ = test::ok("ssh://me@far\n");
-    EXPECT_EQ(root(desktop_), std::nullopt);
-    context_ = test::failed(1);
-    EXPECT_EQ(root(desktop_), std::nullopt);
-    EXPECT_EQ(commands_.calls().size(), 2U);
+TEST_F(DockerDataRootTest, IsNotKnownWhereTheFolderIsNotHere) {
+    configure(folder_.path("missing"));
+    EXPECT_EQ(root({"--context", "default"}), std::nullopt);
+    configure("."); // There, but not a path that means the same to the engine.
+    EXPECT_EQ(root({"--context", "default"}), std::nullopt);
 }
 
-TEST_F(DockerDataRootTest, IsNotKnownOfAnEngineInAVirtualMachine) {
-    info_ = test::ok("docker-desktop /var/lib/docker\n");
-    EXPECT_EQ(root(desktop_), std::nullopt);
-}
-
-TEST_F(DockerDataRootTest, IsNotKnownWhereTheAnswerIsNone) {
-    info_.exitCode = 1;
-    EXPECT_EQ(root(desktop_), std::nullopt);
-    info_ = test::ok("");
-    EXPECT_EQ(root(desktop_), std::nullopt);
+TEST_F(DockerDataRootTest, IsTheDefaultWithoutASetting) {
+    const std::optional<std::string> byDefault = root({"--context", "default"});
+    for (const char* text : {"", "{}", "[]", "nothing that can be read", R"({"data-root": 3})"}) {
+        folder_.makeFile("daemon.json", text);
+        EXPECT_EQ(root({"--context", "default"}), byDefault) << text;
+    }
+    EXPECT_THAT(byDefault, testing::AnyOf(std::nullopt, "/var/lib/docker"));
 }
 
 } // namespace
