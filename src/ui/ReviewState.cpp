@@ -97,12 +97,13 @@ void ReviewState::listMore() {
 }
 
 void ReviewState::compute() {
-    if (subject_) {
-        start(false);
-    }
+    start(false);
 }
 
 void ReviewState::start(bool wholeOnly) {
+    if (!subject_) {
+        return;
+    }
     // What was found so far stays in sight until there is more.
     content_.complete = false;
     Q_EMIT contentChanged();

@@ -68,7 +68,7 @@ private:
     static constexpr std::size_t mostEntries = 10'000;
 
     void compute();
-    /// Hands what is found to `show`, or the whole of it alone.
+    /// Hands what is found of the subject, if there is one, to `show`, or the whole of it alone.
     void start(bool wholeOnly);
     void show(const ReviewContent& content);
 

@@ -14,7 +14,7 @@ NoteWorker::NoteWorker(std::shared_ptr<MainQueue> link, std::shared_ptr<const Sa
 void NoteWorker::explainModel(LocalModel model, Show show) {
     work_.start(
         [engine = engine_, model = std::move(model)](const auto& publish, const auto& shouldStop) {
-            PlanOptions options{.listedItems = 0, .shouldStop = shouldStop};
+            const PlanOptions options{.listedItems = 0, .shouldStop = shouldStop};
             const ModelDeletionPlan plan =
                 ModelDeletionService(std::make_shared<ShellCommandRunner>(), *engine)
                     .plan(model.source, model.path, options);
