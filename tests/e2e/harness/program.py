@@ -62,6 +62,9 @@ class Program:
 
 def _is_ours(line):
     """The cage's own processes, and what the leak check reads its suppressions with."""
-    pid, state, command = line.split(None, 2)
+    pid, state, *command = line.split(None, 2)
+    if not command:
+        return True  # It went while the listing was made.
+    command = command[0]
     return (pid == "1" or state.startswith("Z") or "llvm-symbolizer" in command
             or command.startswith(("sh -c # supervisor", "ps -eo pid")))
