@@ -12,11 +12,12 @@ _FOLD = re.compile(rf"^\[\d\d:\d\d:\d\d\] \[Safety Shield\] {_PATHS} paths prese
 class FoldCase(Case):
     def setUp(self):
         super().setUp()
-        self.cage.require_absent("claude")
+        self.cage.require_absent("openrouter")
         for number in range(_PATHS):
-            homes.write(self.home / f".claude/projects/{number:03}.jsonl", "{}")
+            homes.write(self.home / f".openrouter/projects/{number:03}.jsonl", "{}")
         self.start()
-        self.select_application("Claude Code (CLI)")
+        self.show_row("OpenRouter CLI")
+        self.select_application("OpenRouter CLI")
         self.set_shield(True)
         self.press("Uninstall Selected")
         self.confirm("Uninstall")
