@@ -67,7 +67,10 @@ TEST_F(ListStripViewTest, EveryRowInSightActsOnWhatItShows) {
         state().modelStrip()->setOrder(order);
         ASSERT_TRUE(test::waitUntil([this] { return !rows().isEmpty() && rows().front() == modelName(0); }));
         for (QQuickItem* button : ofType("ActionButton", "text", QStringLiteral("Delete"))) {
-            const QString shown = button->parentItem()->property("name").toString();
+            std::vector<QQuickItem*> around = ofType("LocalModelRowView");
+            std::erase_if(around, [&](const QQuickItem* row) { return !row->isAncestorOf(button); });
+            ASSERT_EQ(around.size(), 1U);
+            const QString shown = around.front()->property("name").toString();
             ASSERT_TRUE(QMetaObject::invokeMethod(button, "click"));
             EXPECT_EQ(state().confirmation()->title(), QStringLiteral("Delete %1?").arg(shown));
             state().confirmation()->dismissModal();

@@ -49,13 +49,18 @@ protected:
         return found;
     }
 
-    /// The items in sight whose QML file, or C++ class, is of that name.
+    /// The items in sight that are of that QML file, or C++ class, or made from it.
     [[nodiscard]] std::vector<QQuickItem*> ofType(const char* type) const {
         std::vector<QQuickItem*> found = items();
         std::erase_if(found, [&](const QQuickItem* item) {
-            const QString name = QString::fromLatin1(item->metaObject()->className());
-            return name != QLatin1String(type) &&
-                   !name.startsWith(QLatin1String(type) + QLatin1String("_QML"));
+            for (const QMetaObject* kind = item->metaObject(); kind != nullptr; kind = kind->superClass()) {
+                const QString name = QString::fromLatin1(kind->className());
+                if (name == QLatin1String(type) ||
+                    name.startsWith(QLatin1String(type) + QLatin1String("_QML"))) {
+                    return false;
+                }
+            }
+            return true;
         });
         return found;
     }

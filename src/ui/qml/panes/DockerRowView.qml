@@ -18,10 +18,6 @@ Loader {
 
     readonly property bool current: ListView.isCurrentItem
 
-    function select() {
-        list.takeFocus(index);
-    }
-
     focus: current
     // Wherever in the row the focus is, the arrow keys go on from this row.
     onActiveFocusChanged: if (activeFocus)
@@ -119,15 +115,14 @@ Loader {
 
         ContainerRowView {
             focus: true
-            name: line.name
+            index: line.index
+            list: line.list
+            current: line.current
+            title: line.name
             image: line.detail
             status: line.status
             running: line.inUse
-            current: line.current
-            marked: line.list.marksFocus
             actionsEnabled: line.viewState.acceptsRequests
-            onSelected: line.select()
-            onMenuRequested: line.list.openMenuOf(line.index)
             onStopRequested: line.viewState.stopContainer(line.index)
             onDeleteRequested: line.viewState.requestContainerRemoval(line.index)
         }
@@ -138,16 +133,15 @@ Loader {
 
         DockerImageRowView {
             focus: true
+            index: line.index
+            list: line.list
+            current: line.current
             title: line.name
             shortId: line.detail
             size: line.status
             usageText: line.usageText
             inUse: line.inUse
-            current: line.current
-            marked: line.list.marksFocus
             actionsEnabled: line.viewState.acceptsRequests
-            onSelected: line.select()
-            onMenuRequested: line.list.openMenuOf(line.index)
             onRemoveRequested: line.viewState.requestImageRemoval(line.index)
         }
     }

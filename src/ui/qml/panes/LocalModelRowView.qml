@@ -2,23 +2,19 @@ import QtQuick
 import Zentrill
 
 // One model file or folder.
-FocusScope {
+RecordRow {
     id: row
 
-    required property int index
-    required property RecordList list
     required property string name
     required property string source
     required property string sizeText
-
     required property RowNotes notes
 
-    // What its deletion frees, where its size does not say it; found out when somebody looks at it.
-    readonly property bool lookedAt: hover.hovered || activeFocus
-    readonly property string note: lookedAt ? notes.model(index, notes.revision) : ""
-
     property bool deletable: true
-    readonly property bool current: ListView.isCurrentItem
+
+    // What its deletion frees, where its size does not say it; found out when somebody looks at it.
+    readonly property bool lookedAt: hovered || activeFocus
+    readonly property string note: lookedAt ? notes.model(index, notes.revision) : ""
 
     signal deleteRequested
     signal reviewRequested
@@ -28,27 +24,22 @@ FocusScope {
             notes.wantModel(index);
     }
 
+    implicitHeight: 64
+    focus: current
+    current: ListView.isCurrentItem
+    iconName: "cube.box.fill"
+    title: name
+    heading.elide: Text.ElideMiddle
+    explained: note !== ""
+    endSpacing: 18
+    Accessible.description: source + ", " + sizeText + (activeFocus && note !== "" ? ". " + note : "")
+
     onLookedAtChanged: wantNote()
     onIndexChanged: wantNote()
 
-    // For assistive tools.
-    function showMenu() {
-        list.openMenuOf(index);
-    }
-
-    implicitHeight: 64
-    focus: current
-    Accessible.role: Accessible.ListItem
-    Accessible.name: name
-    Accessible.description: source + ", " + sizeText + (activeFocus && note !== "" ? ". " + note : "")
-    Accessible.focusable: true
-    Accessible.focused: activeFocus
-
-    // Wherever in the row the focus is, the arrow keys go on from this row; they come to the row itself.
+    // Wherever in the row the focus is, the arrow keys go on from this row.
     onActiveFocusChanged: if (activeFocus)
         list.currentIndex = index
-    onCurrentChanged: if (!current)
-        remove.focus = false
 
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false
@@ -56,13 +47,9 @@ FocusScope {
 
     // Its button takes Space for itself.
     Keys.onSpacePressed: event => {
-        event.accepted = !remove.activeFocus;
+        event.accepted = focusedItself;
         if (event.accepted && !event.isAutoRepeat)
             reviewRequested();
-    }
-
-    HoverHandler {
-        id: hover
     }
 
     Connections {
@@ -75,104 +62,50 @@ FocusScope {
         }
     }
 
-    TapHandler {
-        onTapped: row.list.takeFocus(row.index)
+    secondLine: Tag {
+        text: row.source
+        font: Typography.caption
     }
 
-    RowPlate {
-        id: plate
-
-        anchors.fill: parent
-        outlined: true
-        hovered: hover.hovered
-        focused: row.activeFocus && !remove.activeFocus && row.list.marksFocus
-    }
-
-    IconTile {
-        id: tile
-
-        anchors.left: parent.left
-        anchors.leftMargin: 10
-        anchors.verticalCenter: parent.verticalCenter
-        iconName: "cube.box.fill"
-    }
-
-    Column {
-        anchors.left: tile.right
-        anchors.leftMargin: 14
-        anchors.right: size.left
-        anchors.rightMargin: 16
-        anchors.verticalCenter: parent.verticalCenter
-        spacing: 5
-
-        ElidedText {
-            id: title
-
-            width: parent.width
-            reached: plate.focused && row.note === ""
-            text: row.name
-            font: Typography.name
-            color: WarmPalette.paper
-            elide: Text.ElideMiddle
-        }
-
-        Tag {
-            text: row.source
-            font: Typography.caption
-        }
-    }
-
-    Row {
-        id: size
-
-        anchors.right: remove.left
-        anchors.rightMargin: 18
-        anchors.verticalCenter: parent.verticalCenter
-        spacing: 6
-
-        Icon {
-            anchors.verticalCenter: parent.verticalCenter
-            name: "internaldrive.fill"
-            size: 10
-            tint: WarmPalette.tertiary
-        }
-
-        Text {
-            anchors.verticalCenter: parent.verticalCenter
-            text: row.sizeText
-            textFormat: Text.PlainText
-            font: Typography.detail
-            color: WarmPalette.secondary
-        }
-    }
-
-    // Explains the size, and leaves the row's button free.
+    // As high as the row, so that its tooltip lies below that, and leaves the row's button free.
     Item {
-        anchors.left: size.left
-        anchors.right: size.right
-        anchors.top: row.top
-        anchors.bottom: row.bottom
+        width: size.width
+        height: row.height
 
+        Row {
+            id: size
+
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 6
+
+            Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                name: "internaldrive.fill"
+                size: 10
+                tint: WarmPalette.tertiary
+            }
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: row.sizeText
+                textFormat: Text.PlainText
+                font: Typography.detail
+                color: WarmPalette.secondary
+            }
+        }
+
+        // Explains the size. The keyboard has one tooltip for all of the row.
         TipLoader {
-            // The keyboard has one tooltip for all of the row.
-            text: plate.focused && title.truncated ? row.name + "\n" + row.note : row.note
-            wanted: row.note !== "" && (plate.focused || hover.hovered && !title.told)
+            text: row.marked && row.heading.truncated ? row.name + "\n" + row.note : row.note
+            wanted: row.explained && (row.marked || row.hovered && !row.heading.told)
         }
     }
 
-    ActionButton {
-        id: remove
-
-        anchors.right: parent.right
-        anchors.rightMargin: 12
+    RowButton {
         anchors.verticalCenter: parent.verticalCenter
-        kind: "danger"
-        font: Typography.rowControl
-        iconName: "trash.fill"
-        iconSize: 12
+        current: row.current
         text: qsTr("Delete")
         enabled: row.deletable
-        activeFocusOnTab: row.current || activeFocus
         Accessible.name: qsTr("Delete %1").arg(row.name)
         onClicked: row.deleteRequested()
     }
