@@ -65,7 +65,7 @@ std::string failureMessage(const char* action, const DockerContainer& container,
 } // namespace
 
 ResultAlert deleteModel(const OperationContext& context, const LocalModel& model) {
-    const ModelDeletionService service(context.commandRunner, *context.deletionEngine);
+    const ModelDeletionService service(context.commandRunner, context.deletionEngine);
     FreeSpaceMeter meter;
     watchModel(model, meter);
     ModelDeletionResult result = service.deleteModel(model.name, model.source, model.path);

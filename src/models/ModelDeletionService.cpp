@@ -60,7 +60,7 @@ std::string sentence(std::string_view before, std::string_view name, std::string
 } // namespace
 
 ModelDeletionService::ModelDeletionService(std::shared_ptr<CommandExecuting> commands,
-                                           SafeDeletionEngine deletion)
+                                           std::shared_ptr<const SafeDeletionEngine> deletion)
     : commands_(std::move(commands)), deletion_(std::move(deletion)) {}
 
 ModelDeletionResult ModelDeletionService::deleteModel(const std::string& name, const std::string& source,
@@ -76,7 +76,7 @@ ModelDeletionResult ModelDeletionService::deleteOllamaModel(const std::string& n
         return {.message = sentence("Ollama could not remove ", name, ": ").append(command.diagnostic())};
     }
 
-    DeletionReport report = deletion_.deleteItem(manifestPath, wholeItem());
+    DeletionReport report = deletion_->deleteItem(manifestPath, wholeItem());
     if (!report.succeeded()) {
         return {.message = sentence("Ollama removed ", name, ", but manifest cleanup failed: ")
                                .append(joined(report.failures, "; ")),
@@ -89,7 +89,7 @@ ModelDeletionResult ModelDeletionService::deleteOllamaModel(const std::string& n
 
 ModelDeletionResult ModelDeletionService::deleteFiles(const std::string& name,
                                                       const std::string& path) const {
-    DeletionReport report = deletion_.deleteItem(path, wholeItem());
+    DeletionReport report = deletion_->deleteItem(path, wholeItem());
     if (!report.succeeded()) {
         return {.message = sentence("Could not remove ", name, ": ").append(joined(report.failures, "; ")),
                 .deletionReport = std::move(report)};
@@ -104,7 +104,7 @@ ModelDeletionPlan ModelDeletionService::plan(const std::string& source, const st
     if (source == ollamaSource) {
         return planOllamaModel(path, options);
     }
-    ModelDeletionPlan plan{.files = deletion_.plan(path, wholeItem(), options)};
+    ModelDeletionPlan plan{.files = deletion_->plan(path, wholeItem(), options)};
     if (!plan.files.stopped) {
         plan.bytesElsewhere = bytesLinkedElsewhere(path, options.shouldStop);
     }
@@ -140,7 +140,7 @@ ModelDeletionPlan ModelDeletionService::planOllamaModel(const std::string& manif
         }
     }
     plan.files.itemGoes = !plan.files.stopped && statusOf(manifestPath).has_value();
-    if (std::optional<std::string> refusal = deletion_.deletionRefusal(manifestPath)) {
+    if (std::optional<std::string> refusal = deletion_->deletionRefusal(manifestPath)) {
         plan.files.failures.push_back(std::move(*refusal));
     }
     return plan;

@@ -23,7 +23,7 @@ public:
 
     explicit ModelDeletionService(
         std::shared_ptr<CommandExecuting> commands = std::make_shared<ShellCommandRunner>(),
-        SafeDeletionEngine deletion = SafeDeletionEngine());
+        std::shared_ptr<const SafeDeletionEngine> deletion = std::make_shared<const SafeDeletionEngine>());
 
     /// Blocks until the model is gone or its deletion failed. `source` as the scan labelled it: only exactly
     /// "Ollama" means Ollama's tool. When that tool fails, nothing else is deleted.
@@ -44,7 +44,7 @@ private:
                                                     const PlanOptions& options) const;
 
     std::shared_ptr<CommandExecuting> commands_;
-    SafeDeletionEngine deletion_;
+    std::shared_ptr<const SafeDeletionEngine> deletion_;
 };
 
 } // namespace zentrill

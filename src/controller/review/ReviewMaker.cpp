@@ -116,7 +116,7 @@ void ReviewMaker::reviewModel(const LocalModel& model) {
         show(review_rows::ofModel(model.path, found, false), found.files.removed.logicalBytes,
              found.files.freedBytes, false);
     };
-    const ModelDeletionPlan plan = ModelDeletionService(std::make_shared<ShellCommandRunner>(), *engine_)
+    const ModelDeletionPlan plan = ModelDeletionService(std::make_shared<ShellCommandRunner>(), engine_)
                                        .plan(model.source, model.path, options);
     if (!shouldStop_()) {
         show(review_rows::ofModel(model.path, plan, true), plan.files.removed.logicalBytes,

@@ -16,7 +16,7 @@ void NoteWorker::explainModel(LocalModel model, Show show) {
         [engine = engine_, model = std::move(model)](const auto& publish, const auto& shouldStop) {
             const PlanOptions options{.listedItems = 0, .shouldStop = shouldStop};
             const ModelDeletionPlan plan =
-                ModelDeletionService(std::make_shared<ShellCommandRunner>(), *engine)
+                ModelDeletionService(std::make_shared<ShellCommandRunner>(), engine)
                     .plan(model.source, model.path, options);
             if (!shouldStop()) {
                 publish(modelNote(plan));
