@@ -4,9 +4,10 @@
 
 namespace zentrill {
 
-DockerExecutableLocator::DockerExecutableLocator(const FileSystem& files, const std::string& homeDirectory,
+DockerExecutableLocator::DockerExecutableLocator(const FileSystem& fileManager,
+                                                 const std::string& homeDirectory,
                                                  const std::vector<std::string>& additionalCandidatePaths)
-    : files_(&files), candidatePaths_{"/usr/local/bin/docker", "/opt/homebrew/bin/docker"} {
+    : fileManager_(&fileManager), candidatePaths_{"/usr/local/bin/docker", "/opt/homebrew/bin/docker"} {
     if (!homeDirectory.empty()) {
         candidatePaths_.push_back(homeDirectory + "/.local/bin/docker");
         candidatePaths_.push_back(homeDirectory + "/.docker/bin/docker");
@@ -18,11 +19,11 @@ DockerExecutableLocator::DockerExecutableLocator(const FileSystem& files, const 
 
 std::optional<std::string> DockerExecutableLocator::locate() const {
     for (const std::string& candidate : candidatePaths_) {
-        if (!files_->isExecutableFile(candidate)) {
+        if (!fileManager_->isExecutableFile(candidate)) {
             continue;
         }
-        std::optional<std::string> resolved = files_->resolvingSymlinks(candidate);
-        if (resolved && files_->isExecutableFile(*resolved)) {
+        std::optional<std::string> resolved = fileManager_->resolvingSymlinks(candidate);
+        if (resolved && fileManager_->isExecutableFile(*resolved)) {
             return resolved;
         }
     }

@@ -14,9 +14,9 @@ namespace zentrill {
 /// inherit the search path of the user's shell.
 class DockerExecutableLocator final : public DockerExecutableLocating {
 public:
-    /// `files` must outlive the locator. `homeDirectory` has no trailing slash; without one the places below
-    /// it are left out. `additionalCandidatePaths` are tried last.
-    explicit DockerExecutableLocator(const FileSystem& files = FileSystem::shared(),
+    /// `fileManager` must outlive the locator. `homeDirectory` has no trailing slash; without one the places
+    /// below it are left out. `additionalCandidatePaths` are tried last.
+    explicit DockerExecutableLocator(const FileSystem& fileManager = FileSystem::shared(),
                                      const std::string& homeDirectory = zentrill::homeDirectory(),
                                      const std::vector<std::string>& additionalCandidatePaths = {});
 
@@ -24,7 +24,7 @@ public:
     [[nodiscard]] std::optional<std::string> locate() const override;
 
 private:
-    const FileSystem* files_;
+    const FileSystem* fileManager_;
     std::vector<std::string> candidatePaths_;
 };
 

@@ -18,9 +18,9 @@ namespace {
 
 /// Where the links in the folder lead outside of it, each place once.
 std::set<std::string> placesElsewhere(const std::string& folder, const std::function<bool()>& shouldStop) {
-    const FileSystem& files = FileSystem::shared();
+    const FileSystem& fileManager = FileSystem::shared();
     std::set<std::string> places;
-    const std::optional<std::string> inside = files.resolvingSymlinks(folder);
+    const std::optional<std::string> inside = fileManager.resolvingSymlinks(folder);
     DirectoryHandle base;
     if (!inside || DirectoryHandle::open(folder, FinalLink::refuse, base) != 0) {
         return places;
@@ -40,7 +40,8 @@ std::set<std::string> placesElsewhere(const std::string& folder, const std::func
             (void)stack.enter(entry->name);
         } else if (entry->kind == EntryKind::link) {
             const std::string below = paths::appending(*inside, stack.relativePath());
-            std::optional<std::string> place = files.resolvingSymlinks(paths::appending(below, entry->name));
+            std::optional<std::string> place =
+                fileManager.resolvingSymlinks(paths::appending(below, entry->name));
             if (place && !paths::isSameOrBelow(*place, *inside)) {
                 places.insert(std::move(*place));
             }

@@ -51,19 +51,19 @@ LocalModelScanner::LocalModelScanner(std::string homeDirectory, Log log, StopReq
     : homeDirectory_(std::move(homeDirectory)), log_(std::move(log)), shouldStop_(std::move(shouldStop)) {}
 
 std::vector<LocalModel> LocalModelScanner::scanOllamaModels() const {
-    const FileSystem& files = FileSystem::shared();
+    const FileSystem& fileManager = FileSystem::shared();
     const std::string root = paths::expandingTilde(
         std::string(ollamaManifests).append(ollamaRegistryHost).append(ollamaNamespace), homeDirectory_);
     if (!beginStore(root, "Scanning Ollama models...")) {
         return {};
     }
     std::vector<LocalModel> models;
-    for (const std::string& model : files.entryNames(root).value_or(std::vector<std::string>())) {
+    for (const std::string& model : fileManager.entryNames(root).value_or(std::vector<std::string>())) {
         if (stopRequested()) {
             break;
         }
         const std::string folder = childPath(root, model);
-        for (const std::string& tag : files.entryNames(folder).value_or(std::vector<std::string>())) {
+        for (const std::string& tag : fileManager.entryNames(folder).value_or(std::vector<std::string>())) {
             std::string manifest = childPath(folder, tag);
             const std::int64_t size = OllamaManifestSizer::size(manifest).value_or(0);
             models.push_back({.name = std::string(model).append(":").append(tag),
