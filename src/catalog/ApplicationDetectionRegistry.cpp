@@ -6,14 +6,14 @@
 #include <cstdlib>
 #include <iostream>
 
-namespace zentrill {
+namespace zentrill::ApplicationDetectionRegistry {
 
-const std::vector<ApplicationDetectionRule>& ApplicationDetectionRegistry::rules() {
+const std::vector<ApplicationDetectionRule>& rules() {
     static const std::vector<ApplicationDetectionRule> catalog = applicationDetectionCatalog();
     return catalog;
 }
 
-const ApplicationDetectionRule& ApplicationDetectionRegistry::rule(std::string_view named) {
+const ApplicationDetectionRule& rule(std::string_view named) {
     const auto found = std::ranges::find(rules(), named, &ApplicationDetectionRule::name);
     if (found == rules().end()) {
         std::cerr << "Zentrill: no detection rule is named \"" << named << "\".\n";
@@ -22,4 +22,4 @@ const ApplicationDetectionRule& ApplicationDetectionRegistry::rule(std::string_v
     return *found;
 }
 
-} // namespace zentrill
+} // namespace zentrill::ApplicationDetectionRegistry

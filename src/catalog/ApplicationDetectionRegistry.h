@@ -5,18 +5,13 @@
 #include <string_view>
 #include <vector>
 
-namespace zentrill {
-
 /// Looks up the rules of the known tools. Safe from any thread.
-class ApplicationDetectionRegistry {
-public:
-    ApplicationDetectionRegistry() = delete;
+namespace zentrill::ApplicationDetectionRegistry {
 
-    /// The whole catalog in its own order, built on first use and never changed.
-    [[nodiscard]] static const std::vector<ApplicationDetectionRule>& rules();
+/// The whole catalog in its own order, built on first use and never changed.
+[[nodiscard]] const std::vector<ApplicationDetectionRule>& rules();
 
-    /// The rule of exactly that name. An unknown name is a programming error: it stops the program.
-    [[nodiscard]] static const ApplicationDetectionRule& rule(std::string_view named);
-};
+/// The rule of exactly that name. An unknown name is a programming error: it stops the program.
+[[nodiscard]] const ApplicationDetectionRule& rule(std::string_view named);
 
-} // namespace zentrill
+} // namespace zentrill::ApplicationDetectionRegistry

@@ -1,8 +1,8 @@
 #include "controller/ConfirmationCopy.h"
 
-namespace zentrill {
+namespace zentrill::ConfirmationCopy {
 
-std::string ConfirmationCopy::applications(const std::vector<std::string>& names, bool preserveCredentials) {
+std::string applications(const std::vector<std::string>& names, bool preserveCredentials) {
     std::string message = "Selected: ";
     for (std::size_t index = 0; index < names.size(); ++index) {
         if (index != 0) {
@@ -19,4 +19,4 @@ std::string ConfirmationCopy::applications(const std::vector<std::string>& names
     return message;
 }
 
-} // namespace zentrill
+} // namespace zentrill::ConfirmationCopy

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace zentrill {
+namespace zentrill::DestructiveConfirmationCode {
 
 namespace {
 
@@ -17,12 +17,16 @@ constexpr bool isDigit(char character) noexcept {
 
 } // namespace
 
-std::string DestructiveConfirmationCode::generate(const std::function<std::uint32_t()>& randomValue) {
+std::string generate() {
+    return generate([] { return uniformValue(secureRandomBits); });
+}
+
+std::string generate(const std::function<std::uint32_t()>& randomValue) {
     const std::string digits = std::to_string(randomValue() % codeCount);
     return std::string(length - digits.size(), '0') + digits;
 }
 
-std::uint32_t DestructiveConfirmationCode::uniformValue(const std::function<std::uint32_t()>& bits) {
+std::uint32_t uniformValue(const std::function<std::uint32_t()>& bits) {
     // Values past the last whole multiple would make the smaller codes likelier; they are drawn again.
     constexpr std::uint64_t valueCount = std::uint64_t{std::numeric_limits<std::uint32_t>::max()} + 1;
     constexpr std::uint64_t accepted = valueCount - (valueCount % codeCount);
@@ -33,7 +37,7 @@ std::uint32_t DestructiveConfirmationCode::uniformValue(const std::function<std:
     return value % codeCount;
 }
 
-std::string DestructiveConfirmationCode::filteredInput(std::string_view text) {
+std::string filteredInput(std::string_view text) {
     std::string digits;
     for (const char character : text) {
         if (digits.size() == length) {
@@ -46,12 +50,8 @@ std::string DestructiveConfirmationCode::filteredInput(std::string_view text) {
     return digits;
 }
 
-bool DestructiveConfirmationCode::matches(std::string_view input, std::string_view expected) noexcept {
+bool matches(std::string_view input, std::string_view expected) noexcept {
     return input.size() == length && std::ranges::all_of(input, isDigit) && input == expected;
 }
 
-std::uint32_t DestructiveConfirmationCode::secureRandomValue() {
-    return uniformValue(secureRandomBits);
-}
-
-} // namespace zentrill
+} // namespace zentrill::DestructiveConfirmationCode

@@ -1,35 +1,30 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
 
-namespace zentrill {
-
 /// The code that the user types to authorise a destructive action: exactly eight ASCII digits, leading zeros
 /// kept.
-class DestructiveConfirmationCode {
-public:
-    static constexpr std::size_t length = 8;
+namespace zentrill::DestructiveConfirmationCode {
 
-    DestructiveConfirmationCode() = delete;
+inline constexpr std::size_t length = 8;
 
-    /// A code out of `randomValue`, taken modulo 100,000,000. May repeat the code before.
-    [[nodiscard]] static std::string
-    generate(const std::function<std::uint32_t()>& randomValue = secureRandomValue);
+/// A code out of the system's secure random generator. May repeat the code before.
+[[nodiscard]] std::string generate();
 
-    /// Uniform in 0 to 99,999,999; cryptographically secure. `bits` supplies 32 uniform bits per call.
-    [[nodiscard]] static std::uint32_t uniformValue(const std::function<std::uint32_t()>& bits);
+/// The same out of `randomValue`, taken modulo 100,000,000.
+[[nodiscard]] std::string generate(const std::function<std::uint32_t()>& randomValue);
 
-    /// What of a typed text may stand in the code field: its ASCII digits, at most the first eight.
-    [[nodiscard]] static std::string filteredInput(std::string_view text);
+/// Uniform in 0 to 99,999,999; cryptographically secure. `bits` supplies 32 uniform bits per call.
+[[nodiscard]] std::uint32_t uniformValue(const std::function<std::uint32_t()>& bits);
 
-    /// Whether `input` is eight ASCII digits and equal to `expected`; it is neither filtered nor trimmed.
-    [[nodiscard]] static bool matches(std::string_view input, std::string_view expected) noexcept;
+/// What of a typed text may stand in the code field: its ASCII digits, at most the first eight.
+[[nodiscard]] std::string filteredInput(std::string_view text);
 
-private:
-    [[nodiscard]] static std::uint32_t secureRandomValue();
-};
+/// Whether `input` is eight ASCII digits and equal to `expected`; it is neither filtered nor trimmed.
+[[nodiscard]] bool matches(std::string_view input, std::string_view expected) noexcept;
 
-} // namespace zentrill
+} // namespace zentrill::DestructiveConfirmationCode

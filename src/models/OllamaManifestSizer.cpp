@@ -3,7 +3,7 @@
 #include "models/OllamaManifestFile.h"
 #include "models/OllamaManifestReader.h"
 
-namespace zentrill {
+namespace zentrill::OllamaManifestSizer {
 
 namespace {
 
@@ -22,14 +22,14 @@ std::optional<std::int64_t> sumOf(const OllamaManifest& manifest) {
 
 } // namespace
 
-std::optional<std::int64_t> OllamaManifestSizer::size(const std::string& atPath) {
+std::optional<std::int64_t> size(const std::string& atPath) {
     const std::optional<std::string> text = ollamaManifestText(atPath);
     return text ? sizeOfManifest(*text) : std::nullopt;
 }
 
-std::optional<std::int64_t> OllamaManifestSizer::sizeOfManifest(std::string_view manifest) {
+std::optional<std::int64_t> sizeOfManifest(std::string_view manifest) {
     const std::optional<OllamaManifest> read = readOllamaManifest(manifest);
     return read ? sumOf(*read) : std::nullopt;
 }
 
-} // namespace zentrill
+} // namespace zentrill::OllamaManifestSizer

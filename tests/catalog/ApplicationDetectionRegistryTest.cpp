@@ -18,7 +18,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::Not;
 
-using Registry = ApplicationDetectionRegistry;
+namespace Registry = ApplicationDetectionRegistry;
 
 TEST(ApplicationDetectionRegistry, HoldsTheWholeCatalogBuiltOnce) {
     EXPECT_EQ(Registry::rules(), applicationDetectionCatalog());
