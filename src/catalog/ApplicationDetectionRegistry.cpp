@@ -1,10 +1,10 @@
 #include "catalog/ApplicationDetectionRegistry.h"
 
 #include "catalog/ApplicationDetectionCatalog.h"
+#include "platform/Precondition.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <iostream>
+#include <string>
 
 namespace zentrill::ApplicationDetectionRegistry {
 
@@ -16,8 +16,7 @@ const std::vector<ApplicationDetectionRule>& rules() {
 const ApplicationDetectionRule& rule(std::string_view named) {
     const auto found = std::ranges::find(rules(), named, &ApplicationDetectionRule::name);
     if (found == rules().end()) {
-        std::cerr << "Zentrill: no detection rule is named \"" << named << "\".\n";
-        std::abort();
+        preconditionFailure("no detection rule is named \"" + std::string(named) + "\"");
     }
     return *found;
 }

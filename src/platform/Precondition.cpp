@@ -5,12 +5,23 @@
 
 namespace zentrill {
 
-void precondition(bool holds, const char* message) noexcept {
-    if (holds) {
-        return;
-    }
+namespace {
+
+[[noreturn]] void fail(const char* message) noexcept {
     (void)std::fprintf(stderr, "Zentrill: %s\n", message);
     std::abort();
+}
+
+} // namespace
+
+void precondition(bool holds, const char* message) noexcept {
+    if (!holds) {
+        fail(message);
+    }
+}
+
+void preconditionFailure(const std::string& message) noexcept {
+    fail(message.c_str());
 }
 
 } // namespace zentrill
