@@ -2,9 +2,9 @@
 
 #include "catalog/ApplicationDetectionRegistry.h"
 #include "catalog/InstallationDetector.h"
+#include "controller/ApplicationUninstallNotice.h"
 #include "controller/FreeSpaceMeter.h"
 #include "controller/HomePathExpander.h"
-#include "deletion/ApplicationUninstallNotice.h"
 #include "deletion/ApplicationUninstallService.h"
 #include "deletion/UninstallTargets.h"
 

@@ -1,4 +1,4 @@
-#include "deletion/ApplicationUninstallNotice.h"
+#include "controller/ApplicationUninstallNotice.h"
 
 #include <gtest/gtest.h>
 
