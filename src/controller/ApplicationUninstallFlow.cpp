@@ -103,11 +103,11 @@ ApplicationUninstallResult uninstall(const OperationContext& context, const AppI
 
 } // namespace
 
-std::vector<AppInfo> uninstallTargets(const std::vector<AppInfo>& apps) {
-    std::vector<AppInfo> targets;
-    std::ranges::copy_if(apps, std::back_inserter(targets),
+std::vector<AppInfo> detectedSelection(const std::vector<AppInfo>& apps) {
+    std::vector<AppInfo> selection;
+    std::ranges::copy_if(apps, std::back_inserter(selection),
                          [](const AppInfo& app) { return app.isDetected && app.isSelected; });
-    return targets;
+    return selection;
 }
 
 ResultAlert uninstallApps(const OperationContext& context, const std::vector<AppInfo>& targets,

@@ -12,8 +12,9 @@ namespace zentrill {
 /// What a line of the log begins with that tells of a path which the Safety Shield has kept.
 inline constexpr std::string_view preservedPathMark = "[Safety Shield] Preserved: ";
 
-/// The applications of `apps` that an uninstall of the selection is about: detected and selected.
-[[nodiscard]] std::vector<AppInfo> uninstallTargets(const std::vector<AppInfo>& apps);
+/// The applications that an uninstall of the selection removes: those of `apps` that are selected and
+/// detected.
+[[nodiscard]] std::vector<AppInfo> detectedSelection(const std::vector<AppInfo>& apps);
 
 /// Uninstalls `targets` one after the other, until the user cancels, and sums up what came of it. Logs every
 /// step and every path that the Safety Shield (`preserveCredentials`) kept. Runs on the worker.

@@ -29,7 +29,7 @@ void UninstallerViewModel::uninstallSelectedApps() {
     }
     log(uninstallStartLine);
     submit([preserve = preserveCredentials_](const OperationContext& context) -> Completion {
-        const std::vector<AppInfo> targets = uninstallTargets(context.apps);
+        const std::vector<AppInfo> targets = detectedSelection(context.apps);
         if (!targets.empty()) {
             return rescan(context, uninstallApps(context, targets, preserve));
         }
