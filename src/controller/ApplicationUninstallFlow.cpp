@@ -21,8 +21,7 @@ namespace {
 /// The one tool that its package manager has to let go of before its files do.
 constexpr std::string_view npmInstalledName = "Claude Code";
 constexpr CommandExecuting::Timeout npmTimeout{45.0};
-/// Also the service's word for an uninstall that stopped between two steps.
-constexpr std::string_view cancelledMessage = "Operation cancelled.";
+constexpr const char* cancelledMessage = ApplicationUninstallResult::cancelledMessage;
 
 /// What the services said of all applications so far.
 struct Tally {
@@ -30,14 +29,12 @@ struct Tally {
     std::size_t removedCount = 0;
     std::map<std::string, std::vector<std::string>> remainingData;
     std::vector<std::string> failures;
-
-    [[nodiscard]] bool saysCancelled() const {
-        return std::ranges::find(failures, cancelledMessage) != failures.end();
-    }
+    bool cancelled = false;
 
     void add(const std::string& name, ApplicationUninstallResult result) {
         ++appCount;
         removedCount += result.deletionReport.removed.size();
+        cancelled = cancelled || result.cancelled;
         if (!result.remainingDataPaths.empty()) {
             remainingData[name] = std::move(result.remainingDataPaths);
         }
@@ -125,11 +122,12 @@ ResultAlert uninstallApps(const OperationContext& context, const std::vector<App
     }
     const std::string freeSpace = context.hasRemoved() ? meter.text() : std::string();
     // Applications that were never begun are missing from the results, so the report has to say why.
-    if (tally.appCount < targets.size() && !tally.saysCancelled()) {
+    if (tally.appCount < targets.size() && !tally.cancelled) {
+        tally.cancelled = true;
         tally.failures.emplace_back(cancelledMessage);
     }
-    if (tally.saysCancelled()) {
-        context.log(std::string(cancelledMessage));
+    if (tally.cancelled) {
+        context.log(cancelledMessage);
     }
     tally.dropWhatIsGone(InstallationDetector());
 

@@ -61,7 +61,7 @@ ApplicationUninstallResult ApplicationUninstallService::uninstall(const Applicat
         result.presence = InstallationPresence::installed;
         return result;
     }
-    result.deletionReport = deleteEntries(rule, preserveCredentials, pathExpander, cancellation, abandonment);
+    deleteEntries(rule, preserveCredentials, pathExpander, cancellation, abandonment, result);
     result.remainingDataPaths = detector_.existingPaths(expanded(rule.scanResidualDataPaths(), pathExpander));
     result.presence = detector_.presence(rule, pathExpander);
     if (result.presence == InstallationPresence::installed) {
@@ -71,15 +71,16 @@ ApplicationUninstallResult ApplicationUninstallService::uninstall(const Applicat
     return result;
 }
 
-DeletionReport ApplicationUninstallService::deleteEntries(const ApplicationDetectionRule& rule,
-                                                          bool preserveCredentials,
-                                                          const PathExpander& pathExpander,
-                                                          const CancellationCheck& cancellation,
-                                                          const AbandonmentCheck& abandonment) const {
-    DeletionReport report;
+void ApplicationUninstallService::deleteEntries(const ApplicationDetectionRule& rule,
+                                                bool preserveCredentials, const PathExpander& pathExpander,
+                                                const CancellationCheck& cancellation,
+                                                const AbandonmentCheck& abandonment,
+                                                ApplicationUninstallResult& result) const {
+    DeletionReport& report = result.deletionReport;
     const auto goesOn = [&] {
         if (cancellation() || abandonment()) {
-            report.failures.emplace_back("Operation cancelled.");
+            result.cancelled = true;
+            report.failures.emplace_back(ApplicationUninstallResult::cancelledMessage);
             return false;
         }
         return true;
@@ -88,7 +89,6 @@ DeletionReport ApplicationUninstallService::deleteEntries(const ApplicationDetec
                   [&](const std::string& target, const DeletionOptions& options, bool /*isInstalledPath*/) {
                       report.merge(deletion_->deleteItem(target, options));
                   });
-    return report;
 }
 
 void ApplicationUninstallService::forEachTarget(const ApplicationDetectionRule& rule,

@@ -48,8 +48,8 @@ public:
 
     /// `preserveCredentials` is the Safety Shield. With it on, data folders keep every file that is not
     /// recognised as safe to delete; executables and bundles lose all but credentials. `cancellation` and
-    /// `abandonment` are asked before each entry of the rule; either one's "yes" leaves the rest as it is and
-    /// is a failure of the report. Problems are told in the report's failures.
+    /// `abandonment` are asked before each entry of the rule; either one's "yes" leaves the rest as it is,
+    /// and the result is `cancelled`. Problems are told in the report's failures.
     [[nodiscard]] ApplicationUninstallResult uninstall(
         const ApplicationDetectionRule& rule, bool preserveCredentials, const PathExpander& pathExpander,
         const CancellationCheck& cancellation = [] { return false; },
@@ -74,10 +74,9 @@ private:
                               const PathExpander& pathExpander, const std::function<bool()>& goesOn,
                               const TargetVisitor& visit);
 
-    [[nodiscard]] DeletionReport deleteEntries(const ApplicationDetectionRule& rule, bool preserveCredentials,
-                                               const PathExpander& pathExpander,
-                                               const CancellationCheck& cancellation,
-                                               const AbandonmentCheck& abandonment) const;
+    void deleteEntries(const ApplicationDetectionRule& rule, bool preserveCredentials,
+                       const PathExpander& pathExpander, const CancellationCheck& cancellation,
+                       const AbandonmentCheck& abandonment, ApplicationUninstallResult& result) const;
 
     void planRemainingData(const ApplicationDetectionRule& rule, const PathExpander& pathExpander,
                            const PlanOptions& options, ApplicationUninstallPlan& plan) const;

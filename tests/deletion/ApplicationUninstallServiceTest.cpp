@@ -46,6 +46,7 @@ TEST_F(ApplicationUninstallServiceTest, ARunningToolIsLeftAlone) {
     EXPECT_THAT(result.deletionReport.removed, IsEmpty());
     EXPECT_EQ(result.presence, InstallationPresence::installed);
     EXPECT_THAT(result.remainingDataPaths, IsEmpty());
+    EXPECT_FALSE(result.cancelled);
     EXPECT_FALSE(result.succeeded());
     EXPECT_TRUE(exists(bundle));
     EXPECT_TRUE(exists(data));
@@ -135,6 +136,7 @@ TEST_F(ApplicationUninstallServiceTest, CancellingKeepsTheEntriesThatAreLeft) {
         quietService().uninstall(rule("VendorApp"), false, expander(), [&asked] { return ++asked > 1; });
     EXPECT_EQ(asked, 2);
     EXPECT_THAT(result.deletionReport.removed, ElementsAre(bundle));
+    EXPECT_TRUE(result.cancelled);
     EXPECT_THAT(result.deletionReport.failures, ElementsAre("Operation cancelled."));
     EXPECT_EQ(result.presence, InstallationPresence::residualData);
     EXPECT_THAT(result.remainingDataPaths,
@@ -151,6 +153,7 @@ TEST_F(ApplicationUninstallServiceTest, BeingAbandonedKeepsTheEntriesThatAreLeft
         rule("VendorApp"), false, expander(), [] { return false; }, [&asked] { return ++asked > 1; });
     EXPECT_EQ(asked, 2);
     EXPECT_THAT(result.deletionReport.removed, ElementsAre(bundle));
+    EXPECT_TRUE(result.cancelled);
     EXPECT_THAT(result.deletionReport.failures, ElementsAre("Operation cancelled."));
     EXPECT_TRUE(exists(support));
 }
@@ -162,6 +165,7 @@ TEST_F(ApplicationUninstallServiceTest, CancellationIsAskedOncePerEntry) {
         return false;
     });
     EXPECT_EQ(asked, 8);
+    EXPECT_FALSE(result.cancelled);
     EXPECT_TRUE(result.succeeded());
 }
 
