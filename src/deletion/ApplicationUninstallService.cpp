@@ -61,7 +61,7 @@ ApplicationUninstallResult ApplicationUninstallService::uninstall(const Applicat
         result.presence = InstallationPresence::installed;
         return result;
     }
-    deleteEntries(rule, preserveCredentials, pathExpander, cancellation, abandonment, result);
+    deleteEntries(rule, safetyShield(preserveCredentials), pathExpander, cancellation, abandonment, result);
     result.remainingDataPaths = detector_.existingPaths(expanded(rule.scanResidualDataPaths(), pathExpander));
     result.presence = detector_.presence(rule, pathExpander);
     if (result.presence == InstallationPresence::installed) {
@@ -71,8 +71,8 @@ ApplicationUninstallResult ApplicationUninstallService::uninstall(const Applicat
     return result;
 }
 
-void ApplicationUninstallService::deleteEntries(const ApplicationDetectionRule& rule,
-                                                bool preserveCredentials, const PathExpander& pathExpander,
+void ApplicationUninstallService::deleteEntries(const ApplicationDetectionRule& rule, SafetyShield shield,
+                                                const PathExpander& pathExpander,
                                                 const CancellationCheck& cancellation,
                                                 const AbandonmentCheck& abandonment,
                                                 ApplicationUninstallResult& result) const {
@@ -85,17 +85,18 @@ void ApplicationUninstallService::deleteEntries(const ApplicationDetectionRule& 
         }
         return true;
     };
-    forEachTarget(rule, preserveCredentials, pathExpander, goesOn,
+    forEachTarget(rule, shield, pathExpander, goesOn,
                   [&](const std::string& target, const DeletionOptions& options, bool /*isInstalledPath*/) {
                       report.merge(deletion_->deleteItem(target, options));
                   });
 }
 
-void ApplicationUninstallService::forEachTarget(const ApplicationDetectionRule& rule,
-                                                bool preserveCredentials, const PathExpander& pathExpander,
+void ApplicationUninstallService::forEachTarget(const ApplicationDetectionRule& rule, SafetyShield shield,
+                                                const PathExpander& pathExpander,
                                                 const std::function<bool()>& goesOn,
                                                 const TargetVisitor& visit) {
-    DeletionOptions options{.preserveCredentials = preserveCredentials,
+    const bool isShielded = shield == SafetyShield::on;
+    DeletionOptions options{.preserveCredentials = isShielded,
                             .explicitCredentialPaths = expanded(rule.credentialPaths, pathExpander),
                             .preserveUnrecognized = false};
     for (const std::string& entry : rule.uninstallPaths) {
@@ -104,7 +105,7 @@ void ApplicationUninstallService::forEachTarget(const ApplicationDetectionRule& 
         }
         const bool isInstalledPath =
             std::ranges::find(rule.installedPaths, entry) != rule.installedPaths.end();
-        options.preserveUnrecognized = preserveCredentials && !isInstalledPath;
+        options.preserveUnrecognized = isShielded && !isInstalledPath;
         for (const std::string& target : uninstallTargets(entry, pathExpander(entry))) {
             visit(target, options, isInstalledPath);
         }
@@ -112,7 +113,7 @@ void ApplicationUninstallService::forEachTarget(const ApplicationDetectionRule& 
 }
 
 ApplicationUninstallPlan ApplicationUninstallService::plan(const ApplicationDetectionRule& rule,
-                                                           bool preserveCredentials,
+                                                           SafetyShield shield,
                                                            const PathExpander& pathExpander,
                                                            const PlanOptions& options) const {
     using Part = ApplicationUninstallPlan::Part;
@@ -139,7 +140,7 @@ ApplicationUninstallPlan ApplicationUninstallService::plan(const ApplicationDete
              .logicalBytes = isKeptWhole ? sizeOf(target, options, nullptr, result.stopped) : counted,
              .plan = std::move(plan)});
     };
-    forEachTarget(rule, preserveCredentials, pathExpander, goesOn, visit);
+    forEachTarget(rule, shield, pathExpander, goesOn, visit);
     if (goesOn()) {
         planRemainingData(rule, pathExpander, inOrder, result);
     }

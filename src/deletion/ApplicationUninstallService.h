@@ -7,6 +7,7 @@
 #include "deletion/ApplicationUninstallResult.h"
 #include "deletion/EarlierPlans.h"
 #include "deletion/SafeDeletionEngine.h"
+#include "deletion/SafetyShield.h"
 #include "process/CommandExecuting.h"
 
 #include <cstdint>
@@ -20,7 +21,8 @@ namespace zentrill {
 /// Removes one catalogued tool: refuses while it runs, deletes what its rule lists, then looks at what is
 /// left. Holds no state between calls.
 ///
-///     const auto result = ApplicationUninstallService(engine).uninstall(rule, true, expandHome, cancelled);
+///     const ApplicationUninstallService service(engine);
+///     const auto result = service.uninstall(rule, preserveCredentials, expandHome, cancelled);
 class ApplicationUninstallService {
 public:
     /// Whether any process of these names runs.
@@ -59,8 +61,8 @@ public:
     /// a program, and only the answer at the time of the removal counts. For several tools to be removed one
     /// after the other, `options` names the plans that come first. Of data that stay, `options.progress` is
     /// told the path alone, before they are sized.
-    [[nodiscard]] ApplicationUninstallPlan plan(const ApplicationDetectionRule& rule,
-                                                bool preserveCredentials, const PathExpander& pathExpander,
+    [[nodiscard]] ApplicationUninstallPlan plan(const ApplicationDetectionRule& rule, SafetyShield shield,
+                                                const PathExpander& pathExpander,
                                                 const PlanOptions& options = {}) const;
 
 private:
@@ -70,11 +72,11 @@ private:
 
     /// Visits the targets in the order of the removal, each entry's when its turn comes, for as long as
     /// `goesOn`, which is asked before each entry.
-    static void forEachTarget(const ApplicationDetectionRule& rule, bool preserveCredentials,
+    static void forEachTarget(const ApplicationDetectionRule& rule, SafetyShield shield,
                               const PathExpander& pathExpander, const std::function<bool()>& goesOn,
                               const TargetVisitor& visit);
 
-    void deleteEntries(const ApplicationDetectionRule& rule, bool preserveCredentials,
+    void deleteEntries(const ApplicationDetectionRule& rule, SafetyShield shield,
                        const PathExpander& pathExpander, const CancellationCheck& cancellation,
                        const AbandonmentCheck& abandonment, ApplicationUninstallResult& result) const;
 

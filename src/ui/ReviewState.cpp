@@ -112,7 +112,8 @@ void ReviewState::start(bool wholeOnly) {
             show(content);
         }
     };
-    controller_.reviews().start(*subject_, controller_.preserveCredentials(), take, listedEntries_);
+    controller_.reviews().start(*subject_, safetyShield(controller_.preserveCredentials()), take,
+                                listedEntries_);
 }
 
 void ReviewState::show(const ReviewContent& content) {

@@ -24,20 +24,19 @@ void SelectionSizeState::update() {
             names.push_back(app.name);
         }
     }
-    const bool preserve = controller_.preserveCredentials();
-    if (names == tools_ && preserve == preserveCredentials_) {
+    const SafetyShield shield = safetyShield(controller_.preserveCredentials());
+    if (names == tools_ && shield == shield_) {
         return;
     }
     tools_ = std::move(names);
-    preserveCredentials_ = preserve;
+    shield_ = shield;
     setText({});
     if (selected.empty()) {
         controller_.selectionSizes().cancel();
         return;
     }
-    controller_.selectionSizes().start(std::move(selected), preserve, [this](const SelectionSize& size) {
-        setText(selectionSizeText(size));
-    });
+    controller_.selectionSizes().start(
+        std::move(selected), shield, [this](const SelectionSize& size) { setText(selectionSizeText(size)); });
 }
 
 void SelectionSizeState::setText(const QString& text) {

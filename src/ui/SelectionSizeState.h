@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controller/UninstallerViewModel.h"
+#include "deletion/SafetyShield.h"
 
 #include <QObject>
 #include <QString>
@@ -36,7 +37,7 @@ private:
     UninstallerViewModel& controller_;
     /// What the text is about, or will be.
     std::vector<std::string> tools_;
-    bool preserveCredentials_ = false;
+    SafetyShield shield_ = SafetyShield::off;
     QString text_;
 };
 

@@ -19,9 +19,9 @@ class ReviewWorkerTest : public test::ControllerFixture {
 protected:
     ReviewWorkerTest() { start(); }
 
-    void review(ReviewSubject subject, bool preserve = true) {
+    void review(ReviewSubject subject, SafetyShield shield = SafetyShield::on) {
         shown_.clear();
-        controller_->reviews().start(std::move(subject), preserve,
+        controller_->reviews().start(std::move(subject), shield,
                                      [this](const ReviewContent& content) { shown_.push_back(content); });
     }
 
@@ -45,7 +45,7 @@ TEST_F(ReviewWorkerTest, ShowsWhatGoesAndStaysWithTheShieldAndWithout) {
     ASSERT_TRUE(waitForAll());
     EXPECT_EQ(reasonOf(QStringLiteral("tmp/data")), QStringLiteral("Kept: uncertain data"));
     EXPECT_EQ(shown_.back().going, QStringLiteral("0 bytes"));
-    review(std::vector{app("Gemini")}, false);
+    review(std::vector{app("Gemini")}, SafetyShield::off);
     ASSERT_TRUE(waitForAll());
     EXPECT_EQ(reasonOf(QStringLiteral("tmp/data")), QStringLiteral("Goes"));
     EXPECT_EQ(shown_.back().going, QStringLiteral("5 KB"));
@@ -55,7 +55,7 @@ TEST_F(ReviewWorkerTest, ShowsWhatGoesAndStaysWithTheShieldAndWithout) {
 
 TEST_F(ReviewWorkerTest, CountsOnceWhatTwoToolsShare) {
     home_.makeFile(".codex/history.jsonl", "1234");
-    review(std::vector{app("ChatGPT"), app("Codex Tooling")}, false);
+    review(std::vector{app("ChatGPT"), app("Codex Tooling")}, SafetyShield::off);
     ASSERT_TRUE(waitForAll());
     EXPECT_EQ(shown_.back().going, QStringLiteral("4 bytes"));
     EXPECT_THAT(shown_.back().rows,
@@ -80,7 +80,7 @@ TEST_F(ReviewWorkerTest, EndsWhenAnOperationBegins) {
     start();
     home_.makeFile(".gemini/a");
     home_.makeFile(".gemini/b");
-    review(std::vector{app("Gemini")}, false);
+    review(std::vector{app("Gemini")}, SafetyShield::off);
     ASSERT_TRUE(test::waitUntil([&] { return gate->asked.load(); }));
     EXPECT_TRUE(controller_->reviews().isRunning());
     controller_->scanSystem();

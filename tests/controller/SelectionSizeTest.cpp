@@ -14,33 +14,33 @@ class SelectionSizeTest : public test::ControllerFixture {
 protected:
     SelectionSizeTest() { start(); }
 
-    [[nodiscard]] SelectionSize size(const std::vector<AppInfo>& tools, bool preserve,
+    [[nodiscard]] SelectionSize size(const std::vector<AppInfo>& tools, SafetyShield shield,
                                      std::optional<std::chrono::milliseconds> patience = std::nullopt) const {
-        return selectionSize(engine_, tools, preserve, [] { return false; }, patience);
+        return selectionSize(engine_, tools, shield, [] { return false; }, patience);
     }
 };
 
 TEST_F(SelectionSizeTest, FollowsTheShield) {
     home_.makeFile(".gemini/tmp/data", std::string(5000, 'x'));
-    EXPECT_EQ(size({app("Gemini")}, true), (SelectionSize{.goingBytes = 0}));
-    EXPECT_EQ(size({app("Gemini")}, false), (SelectionSize{.goingBytes = 5000}));
+    EXPECT_EQ(size({app("Gemini")}, SafetyShield::on), (SelectionSize{.goingBytes = 0}));
+    EXPECT_EQ(size({app("Gemini")}, SafetyShield::off), (SelectionSize{.goingBytes = 5000}));
 }
 
 TEST_F(SelectionSizeTest, CountsOnceWhatTwoToolsShare) {
     home_.makeFile(".codex/history.jsonl", "1234");
     home_.makeFile(".gemini/tmp/data", "123");
-    EXPECT_EQ(size({app("ChatGPT"), app("Codex Tooling"), app("Gemini")}, false).goingBytes, 7);
+    EXPECT_EQ(size({app("ChatGPT"), app("Codex Tooling"), app("Gemini")}, SafetyShield::off).goingBytes, 7);
 }
 
 TEST_F(SelectionSizeTest, SaysThatItWasOutOfPatience) {
     home_.makeFile(".gemini/tmp/data", std::string(5000, 'x'));
-    EXPECT_FALSE(size({app("Gemini")}, false, std::chrono::milliseconds(0)).isWhole);
-    EXPECT_TRUE(size({app("Gemini")}, false, std::chrono::hours(1)).isWhole);
+    EXPECT_FALSE(size({app("Gemini")}, SafetyShield::off, std::chrono::milliseconds(0)).isWhole);
+    EXPECT_TRUE(size({app("Gemini")}, SafetyShield::off, std::chrono::hours(1)).isWhole);
 }
 
 TEST_F(SelectionSizeTest, StopsWhenItIsTold) {
     home_.makeFile(".gemini/tmp/data", std::string(5000, 'x'));
-    EXPECT_FALSE(selectionSize(engine_, {app("Gemini")}, false, [] { return true; }).isWhole);
+    EXPECT_FALSE(selectionSize(engine_, {app("Gemini")}, SafetyShield::off, [] { return true; }).isWhole);
 }
 
 } // namespace

@@ -33,9 +33,9 @@ using Part = ApplicationUninstallPlan::Part;
 /// The plan, the report and the disk of one removal.
 class ApplicationUninstallPlans : public test::UninstallFixture {
 protected:
-    [[nodiscard]] ApplicationUninstallPlan plan(const char* name, bool preserveCredentials,
+    [[nodiscard]] ApplicationUninstallPlan plan(const char* name, SafetyShield shield,
                                                 const PlanOptions& options = {}) const {
-        return quietService().plan(rule(name), preserveCredentials, expander(), options);
+        return quietService().plan(rule(name), shield, expander(), options);
     }
 
     static std::vector<std::string> itemPaths(const ApplicationUninstallPlan& plan) {
@@ -108,7 +108,8 @@ TEST_F(ApplicationUninstallPlans, ComeTrueForEveryToolWithTheShieldAndWithout) {
                     make(path, "binary");
                 }
             }
-            const ApplicationUninstallPlan plan = this->plan(each.name.c_str(), preserveCredentials);
+            const ApplicationUninstallPlan plan =
+                this->plan(each.name.c_str(), safetyShield(preserveCredentials));
             EXPECT_FALSE(plan.items.empty()) << each.name;
             EXPECT_GT(plan.removedBytes(), 0) << each.name;
             expectForetold(plan, each.name.c_str(), preserveCredentials);
@@ -129,7 +130,7 @@ TEST_F(ApplicationUninstallPlans, TouchNothingAndStartNothing) {
                                                   ADD_FAILURE() << "asked whether the tool runs";
                                                   return true;
                                               });
-    const ApplicationUninstallPlan plan = service.plan(rule("Claude"), false, expander());
+    const ApplicationUninstallPlan plan = service.plan(rule("Claude"), SafetyShield::off, expander());
     EXPECT_THAT(itemPaths(plan), ElementsAre(expanded("/Applications/Claude.app")));
     EXPECT_TRUE(plan.items[0].plan.itemGoes);
     EXPECT_TRUE(exists(bundle));
@@ -138,7 +139,7 @@ TEST_F(ApplicationUninstallPlans, TouchNothingAndStartNothing) {
 TEST_F(ApplicationUninstallPlans, ListWhatExistsInTheOrderOfTheRemoval) {
     const std::string data = make("~/.openai/history", "12345");
     const std::string tool = make("~/.local/bin/openai", "123");
-    const ApplicationUninstallPlan plan = this->plan("OpenAI CLI / Python", false);
+    const ApplicationUninstallPlan plan = this->plan("OpenAI CLI / Python", SafetyShield::off);
     EXPECT_THAT(itemPaths(plan), ElementsAre(expanded("~/.openai"), tool));
     EXPECT_EQ(plan.items[0].part, Part::data);
     EXPECT_EQ(plan.items[0].logicalBytes, 5);
@@ -148,7 +149,7 @@ TEST_F(ApplicationUninstallPlans, ListWhatExistsInTheOrderOfTheRemoval) {
     EXPECT_EQ(plan.freedBytes(), plan.items[0].plan.freedBytes + plan.items[1].plan.freedBytes);
     EXPECT_GT(plan.freedBytes(), 0);
     EXPECT_FALSE(plan.staysInstalled);
-    EXPECT_TRUE(this->plan("Ollama", true).items.empty());
+    EXPECT_TRUE(this->plan("Ollama", SafetyShield::on).items.empty());
 }
 
 TEST_F(ApplicationUninstallPlans, TellWhatIsKeptAndWhy) {
@@ -157,7 +158,7 @@ TEST_F(ApplicationUninstallPlans, TellWhatIsKeptAndWhy) {
     const std::string configuration = make("~/.codex/config.toml", "22");
     const std::string history = make("~/.codex/history.jsonl", "333");
     const std::string support = make("~/Library/Application Support/com.openai.chat/state", "4444");
-    const ApplicationUninstallPlan plan = this->plan("ChatGPT", true);
+    const ApplicationUninstallPlan plan = this->plan("ChatGPT", SafetyShield::on);
     const std::string supportFolder = expanded("~/Library/Application Support/com.openai.chat");
     EXPECT_THAT(itemPaths(plan),
                 ElementsAre(expanded("/Applications/ChatGPT.app"), expanded("~/.codex"), supportFolder));
@@ -177,7 +178,7 @@ TEST_F(ApplicationUninstallPlans, TellWhatIsKeptAndWhy) {
 
 TEST_F(ApplicationUninstallPlans, SizeWhatIsKeptWhole) {
     make("~/Library/Application Support/Claude/deep/file", "12345");
-    const ApplicationUninstallPlan plan = this->plan("Claude", true);
+    const ApplicationUninstallPlan plan = this->plan("Claude", SafetyShield::on);
     ASSERT_EQ(plan.items.size(), 1U);
     EXPECT_EQ(plan.items[0].plan.listedCredentials.count, 1U);
     EXPECT_EQ(plan.items[0].logicalBytes, 5);
@@ -189,7 +190,7 @@ TEST_F(ApplicationUninstallPlans, SizeWhatIsKeptWhole) {
 TEST_F(ApplicationUninstallPlans, SizeRemainingDataWithoutWhatGoesFromIt) {
     make("~/Library/Application Support/io.datasette.llm/logs.db", "1234");
     make("~/Library/Application Support/io.datasette.llm/other", "12");
-    const ApplicationUninstallPlan plan = this->plan("LLM CLI", false);
+    const ApplicationUninstallPlan plan = this->plan("LLM CLI", SafetyShield::off);
     ASSERT_EQ(plan.items.size(), 2U);
     EXPECT_EQ(plan.items[0].logicalBytes, 4);
     EXPECT_EQ(plan.items[1].part, Part::remainingData);
@@ -200,7 +201,7 @@ TEST_F(ApplicationUninstallPlans, SizeRemainingDataWithoutWhatGoesFromIt) {
 TEST_F(ApplicationUninstallPlans, NameTheToolsThatShareAPath) {
     make("~/.codex/history.jsonl");
     make("~/.local/bin/codex");
-    const ApplicationUninstallPlan plan = this->plan("Codex Tooling", false);
+    const ApplicationUninstallPlan plan = this->plan("Codex Tooling", SafetyShield::off);
     EXPECT_THAT(item(plan, expanded("~/.codex")).sharedWith, ElementsAre("ChatGPT"));
     EXPECT_THAT(item(plan, expanded("~/.local/bin/codex")).sharedWith, IsEmpty());
 }
@@ -212,8 +213,9 @@ TEST_F(ApplicationUninstallPlans, CountWhatTwoToolsShareOnce) {
     for (const bool preserveCredentials : {true, false}) {
         EarlierPlans earlier;
         const PlanOptions inOrder{.earlier = &earlier};
-        const ApplicationUninstallPlan first = plan("ChatGPT", preserveCredentials, inOrder);
-        const ApplicationUninstallPlan second = plan("Codex Tooling", preserveCredentials, inOrder);
+        const ApplicationUninstallPlan first = plan("ChatGPT", safetyShield(preserveCredentials), inOrder);
+        const ApplicationUninstallPlan second =
+            plan("Codex Tooling", safetyShield(preserveCredentials), inOrder);
         EXPECT_THAT(itemPaths(first), ElementsAre(expanded("~/.codex")));
         EXPECT_THAT(itemPaths(second), ElementsAre(tool));
         EXPECT_EQ(second.removedBytes(), 2);
@@ -224,7 +226,7 @@ TEST_F(ApplicationUninstallPlans, CountWhatTwoToolsShareOnce) {
 TEST_F(ApplicationUninstallPlans, FollowWhatTheEarlierEntriesLeave) {
     const std::string tool = make("~/.hermes/hermes-agent/venv/bin/hermes", "1234");
     const std::string kept = make("~/.hermes/log", "12");
-    const ApplicationUninstallPlan plan = this->plan("Hermes", true);
+    const ApplicationUninstallPlan plan = this->plan("Hermes", SafetyShield::on);
     EXPECT_THAT(itemPaths(plan), ElementsAre(tool, expanded("~/.hermes")));
     EXPECT_THAT(pathsOf(plan.items[1].plan.removed),
                 ElementsAre(expanded("~/.hermes/hermes-agent/venv/bin"),
@@ -237,7 +239,7 @@ TEST_F(ApplicationUninstallPlans, FollowWhatTheEarlierEntriesLeave) {
 TEST_F(ApplicationUninstallPlans, SayWhatIsRefusedAndThatTheToolStays) {
     system.makeFile("elsewhere/Claude.app/Contents/MacOS/Claude");
     const std::string link = system.makeLink("Applications", system.path("elsewhere"));
-    const ApplicationUninstallPlan plan = this->plan("Claude", true);
+    const ApplicationUninstallPlan plan = this->plan("Claude", SafetyShield::on);
     ASSERT_EQ(plan.items.size(), 1U);
     EXPECT_TRUE(plan.items[0].plan.itemRefused);
     EXPECT_THAT(plan.items[0].plan.failures, ElementsAre("Refusing to traverse symlink ancestor: " + link));
@@ -248,7 +250,7 @@ TEST_F(ApplicationUninstallPlans, SayWhatIsRefusedAndThatTheToolStays) {
 TEST_F(ApplicationUninstallPlans, SayThatAToolIsStillInstalledWhereItsBundleKeepsACredential) {
     const std::string key = make("/Applications/Claude.app/Contents/api_key", "12");
     make("/Applications/Claude.app/Contents/MacOS/Claude", "1234");
-    const ApplicationUninstallPlan plan = this->plan("Claude", true);
+    const ApplicationUninstallPlan plan = this->plan("Claude", SafetyShield::on);
     EXPECT_TRUE(plan.staysInstalled);
     EXPECT_EQ(plan.removedBytes(), 4);
     EXPECT_EQ(plan.items[0].logicalBytes, 6);
@@ -264,7 +266,7 @@ TEST_F(ApplicationUninstallPlans, ForeseeWhatPermissionsForbid) {
     }
     std::filesystem::permissions(std::filesystem::path(bundle).parent_path(), std::filesystem::perms(0555));
     EXPECT_TRUE(test::passesAsOrdinaryUser([&] {
-        const ApplicationUninstallPlan plan = this->plan("VendorApp", false);
+        const ApplicationUninstallPlan plan = this->plan("VendorApp", SafetyShield::off);
         EXPECT_THAT(pathsOf(plan.items.at(0).plan.failing), Contains(bundle));
         EXPECT_TRUE(plan.staysInstalled);
         expectForetold(plan, "VendorApp", false);
@@ -274,7 +276,8 @@ TEST_F(ApplicationUninstallPlans, ForeseeWhatPermissionsForbid) {
 TEST_F(ApplicationUninstallPlans, EndWhenTheyAreToldTo) {
     make("/Applications/VendorApp.app/Contents/Info.plist");
     make("~/Library/Caches/com.vendor.app/file");
-    const ApplicationUninstallPlan never = plan("VendorApp", false, {.shouldStop = [] { return true; }});
+    const ApplicationUninstallPlan never =
+        plan("VendorApp", SafetyShield::off, {.shouldStop = [] { return true; }});
     EXPECT_TRUE(never.stopped);
     EXPECT_THAT(never.items, IsEmpty());
     // Whenever that is: between entries, in one, or while what is kept or remains is sized.
@@ -283,13 +286,13 @@ TEST_F(ApplicationUninstallPlans, EndWhenTheyAreToldTo) {
     for (int most = 1; most < 30; ++most) {
         std::atomic<int> asked = 0;
         const ApplicationUninstallPlan some =
-            plan("ChatGPT", true, {.shouldStop = [&asked, most] { return ++asked == most; }});
+            plan("ChatGPT", SafetyShield::on, {.shouldStop = [&asked, most] { return ++asked == most; }});
         EXPECT_EQ(some.stopped, asked >= most) << most;
         EXPECT_LE(asked, most + 3) << "a stopped plan asks no more, but each thread may be about to";
     }
     std::atomic<int> asked = 0;
     const ApplicationUninstallPlan oneEntry =
-        plan("VendorApp", false, {.shouldStop = [&asked] { return ++asked == 2; }});
+        plan("VendorApp", SafetyShield::off, {.shouldStop = [&asked] { return ++asked == 2; }});
     EXPECT_TRUE(oneEntry.stopped);
     EXPECT_THAT(itemPaths(oneEntry), ElementsAre(expanded("/Applications/VendorApp.app")));
 }
@@ -301,7 +304,7 @@ TEST_F(ApplicationUninstallPlans, TellEachItemWhenItIsBegunAndOnceWhatBecomesOfI
     make("~/Library/Application Support/io.datasette.llm/other", "12");
     make("~/Library/Application Support/Claude/deep/file", "12345");
     for (const char* tool : {"Gemini", "LLM CLI", "Claude"}) {
-        for (const bool shield : {true, false}) {
+        for (const SafetyShield shield : {SafetyShield::on, SafetyShield::off}) {
             std::vector<std::string> told;
             PlanRecord sum{.plan = {}, .listedItems = 100, .listedFailures = 100};
             PlanOptions options;
@@ -323,7 +326,7 @@ TEST_F(ApplicationUninstallPlans, ListNoMoreThanAskedFor) {
     for (int i = 0; i < 5; ++i) {
         make("~/.gemini/" + std::to_string(i), "x");
     }
-    const ApplicationUninstallPlan plan = this->plan("Gemini", true, {.listedItems = 2});
+    const ApplicationUninstallPlan plan = this->plan("Gemini", SafetyShield::on, {.listedItems = 2});
     EXPECT_EQ(plan.items.at(0).plan.uncertainData.listed.size(), 2U);
     EXPECT_EQ(plan.items.at(0).plan.uncertainData.count, 5U);
     EXPECT_EQ(plan.items.at(0).logicalBytes, 5);

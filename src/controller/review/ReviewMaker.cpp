@@ -27,10 +27,10 @@ struct GrowingItem {
 
 } // namespace
 
-ReviewMaker::ReviewMaker(std::shared_ptr<const SafeDeletionEngine> engine, bool preserveCredentials,
+ReviewMaker::ReviewMaker(std::shared_ptr<const SafeDeletionEngine> engine, SafetyShield shield,
                          std::size_t listedEntries, Show show, std::function<bool()> shouldStop)
     : engine_(std::move(engine)),
-      preserveCredentials_(preserveCredentials),
+      shield_(shield),
       listedEntries_(listedEntries),
       show_(std::move(show)),
       shouldStop_(std::move(shouldStop)) {}
@@ -94,7 +94,7 @@ void ReviewMaker::reviewTool(const AppInfo& tool, bool isOneOfSeveral, EarlierPl
         show(std::move(rows), going, freed, false);
     };
     const ApplicationUninstallPlan plan = ApplicationUninstallService(engine_).plan(
-        ApplicationDetectionRegistry::rule(tool.name), preserveCredentials_, homePathExpander(), options);
+        ApplicationDetectionRegistry::rule(tool.name), shield_, homePathExpander(), options);
     for (const ApplicationUninstallPlan::Item& item : plan.items) {
         review_rows::append(rows_, tool.name, item, true);
     }

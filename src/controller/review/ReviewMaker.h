@@ -4,6 +4,7 @@
 #include "controller/review/ReviewSubject.h"
 #include "deletion/PlanRecord.h"
 #include "deletion/SafeDeletionEngine.h"
+#include "deletion/SafetyShield.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,7 +22,7 @@ public:
     using Show = std::function<void(ReviewContent)>;
 
     /// Of each item and each fate the first `listedEntries` entries are listed and the others counted.
-    ReviewMaker(std::shared_ptr<const SafeDeletionEngine> engine, bool preserveCredentials,
+    ReviewMaker(std::shared_ptr<const SafeDeletionEngine> engine, SafetyShield shield,
                 std::size_t listedEntries, Show show, std::function<bool()> shouldStop);
 
     /// Ends with a complete content, unless it is stopped.
@@ -39,7 +40,7 @@ private:
     void show(std::vector<ReviewRow> more, std::int64_t goingBytes, std::int64_t freedBytes, bool complete);
 
     std::shared_ptr<const SafeDeletionEngine> engine_;
-    bool preserveCredentials_;
+    SafetyShield shield_;
     std::size_t listedEntries_;
     Show show_;
     std::function<bool()> shouldStop_;

@@ -9,13 +9,12 @@ namespace zentrill {
 ReviewWorker::ReviewWorker(std::shared_ptr<MainQueue> link, std::shared_ptr<const SafeDeletionEngine> engine)
     : engine_(std::move(engine)), work_(std::move(link), "com.zentrill.review") {}
 
-void ReviewWorker::start(ReviewSubject subject, bool preserveCredentials, Show show,
-                         std::size_t listedEntries) {
+void ReviewWorker::start(ReviewSubject subject, SafetyShield shield, Show show, std::size_t listedEntries) {
     complete_ = false;
     work_.start(
-        [engine = engine_, subject = std::move(subject), preserveCredentials,
-         listedEntries](const auto& publish, const auto& shouldStop) {
-            ReviewMaker(engine, preserveCredentials, listedEntries, publish, shouldStop).make(subject);
+        [engine = engine_, subject = std::move(subject), shield, listedEntries](const auto& publish,
+                                                                                const auto& shouldStop) {
+            ReviewMaker(engine, shield, listedEntries, publish, shouldStop).make(subject);
         },
         [this, show = std::move(show)](const ReviewContent& content) {
             complete_ = content.complete;

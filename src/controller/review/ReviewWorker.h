@@ -4,6 +4,7 @@
 #include "controller/review/ReviewRow.h"
 #include "controller/review/ReviewSubject.h"
 #include "deletion/SafeDeletionEngine.h"
+#include "deletion/SafetyShield.h"
 
 #include <chrono>
 #include <cstddef>
@@ -25,7 +26,7 @@ public:
     static constexpr std::size_t firstEntries = 200;
 
     /// Ends the review before, of which nothing is shown any more. `listedEntries` as for `ReviewMaker`.
-    void start(ReviewSubject subject, bool preserveCredentials, Show show,
+    void start(ReviewSubject subject, SafetyShield shield, Show show,
                std::size_t listedEntries = firstEntries);
 
     /// Returns at once; the thread ends its work at the next entry.

@@ -8,7 +8,7 @@
 namespace zentrill {
 
 SelectionSize selectionSize(const std::shared_ptr<const SafeDeletionEngine>& engine,
-                            const std::vector<AppInfo>& tools, bool preserveCredentials,
+                            const std::vector<AppInfo>& tools, SafetyShield shield,
                             const std::function<bool()>& shouldStop,
                             std::optional<std::chrono::milliseconds> patience) {
     using Clock = std::chrono::steady_clock;
@@ -20,8 +20,8 @@ SelectionSize selectionSize(const std::shared_ptr<const SafeDeletionEngine>& eng
     options.earlier = &earlier;
     SelectionSize size;
     for (const AppInfo& tool : tools) {
-        const ApplicationUninstallPlan plan = service.plan(ApplicationDetectionRegistry::rule(tool.name),
-                                                           preserveCredentials, homePathExpander(), options);
+        const ApplicationUninstallPlan plan =
+            service.plan(ApplicationDetectionRegistry::rule(tool.name), shield, homePathExpander(), options);
         addBytes(size.goingBytes, plan.removedBytes());
         if (plan.stopped) {
             size.isWhole = false;

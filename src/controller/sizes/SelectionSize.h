@@ -2,6 +2,7 @@
 
 #include "catalog/AppInfo.h"
 #include "deletion/SafeDeletionEngine.h"
+#include "deletion/SafetyShield.h"
 
 #include <chrono>
 #include <cstdint>
@@ -26,7 +27,7 @@ struct SelectionSize {
 /// `shouldStop` is asked before each entry, on several threads at once; so is the clock, where there is a
 /// `patience`.
 [[nodiscard]] SelectionSize selectionSize(const std::shared_ptr<const SafeDeletionEngine>& engine,
-                                          const std::vector<AppInfo>& tools, bool preserveCredentials,
+                                          const std::vector<AppInfo>& tools, SafetyShield shield,
                                           const std::function<bool()>& shouldStop,
                                           std::optional<std::chrono::milliseconds> patience = std::nullopt);
 

@@ -12,16 +12,14 @@ SelectionSizeWorker::SelectionSizeWorker(std::shared_ptr<MainQueue> link,
                                          std::shared_ptr<const SafeDeletionEngine> engine)
     : engine_(std::move(engine)), work_(std::move(link), "com.zentrill.sizes") {}
 
-void SelectionSizeWorker::start(std::vector<AppInfo> tools, bool preserveCredentials, Show show) {
+void SelectionSizeWorker::start(std::vector<AppInfo> tools, SafetyShield shield, Show show) {
     work_.start(
-        [engine = engine_, tools = std::move(tools), preserveCredentials](const auto& publish,
-                                                                          const auto& shouldStop) {
+        [engine = engine_, tools = std::move(tools), shield](const auto& publish, const auto& shouldStop) {
             std::optional<std::chrono::milliseconds> patience;
             if (isOnNetwork(homeDirectory())) {
                 patience = networkPatience;
             }
-            const SelectionSize size =
-                selectionSize(engine, tools, preserveCredentials, shouldStop, patience);
+            const SelectionSize size = selectionSize(engine, tools, shield, shouldStop, patience);
             if (!shouldStop()) {
                 publish(size);
             }

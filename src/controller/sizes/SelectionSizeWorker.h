@@ -4,6 +4,7 @@
 #include "controller/BackgroundWork.h"
 #include "controller/sizes/SelectionSize.h"
 #include "deletion/SafeDeletionEngine.h"
+#include "deletion/SafetyShield.h"
 
 #include <chrono>
 #include <memory>
@@ -25,7 +26,7 @@ public:
     SelectionSizeWorker(std::shared_ptr<MainQueue> link, std::shared_ptr<const SafeDeletionEngine> engine);
 
     /// Ends the computation before, of which nothing is shown any more.
-    void start(std::vector<AppInfo> tools, bool preserveCredentials, Show show);
+    void start(std::vector<AppInfo> tools, SafetyShield shield, Show show);
 
     /// Returns at once; the thread ends its work at the next entry.
     void cancel() { work_.cancel(); }
