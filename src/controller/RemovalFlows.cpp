@@ -22,12 +22,16 @@ struct Titles {
     const char* failure;
 };
 
-ResultAlert report(const OperationContext& context, const Titles& titles, bool succeeded,
+ResultOutcome outcomeOf(bool succeeded) {
+    return succeeded ? ResultOutcome::complete : ResultOutcome::errors;
+}
+
+ResultAlert report(const OperationContext& context, const Titles& titles, ResultOutcome outcome,
                    std::string message) {
     context.log(message);
-    return {.title = succeeded ? titles.success : titles.failure,
+    return {.title = outcome == ResultOutcome::complete ? titles.success : titles.failure,
             .message = std::move(message),
-            .outcome = succeeded ? ResultOutcome::complete : ResultOutcome::errors,
+            .outcome = outcome,
             .retainedPathCount = 0};
 }
 
@@ -54,7 +58,7 @@ ResultAlert withFreeSpace(ResultAlert alert, const FreeSpaceMeter& meter) {
 }
 
 ResultAlert reportMissingCLI(const OperationContext& context, const Titles& titles) {
-    return report(context, titles, false, "Docker CLI is no longer available.");
+    return report(context, titles, ResultOutcome::errors, "Docker CLI is no longer available.");
 }
 
 std::string failureMessage(const char* action, const DockerContainer& container,
@@ -70,7 +74,7 @@ ResultAlert deleteModel(const OperationContext& context, const LocalModel& model
     watchModel(model, meter);
     ModelDeletionResult result = service.deleteModel(model.name, model.source, model.path);
     ResultAlert alert = report(context, {.success = "Model Deleted", .failure = "Model Deletion Failed"},
-                               result.succeeded, std::move(result.message));
+                               outcomeOf(result.succeeded), std::move(result.message));
     // A failed deletion may have removed a part.
     return result.succeeded || context.hasRemoved() ? withFreeSpace(std::move(alert), meter)
                                                     : std::move(alert);
@@ -85,9 +89,9 @@ ResultAlert stopContainer(const OperationContext& context, const DockerContainer
     const CommandResult stopped =
         context.commandRunner->run(*docker, commands::stop(container), commands::timeout);
     if (!stopped.succeeded()) {
-        return report(context, titles, false, failureMessage("stop", container, stopped));
+        return report(context, titles, ResultOutcome::errors, failureMessage("stop", container, stopped));
     }
-    return report(context, titles, true, "Stopped " + container.name + ".");
+    return report(context, titles, ResultOutcome::complete, "Stopped " + container.name + ".");
 }
 
 ResultAlert removeContainer(const OperationContext& context, const DockerContainer& container) {
@@ -100,7 +104,7 @@ ResultAlert removeContainer(const OperationContext& context, const DockerContain
         const CommandResult stopped =
             context.commandRunner->run(*docker, commands::stop(container), commands::timeout);
         if (!stopped.succeeded()) {
-            return report(context, titles, false, failureMessage("stop", container, stopped));
+            return report(context, titles, ResultOutcome::errors, failureMessage("stop", container, stopped));
         }
     }
     FreeSpaceMeter meter;
@@ -108,9 +112,10 @@ ResultAlert removeContainer(const OperationContext& context, const DockerContain
     const CommandResult removed =
         context.commandRunner->run(*docker, commands::remove(container), commands::timeout);
     if (!removed.succeeded()) {
-        return report(context, titles, false, failureMessage("remove", container, removed));
+        return report(context, titles, ResultOutcome::errors, failureMessage("remove", container, removed));
     }
-    return withFreeSpace(report(context, titles, true, "Removed " + container.name + "."), meter);
+    return withFreeSpace(report(context, titles, ResultOutcome::complete, "Removed " + container.name + "."),
+                         meter);
 }
 
 ResultAlert removeDockerImage(const OperationContext& context, const DockerImage& image) {
@@ -124,7 +129,7 @@ ResultAlert removeDockerImage(const OperationContext& context, const DockerImage
         watchEngine(image.connection, meter);
     }
     DockerImageRemovalResult result = DockerImageRemovalService(context.commandRunner).remove(image, *docker);
-    ResultAlert alert = report(context, titles, result.succeeded, std::move(result.message));
+    ResultAlert alert = report(context, titles, outcomeOf(result.succeeded), std::move(result.message));
     return result.succeeded ? withFreeSpace(std::move(alert), meter) : alert;
 }
 

@@ -86,7 +86,7 @@ void UninstallerViewModel::setAppSelected(const std::string& name, bool selected
 }
 
 void UninstallerViewModel::scanSystem() {
-    if (!beginOperation("Scanning system", true, false)) {
+    if (!beginOperation("Scanning system", {.scanning = true})) {
         return;
     }
     log("Starting system scan for applications, models, and containers...");
@@ -143,7 +143,7 @@ void UninstallerViewModel::requireMainThread(const char* message) const {
     precondition(std::this_thread::get_id() == mainThread_, message);
 }
 
-bool UninstallerViewModel::beginOperation(const std::string& description, bool scanning, bool cancellable) {
+bool UninstallerViewModel::beginOperation(const std::string& description, OperationTraits traits) {
     requireMainThread("beginOperation must be called on the main thread");
     if (isBusy_) {
         log("Ignored request while another operation is running: " + operationDescription_);
@@ -152,8 +152,8 @@ bool UninstallerViewModel::beginOperation(const std::string& description, bool s
     deletionProgress_ = std::make_shared<DeletionProgress>();
     cancelLooks();
     assign(isBusy_, true, &UninstallerViewModel::isBusyChanged);
-    assign(isScanning_, scanning, &UninstallerViewModel::isScanningChanged);
-    assign(canCancelOperation_, cancellable, &UninstallerViewModel::canCancelOperationChanged);
+    assign(isScanning_, traits.scanning, &UninstallerViewModel::isScanningChanged);
+    assign(canCancelOperation_, traits.cancellable, &UninstallerViewModel::canCancelOperationChanged);
     assign(operationDescription_, description, &UninstallerViewModel::operationDescriptionChanged);
     cancellationToken_ = std::make_shared<CancellableOperation>();
     return true;

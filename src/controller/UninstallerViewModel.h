@@ -216,7 +216,14 @@ private:
 
     /// Stops the program with `message` when called off the main thread.
     void requireMainThread(const char* message) const;
-    bool beginOperation(const std::string& description, bool scanning, bool cancellable);
+
+    /// What the window has to know of an operation that begins.
+    struct OperationTraits {
+        bool scanning = false;
+        bool cancellable = false;
+    };
+
+    bool beginOperation(const std::string& description, OperationTraits traits);
     void endOperation();
     /// Ends what is looked at beside the operations.
     void cancelLooks();

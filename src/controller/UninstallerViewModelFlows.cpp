@@ -24,7 +24,7 @@ std::string displayedID(const DockerImage& image) {
 } // namespace
 
 void UninstallerViewModel::uninstallSelectedApps() {
-    if (!beginOperation("Preparing uninstallation\u2026", false, true)) {
+    if (!beginOperation("Preparing uninstallation\u2026", {.cancellable = true})) {
         return;
     }
     log(uninstallStartLine);
@@ -42,7 +42,8 @@ void UninstallerViewModel::uninstallSelectedApps() {
 
 void UninstallerViewModel::uninstallAppsFromConfirmation(const std::vector<AppInfo>& apps,
                                                          bool preserveCredentials) {
-    if (!beginOperation("Uninstalling " + std::to_string(apps.size()) + " application(s)", false, true)) {
+    if (!beginOperation("Uninstalling " + std::to_string(apps.size()) + " application(s)",
+                        {.cancellable = true})) {
         return;
     }
     log(uninstallStartLine);
@@ -52,7 +53,7 @@ void UninstallerViewModel::uninstallAppsFromConfirmation(const std::vector<AppIn
 }
 
 void UninstallerViewModel::deleteModel(const LocalModel& model) {
-    if (!beginOperation("Deleting " + model.name, false, false)) {
+    if (!beginOperation("Deleting " + model.name, {})) {
         return;
     }
     log("Deleting local model: " + model.name + " (" + model.source + ", " + model.sizeFormatted() + ")");
@@ -61,7 +62,7 @@ void UninstallerViewModel::deleteModel(const LocalModel& model) {
 }
 
 void UninstallerViewModel::stopContainer(const DockerContainer& container) {
-    if (!beginOperation("Stopping " + container.name, false, false)) {
+    if (!beginOperation("Stopping " + container.name, {})) {
         return;
     }
     log("Stopping Docker container: " + container.name + " (" + container.id + ")...");
@@ -70,7 +71,7 @@ void UninstallerViewModel::stopContainer(const DockerContainer& container) {
 }
 
 void UninstallerViewModel::removeContainer(const DockerContainer& container) {
-    if (!beginOperation("Removing " + container.name, false, false)) {
+    if (!beginOperation("Removing " + container.name, {})) {
         return;
     }
     log("Removing Docker container: " + container.name + " (" + container.id + ")...");
@@ -80,7 +81,7 @@ void UninstallerViewModel::removeContainer(const DockerContainer& container) {
 }
 
 void UninstallerViewModel::removeDockerImage(const DockerImage& image) {
-    if (!beginOperation("Removing Docker image " + displayedID(image), false, false)) {
+    if (!beginOperation("Removing Docker image " + displayedID(image), {})) {
         return;
     }
     log("Removing Docker image: " + displayedID(image) + " from " + image.connection.displayName);
@@ -89,7 +90,7 @@ void UninstallerViewModel::removeDockerImage(const DockerImage& image) {
 }
 
 void UninstallerViewModel::performSelfUninstall() {
-    if (!beginOperation("Uninstalling Zentrill", false, false)) {
+    if (!beginOperation("Uninstalling Zentrill", {})) {
         return;
     }
     hooks_.forgetWindowState();
