@@ -109,7 +109,7 @@ private:
     [[nodiscard]] static DeletionPlan::Items& items(DeletionPlan& plan, End end);
     /// Adds the entry `name` of the top directory to what meets `end`, and to the list if there is room; null
     /// for the directory itself.
-    void list(const char* name, End end, std::int64_t logicalBytes, bool isFolder);
+    void list(const char* name, End end, const EntryStatus& status);
     /// Counts the entry `name` of the top directory; a folder's size is that of what goes with it.
     void count(const char* name, End end, const EntryStatus& status);
     /// Notes one more name of a file, and what it meets.

@@ -111,10 +111,9 @@ DeletionPlan::Items& PlanWalk::items(DeletionPlan& plan, End end) {
 }
 
 void PlanWalk::count(const char* name, End end, const EntryStatus& status) {
-    const bool isFolder = status.kind == EntryKind::directory;
-    list(name, end, status.size, isFolder);
+    list(name, end, status);
     folder().left = folder().left || end != End::removed;
-    if (isFolder) {
+    if (status.kind == EntryKind::directory) {
         return;
     }
     addBytes(folder().logicalBytes, status.size);
@@ -129,7 +128,7 @@ void PlanWalk::count(const char* name, End end, const EntryStatus& status) {
     }
 }
 
-void PlanWalk::list(const char* name, End end, std::int64_t logicalBytes, bool isFolder) {
+void PlanWalk::list(const char* name, End end, const EntryStatus& status) {
     DeletionPlan::Items& counted = items(record_.current().plan, end);
     DeletionPlan::Items& news = items(news_.plan, end);
     ++counted.count;
@@ -138,8 +137,8 @@ void PlanWalk::list(const char* name, End end, std::int64_t logicalBytes, bool i
         return; // No path is made for the others: there may be a million.
     }
     counted.listed.push_back({.path = name != nullptr ? pathOf(name) : paths_.reported(below()),
-                              .logicalBytes = logicalBytes,
-                              .isFolder = isFolder});
+                              .logicalBytes = status.size,
+                              .isFolder = status.kind == EntryKind::directory});
     if (shared_.teller.isWanted()) {
         news.listed.push_back(counted.listed.back());
     }
@@ -167,7 +166,7 @@ void PlanWalk::failHere(int error) {
     if (listsFailures()) {
         listFailure(paths_.reported(below()), error);
     }
-    list(nullptr, End::failing, 0, true);
+    list(nullptr, End::failing, folderOf(0));
 }
 
 bool PlanWalk::listsFailures() {

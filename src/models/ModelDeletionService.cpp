@@ -29,8 +29,10 @@ DeletionOptions wholeItem() {
 /// Adds a file to what goes.
 void addFile(const std::string& path, const EntryStatus& status, LinkedFiles& linkedFiles,
              const PlanOptions& options, DeletionPlan& plan) {
+    constexpr unsigned onlyEnd = 0;
+    constexpr bool goes = true;
     ++plan.removed.count;
-    const LinkedFiles::Count link = linkedFiles.add(status, 0, true);
+    const LinkedFiles::Count link = linkedFiles.add(status, onlyEnd, goes);
     if (link.firstOfItsEnd) {
         addBytes(plan.removed.logicalBytes, status.size);
     }

@@ -92,23 +92,23 @@ void ReviewState::close() {
 void ReviewState::listMore() {
     if (isShown() && canListMore()) {
         listedEntries_ = std::min(listedEntries_ * 10, mostEntries);
-        start(true);
+        start(Growing::hidden);
     }
 }
 
 void ReviewState::compute() {
-    start(false);
+    start(Growing::shown);
 }
 
-void ReviewState::start(bool wholeOnly) {
+void ReviewState::start(Growing growing) {
     if (!subject_) {
         return;
     }
     // What was found so far stays in sight until there is more.
     content_.complete = false;
     Q_EMIT contentChanged();
-    const auto take = [this, wholeOnly](const ReviewContent& content) {
-        if (content.complete || !wholeOnly) {
+    const auto take = [this, growing](const ReviewContent& content) {
+        if (content.complete || growing == Growing::shown) {
             show(content);
         }
     };

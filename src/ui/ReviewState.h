@@ -9,6 +9,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 
 namespace zentrill {
@@ -69,7 +70,10 @@ private:
 
     void compute();
     /// Hands what is found of the subject, if there is one, to `show`, or the whole of it alone.
-    void start(bool wholeOnly);
+    /// Whether lists that are still growing are shown.
+    enum class Growing : std::uint8_t { shown, hidden };
+
+    void start(Growing growing);
     void show(const ReviewContent& content);
 
     UninstallerViewModel& controller_;

@@ -16,9 +16,9 @@ using Fate = ReviewRow::Fate;
 using Kind = ReviewRow::Kind;
 using testing::ElementsAre;
 
-std::vector<ReviewRow> rowsOf(const Item& item, bool complete = true) {
+std::vector<ReviewRow> rowsOf(const Item& item, ReviewStage stage = ReviewStage::complete) {
     std::vector<ReviewRow> rows;
-    review_rows::append(rows, "Tool", item, complete);
+    review_rows::append(rows, "Tool", item, stage);
     return rows;
 }
 
@@ -57,8 +57,8 @@ TEST(ReviewRows, ListWhatIsKeptBeforeWhatGoes) {
                                                  "fixed|Would fail: Operation not permitted|1 byte",
                                                  "sub/a|Goes|6 bytes", "and 1 more|Goes|"));
     // While it is computed nobody knows what becomes of the whole, nor how large it is.
-    EXPECT_EQ(rowsOf(item, false).front().fate, Fate::none);
-    EXPECT_TRUE(rowsOf(item, false).front().size.isNull());
+    EXPECT_EQ(rowsOf(item, ReviewStage::underWay).front().fate, Fate::none);
+    EXPECT_TRUE(rowsOf(item, ReviewStage::underWay).front().size.isNull());
 }
 
 TEST(ReviewRows, GiveTheItemItselfOneLineAlone) {
@@ -98,7 +98,7 @@ TEST(ReviewRows, NameTheModelsThatShareABlobAndWhatLiesElsewhere) {
     plan.files.removed = items(1, 4, {{.path = "/m/manifest", .logicalBytes = 4}});
     plan.sharedBlobs = {{.path = "/m/blob", .logicalBytes = 2000, .models = {"a:b", "c:d"}}};
     plan.bytesElsewhere = 9'000'000'000;
-    EXPECT_THAT(texts(review_rows::ofModel("/m/manifest", plan, true)),
+    EXPECT_THAT(texts(review_rows::ofModel("/m/manifest", plan, ReviewStage::complete)),
                 ElementsAre("/m/manifest|Goes|4 bytes", "/m/blob|Kept: shared with a:b, c:d|2 KB",
                             "9 GB lie elsewhere, behind links in this folder. They stay, and nothing of them "
                             "comes free.||"));

@@ -58,7 +58,7 @@ void ReviewMaker::reviewTools(const std::vector<AppInfo>& tools) {
         reviewTool(tool, tools.size() > 1, earlier);
     }
     if (!shouldStop_()) {
-        show({}, 0, 0, true);
+        show({}, 0, 0, ReviewStage::complete);
     }
 }
 
@@ -89,14 +89,15 @@ void ReviewMaker::reviewTool(const AppInfo& tool, bool isOneOfSeveral, EarlierPl
         for (const GrowingItem& item : growing) {
             addBytes(going, item.found.plan.removed.logicalBytes);
             addBytes(freed, item.found.plan.freedBytes);
-            review_rows::append(rows, tool.name, {.path = item.path, .plan = item.found.plan}, false);
+            review_rows::append(rows, tool.name, {.path = item.path, .plan = item.found.plan},
+                                ReviewStage::underWay);
         }
-        show(std::move(rows), going, freed, false);
+        show(std::move(rows), going, freed, ReviewStage::underWay);
     };
     const ApplicationUninstallPlan plan = ApplicationUninstallService(engine_).plan(
         ApplicationDetectionRegistry::rule(tool.name), shield_, homePathExpander(), options);
     for (const ApplicationUninstallPlan::Item& item : plan.items) {
-        review_rows::append(rows_, tool.name, item, true);
+        review_rows::append(rows_, tool.name, item, ReviewStage::complete);
     }
     if (plan.staysInstalled) {
         rows_.push_back(review_rows::remark(
@@ -113,14 +114,14 @@ void ReviewMaker::reviewModel(const LocalModel& model) {
     options.progress = [&](const std::string& /*path*/, const DeletionPlan& news) {
         files.append({.plan = news});
         found.files = files.plan;
-        show(review_rows::ofModel(model.path, found, false), found.files.removed.logicalBytes,
-             found.files.freedBytes, false);
+        show(review_rows::ofModel(model.path, found, ReviewStage::underWay), found.files.removed.logicalBytes,
+             found.files.freedBytes, ReviewStage::underWay);
     };
     const ModelDeletionPlan plan = ModelDeletionService(std::make_shared<ShellCommandRunner>(), engine_)
                                        .plan(model.source, model.path, options);
     if (!shouldStop_()) {
-        show(review_rows::ofModel(model.path, plan, true), plan.files.removed.logicalBytes,
-             plan.files.freedBytes, true);
+        show(review_rows::ofModel(model.path, plan, ReviewStage::complete), plan.files.removed.logicalBytes,
+             plan.files.freedBytes, ReviewStage::complete);
     }
 }
 
@@ -136,13 +137,13 @@ void ReviewMaker::showKnown(std::vector<ReviewRow> rows, const QString& size) {
 }
 
 void ReviewMaker::show(std::vector<ReviewRow> more, std::int64_t goingBytes, std::int64_t freedBytes,
-                       bool complete) {
+                       ReviewStage stage) {
     addBytes(goingBytes, goingBytes_);
     addBytes(freedBytes, freedBytes_);
     ReviewContent content{.rows = rows_,
                           .going = review_rows::sizeText(goingBytes),
                           .comingFree = review_rows::sizeText(freedBytes),
-                          .complete = complete};
+                          .complete = stage == ReviewStage::complete};
     content.rows.insert(content.rows.end(), std::make_move_iterator(more.begin()),
                         std::make_move_iterator(more.end()));
     show_(std::move(content));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controller/review/ReviewRow.h"
+#include "controller/review/ReviewStage.h"
 #include "controller/review/ReviewSubject.h"
 #include "deletion/PlanRecord.h"
 #include "deletion/SafeDeletionEngine.h"
@@ -37,7 +38,8 @@ private:
     void showKnown(std::vector<ReviewRow> rows, const QString& size);
 
     /// Shows what is finished and `more`, of what is being planned.
-    void show(std::vector<ReviewRow> more, std::int64_t goingBytes, std::int64_t freedBytes, bool complete);
+    void show(std::vector<ReviewRow> more, std::int64_t goingBytes, std::int64_t freedBytes,
+              ReviewStage stage);
 
     std::shared_ptr<const SafeDeletionEngine> engine_;
     SafetyShield shield_;

@@ -71,8 +71,9 @@ void describeKept(ReviewRow& row, const DeletionPlan& plan, const std::string& p
 }
 
 /// What becomes of the item as a whole.
-void describe(ReviewRow& row, const ApplicationUninstallPlan::Item& item, bool complete) {
+void describe(ReviewRow& row, const ApplicationUninstallPlan::Item& item, ReviewStage stage) {
     const DeletionPlan& plan = item.plan;
+    const bool isComplete = stage == ReviewStage::complete;
     if (item.part == ApplicationUninstallPlan::Part::remainingData) {
         row.fate = Fate::stays;
         row.reason = QStringLiteral("Stays: not part of the removal");
@@ -80,13 +81,13 @@ void describe(ReviewRow& row, const ApplicationUninstallPlan::Item& item, bool c
         row.fate = Fate::fails;
         row.reason = QStringLiteral("Refused: ") +
                      (plan.failures.empty() ? QString() : displayName(plan.failures.front()));
-    } else if (complete && plan.itemGoes) {
+    } else if (isComplete && plan.itemGoes) {
         row.fate = Fate::goes;
         row.reason = QStringLiteral("Goes");
     } else if (plan.removed.count > 0) {
-        row.fate = complete ? Fate::partly : Fate::none;
-        row.reason = complete ? QStringLiteral("Goes in part") : QString();
-    } else if (complete) {
+        row.fate = isComplete ? Fate::partly : Fate::none;
+        row.reason = isComplete ? QStringLiteral("Goes in part") : QString();
+    } else if (isComplete) {
         describeKept(row, plan, item.path);
     }
     if (!item.sharedWith.empty()) {
@@ -154,26 +155,26 @@ ReviewRow remark(const std::string& key, const QString& text) {
 }
 
 void append(std::vector<ReviewRow>& rows, const std::string& tool, const ApplicationUninstallPlan::Item& item,
-            bool complete) {
+            ReviewStage stage) {
     ReviewRow row{.key = keyOf(tool, item.path),
                   .kind = Kind::item,
                   .fate = Fate::none,
                   .text = displayName(item.path),
-                  .size = complete ? sizeText(item.logicalBytes) : QString(),
+                  .size = stage == ReviewStage::complete ? sizeText(item.logicalBytes) : QString(),
                   .reason = {}};
-    describe(row, item, complete);
+    describe(row, item, stage);
     rows.push_back(std::move(row));
     appendEntries(rows, tool, item.path, item.plan);
 }
 
-std::vector<ReviewRow> ofModel(const std::string& path, const ModelDeletionPlan& plan, bool complete) {
+std::vector<ReviewRow> ofModel(const std::string& path, const ModelDeletionPlan& plan, ReviewStage stage) {
     std::vector<ReviewRow> rows;
     append(rows, {},
            {.path = path,
             .part = ApplicationUninstallPlan::Part::data,
             .logicalBytes = plan.files.logicalBytes(),
             .plan = plan.files},
-           complete);
+           stage);
     for (const ModelDeletionPlan::SharedBlob& blob : plan.sharedBlobs) {
         rows.push_back({.key = '\0' + blob.path,
                         .kind = Kind::entry,
