@@ -21,8 +21,8 @@ std::vector<std::string> defaultApplicationDirectories() {
     return directories;
 }
 
-std::optional<std::string> bundleIdentifier(const std::string& bundleURL) {
-    return propertyListString(paths::appending(bundleURL, "Contents/Info.plist"), "CFBundleIdentifier");
+std::optional<std::string> bundleIdentifier(const std::string& bundle) {
+    return propertyListString(paths::appending(bundle, "Contents/Info.plist"), "CFBundleIdentifier");
 }
 
 void append(std::vector<std::string>& list, const std::vector<std::string>& more) {
@@ -122,15 +122,14 @@ std::vector<std::string> SelfUninstallService::validate(const std::string& bundl
     if (std::optional<std::string> refusal = deletion_->deletionRefusal(bundleURL)) {
         messages.push_back(std::move(*refusal));
     }
-    for (const std::string& dataURL : dataURLs) {
-        validateData(dataURL, messages);
+    for (const std::string& path : dataURLs) {
+        validateData(path, messages);
     }
     return messages;
 }
 
-void SelfUninstallService::validateBundle(const std::string& bundleURL,
-                                          std::vector<std::string>& messages) const {
-    if (const std::optional<FileAttributes> attributes = fileManager_->attributes(bundleURL)) {
+void SelfUninstallService::validateBundle(const std::string& path, std::vector<std::string>& messages) const {
+    if (const std::optional<FileAttributes> attributes = fileManager_->attributes(path)) {
         if (!attributes->isDirectory) {
             messages.emplace_back("The self-uninstall target is not an app directory.");
         }
@@ -143,17 +142,16 @@ void SelfUninstallService::validateBundle(const std::string& bundleURL,
     } else {
         messages.emplace_back("The app bundle metadata could not be read.");
     }
-    if (bundleIdentifier(bundleURL) != expectedBundleIdentifier_) {
+    if (bundleIdentifier(path) != expectedBundleIdentifier_) {
         messages.push_back("The app bundle identifier does not match " + expectedBundleIdentifier_ + ".");
     }
 }
 
-void SelfUninstallService::validateData(const std::string& dataURL,
-                                        std::vector<std::string>& messages) const {
-    if (std::optional<std::string> refusal = deletion_->deletionRefusal(dataURL)) {
+void SelfUninstallService::validateData(const std::string& path, std::vector<std::string>& messages) const {
+    if (std::optional<std::string> refusal = deletion_->deletionRefusal(path)) {
         messages.push_back(std::move(*refusal));
     }
-    const std::optional<std::string> parent = nearestExistingParent(dataURL);
+    const std::optional<std::string> parent = nearestExistingParent(path);
     if (parent && !fileManager_->isWritable(*parent)) {
         messages.push_back("Cleanup parent is not writable: " + *parent);
     }

@@ -40,8 +40,8 @@ public:
 private:
     [[nodiscard]] std::vector<std::string> validate(const std::string& bundleURL,
                                                     const std::vector<std::string>& dataURLs) const;
-    void validateBundle(const std::string& bundleURL, std::vector<std::string>& messages) const;
-    void validateData(const std::string& dataURL, std::vector<std::string>& messages) const;
+    void validateBundle(const std::string& path, std::vector<std::string>& messages) const;
+    void validateData(const std::string& path, std::vector<std::string>& messages) const;
     [[nodiscard]] std::vector<std::string> existingPaths(const std::vector<std::string>& paths) const;
     [[nodiscard]] bool itemExistsWithoutFollowingSymlink(const std::string& path) const;
     [[nodiscard]] std::optional<std::string> nearestExistingParent(std::string path) const;
