@@ -1,10 +1,10 @@
 #include "deletion/ApplicationUninstallPlan.h"
 
+#include "ApplicationUninstallPlanFixture.h"
 #include "DeletionCases.h"
 #include "DeletionForm.h"
 #include "UninstallFixture.h"
 #include "catalog/ApplicationDetectionRegistry.h"
-#include "deletion/PlanRecord.h"
 #include "support/ChildProcess.h"
 #include "support/OrdinaryUser.h"
 
@@ -12,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -21,6 +20,7 @@
 namespace zentrill {
 namespace {
 
+using test::ApplicationUninstallPlans;
 using test::exists;
 using test::newEngine;
 using test::pathsOf;
@@ -29,70 +29,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Part = ApplicationUninstallPlan::Part;
-
-/// The plan, the report and the disk of one removal.
-class ApplicationUninstallPlans : public test::UninstallFixture {
-protected:
-    [[nodiscard]] ApplicationUninstallPlan plan(const char* name, SafetyShield shield,
-                                                const PlanOptions& options = {}) const {
-        return quietService().plan(rule(name), shield, expander(), options);
-    }
-
-    static std::vector<std::string> itemPaths(const ApplicationUninstallPlan& plan) {
-        std::vector<std::string> paths;
-        for (const ApplicationUninstallPlan::Item& item : plan.items) {
-            paths.push_back(item.path);
-        }
-        return paths;
-    }
-
-    static const ApplicationUninstallPlan::Item& item(const ApplicationUninstallPlan& plan,
-                                                      const std::string& path) {
-        const auto found = std::ranges::find(plan.items, path, &ApplicationUninstallPlan::Item::path);
-        if (found == plan.items.end()) {
-            throw std::out_of_range(path);
-        }
-        return *found;
-    }
-
-    /// Removes the tool, which must come out as planned.
-    void expectForetold(const ApplicationUninstallPlan& plan, const char* name,
-                        bool preserveCredentials) const {
-        const ApplicationUninstallResult result = uninstall(name, preserveCredentials);
-        std::vector<std::string> removed;
-        std::vector<std::string> preserved;
-        std::vector<std::string> failures;
-        std::vector<std::string> remaining;
-        for (const ApplicationUninstallPlan::Item& each : plan.items) {
-            for (const std::string& path : pathsOf(each.plan.removed)) {
-                EXPECT_FALSE(exists(path)) << path;
-                if (preserveCredentials) {
-                    removed.push_back(path);
-                }
-            }
-            if (!preserveCredentials && each.plan.itemGoes) {
-                removed.push_back(each.path);
-            }
-            for (const DeletionPlan::Items* kept :
-                 {&each.plan.recognizedCredentials, &each.plan.listedCredentials, &each.plan.uncertainData}) {
-                std::ranges::copy(pathsOf(*kept), std::back_inserter(preserved));
-            }
-            std::ranges::copy(each.plan.failures, std::back_inserter(failures));
-            EXPECT_EQ(exists(each.path), !each.plan.itemGoes) << each.path;
-            if (each.part != Part::installation && !each.plan.itemGoes) {
-                remaining.push_back(each.path);
-            }
-        }
-        if (plan.staysInstalled) {
-            failures.push_back(std::string(name) + " still has installed runtime evidence after cleanup.");
-        }
-        EXPECT_EQ(result.deletionReport.removed, removed) << name;
-        EXPECT_THAT(result.deletionReport.preserved, testing::UnorderedElementsAreArray(preserved)) << name;
-        EXPECT_EQ(result.deletionReport.failures, failures) << name;
-        EXPECT_THAT(result.remainingDataPaths, testing::IsSubsetOf(remaining)) << name;
-        EXPECT_EQ(result.presence == InstallationPresence::installed, plan.staysInstalled) << name;
-    }
-};
 
 TEST_F(ApplicationUninstallPlans, ComeTrueForEveryToolWithTheShieldAndWithout) {
     for (const bool preserveCredentials : {true, false}) {
@@ -271,65 +207,6 @@ TEST_F(ApplicationUninstallPlans, ForeseeWhatPermissionsForbid) {
         EXPECT_TRUE(plan.staysInstalled);
         expectForetold(plan, "VendorApp", false);
     }));
-}
-
-TEST_F(ApplicationUninstallPlans, EndWhenTheyAreToldTo) {
-    make("/Applications/VendorApp.app/Contents/Info.plist");
-    make("~/Library/Caches/com.vendor.app/file");
-    const ApplicationUninstallPlan never =
-        plan("VendorApp", SafetyShield::off, {.shouldStop = [] { return true; }});
-    EXPECT_TRUE(never.stopped);
-    EXPECT_THAT(never.items, IsEmpty());
-    // Whenever that is: between entries, in one, or while what is kept or remains is sized.
-    make("~/Library/Application Support/com.openai.chat/state");
-    make("~/.codex/.ssh/id");
-    for (int most = 1; most < 30; ++most) {
-        std::atomic<int> asked = 0;
-        const ApplicationUninstallPlan some =
-            plan("ChatGPT", SafetyShield::on, {.shouldStop = [&asked, most] { return ++asked == most; }});
-        EXPECT_EQ(some.stopped, asked >= most) << most;
-        EXPECT_LE(asked, most + 3) << "a stopped plan asks no more, but each thread may be about to";
-    }
-    std::atomic<int> asked = 0;
-    const ApplicationUninstallPlan oneEntry =
-        plan("VendorApp", SafetyShield::off, {.shouldStop = [&asked] { return ++asked == 2; }});
-    EXPECT_TRUE(oneEntry.stopped);
-    EXPECT_THAT(itemPaths(oneEntry), ElementsAre(expanded("/Applications/VendorApp.app")));
-}
-
-TEST_F(ApplicationUninstallPlans, TellEachItemWhenItIsBegunAndOnceWhatBecomesOfIt) {
-    make("~/.gemini/oauth_creds.json", "secret");
-    make("~/.gemini/tmp/data", "data");
-    make("~/Library/Application Support/io.datasette.llm/logs.db", "1234");
-    make("~/Library/Application Support/io.datasette.llm/other", "12");
-    make("~/Library/Application Support/Claude/deep/file", "12345");
-    for (const char* tool : {"Gemini", "LLM CLI", "Claude"}) {
-        for (const SafetyShield shield : {SafetyShield::on, SafetyShield::off}) {
-            std::vector<std::string> told;
-            PlanRecord sum{.plan = {}, .listedItems = 100, .listedFailures = 100};
-            PlanOptions options;
-            options.progress = [&](const std::string& item, const DeletionPlan& news) {
-                sum.append({.plan = news});
-                if (told.empty() || told.back() != item) {
-                    told.push_back(item);
-                }
-            };
-            const ApplicationUninstallPlan plan = this->plan(tool, shield, options);
-            EXPECT_EQ(told, itemPaths(plan)) << tool;
-            EXPECT_EQ(sum.plan.removed.logicalBytes, plan.removedBytes()) << tool;
-            EXPECT_EQ(sum.plan.freedBytes, plan.freedBytes()) << tool;
-        }
-    }
-}
-
-TEST_F(ApplicationUninstallPlans, ListNoMoreThanAskedFor) {
-    for (int i = 0; i < 5; ++i) {
-        make("~/.gemini/" + std::to_string(i), "x");
-    }
-    const ApplicationUninstallPlan plan = this->plan("Gemini", SafetyShield::on, {.listedItems = 2});
-    EXPECT_EQ(plan.items.at(0).plan.uncertainData.listed.size(), 2U);
-    EXPECT_EQ(plan.items.at(0).plan.uncertainData.count, 5U);
-    EXPECT_EQ(plan.items.at(0).logicalBytes, 5);
 }
 
 /// Whether a path is listed by data of an earlier entry decides what a later one may still find there; the
