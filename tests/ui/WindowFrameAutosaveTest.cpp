@@ -1,14 +1,10 @@
 #include "entry/WindowFrameAutosave.h"
 
 #include "UiFixture.h"
-#include "entry/AppDelegate.h"
+#include "WindowFrameFixture.h"
 #include "platform/PropertyList.h"
 #include "support/Processes.h"
 
-#include <QCloseEvent>
-#include <QGuiApplication>
-#include <QScreen>
-#include <QWindow>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -16,7 +12,9 @@
 namespace zentrill {
 namespace {
 
-constexpr const char* key = "NSWindow Frame MainWindow";
+using test::frameKey;
+
+using WindowFrameAutosaveTest = test::WindowFrameFixture;
 
 const QRect screen(0, 0, 1440, 900);
 constexpr QSize minimum(900, 650);
@@ -94,51 +92,22 @@ TEST(WindowFrameScreenTest, LeavesAFrameAloneWithoutAnyScreen) {
     EXPECT_EQ(broughtBack({5000, 50, 950, 700}, {}), QRect(5000, 50, 950, 700));
 }
 
-class WindowFrameAutosaveTest : public ::testing::Test {
-protected:
-    WindowFrameAutosaveTest() {
-        window_.setMinimumSize({300, 200});
-        window_.setGeometry(0, 0, 400, 300);
-    }
-
-    [[nodiscard]] QString text(const QRect& geometry) const {
-        return WindowFrameAutosave::text(geometry, window_.screen()->availableGeometry());
-    }
-
-    /// The frame in the file, without the screen's numbers.
-    [[nodiscard]] std::optional<QRect> saved() const {
-        return WindowFrameAutosave::frame(
-            QString::fromStdString(propertyListString(file_, key).value_or(std::string())));
-    }
-
-    void use(WindowFrameAutosave& autosave) const { autosave.setAutosaveName(QStringLiteral("MainWindow")); }
-
-    /// Waits until the first place of a new window is known.
-    [[nodiscard]] static bool settle(const WindowFrameAutosave& autosave) {
-        return test::waitUntil([&] { return autosave.isSettled(); });
-    }
-
-    test::TemporaryDirectory folder_;
-    std::string file_ = folder_.path("Preferences/com.user.Zentrill.plist");
-    QWindow window_;
-};
-
 TEST_F(WindowFrameAutosaveTest, RestoresASavedFrame) {
-    ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
+    ASSERT_TRUE(setPropertyListString(file_, frameKey, text({50, 60, 450, 350}).toStdString()));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
     EXPECT_EQ(window_.geometry(), QRect(50, 60, 450, 350));
 }
 
 TEST_F(WindowFrameAutosaveTest, KeepsTheWindowWhereItIsWhenTheSavedTextIsDamaged) {
-    ASSERT_TRUE(setPropertyListString(file_, key, "10 20 damaged"));
+    ASSERT_TRUE(setPropertyListString(file_, frameKey, "10 20 damaged"));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
     EXPECT_EQ(window_.geometry(), QRect(0, 0, 400, 300));
 }
 
 TEST_F(WindowFrameAutosaveTest, SavesAChangeOnceItHasComeToRest) {
-    ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
+    ASSERT_TRUE(setPropertyListString(file_, frameKey, text({50, 60, 450, 350}).toStdString()));
     ASSERT_TRUE(setPropertyListString(file_, "Other", "kept"));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
@@ -168,7 +137,7 @@ TEST_F(WindowFrameAutosaveTest, WritesNothingWhenNothingChanged) {
 }
 
 TEST_F(WindowFrameAutosaveTest, LeavesTheFileAloneWhenTheWindowIsBackWhereItWas) {
-    ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
+    ASSERT_TRUE(setPropertyListString(file_, frameKey, text({50, 60, 450, 350}).toStdString()));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
     const auto written = std::filesystem::last_write_time(file_);
@@ -181,7 +150,7 @@ TEST_F(WindowFrameAutosaveTest, LeavesTheFileAloneWhenTheWindowIsBackWhereItWas)
 }
 
 TEST_F(WindowFrameAutosaveTest, WritesNothingAnyMoreOnceTheNameIsEmpty) {
-    ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
+    ASSERT_TRUE(setPropertyListString(file_, frameKey, text({50, 60, 450, 350}).toStdString()));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
     window_.setGeometry(70, 80, 500, 320);
@@ -224,7 +193,7 @@ TEST_F(WindowFrameAutosaveTest, SaysWhenTheFileCannotBeWritten) {
 }
 
 TEST_F(WindowFrameAutosaveTest, KeepsTheFrameFromBeforeTheWindowWasMaximised) {
-    ASSERT_TRUE(setPropertyListString(file_, key, text({50, 60, 450, 350}).toStdString()));
+    ASSERT_TRUE(setPropertyListString(file_, frameKey, text({50, 60, 450, 350}).toStdString()));
     WindowFrameAutosave autosave(window_, file_);
     use(autosave);
     window_.show();
@@ -232,86 +201,6 @@ TEST_F(WindowFrameAutosaveTest, KeepsTheFrameFromBeforeTheWindowWasMaximised) {
     ASSERT_TRUE(test::waitUntil([this] { return window_.width() > 450; }));
     EXPECT_TRUE(autosave.save());
     EXPECT_EQ(saved(), QRect(50, 60, 450, 350));
-}
-
-class AppDelegateTest : public WindowFrameAutosaveTest {
-protected:
-    /// But for the frame that the platform of these tests draws around a window once it is shown.
-    static void expectIn(const QRect& room, const QRect& geometry) {
-        EXPECT_LE(geometry.width(), room.width());
-        EXPECT_LE(geometry.height(), room.height());
-        EXPECT_TRUE(room.adjusted(0, 0, 8, 24).contains(geometry));
-    }
-
-    AppDelegate delegate_{[] { return std::make_unique<QWindow>(); }, file_};
-};
-
-TEST_F(AppDelegateTest, ShowsOneWindowOfTheGivenSizeInTheMiddle) {
-    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
-    const QSize fitting = QSize(950, 700).boundedTo(WindowFrameAutosave::room(available).size());
-    EXPECT_EQ(delegate_.window(), nullptr);
-    delegate_.applicationDidFinishLaunching();
-    const QWindow* window = delegate_.window();
-    ASSERT_NE(window, nullptr);
-    EXPECT_EQ(window->title(), QStringLiteral("Zentrill - Environment Cleaner"));
-    EXPECT_EQ(window->size(), fitting);
-    EXPECT_TRUE(window->isVisible());
-    // The window's frame may be drawn around its content.
-    const QPoint off = window->geometry().center() - window->screen()->availableGeometry().center();
-    EXPECT_LE(off.manhattanLength(), 4);
-    EXPECT_TRUE(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
-}
-
-TEST_F(AppDelegateTest, RestoresTheSavedFrameInsteadOfCentring) {
-    ASSERT_TRUE(setPropertyListString(file_, key, text({20, 30, 600, 500}).toStdString()));
-    delegate_.applicationDidFinishLaunching();
-    EXPECT_EQ(delegate_.window()->geometry(), QRect(20, 30, 600, 500));
-}
-
-TEST_F(AppDelegateTest, FitsTheWindowIntoTheScreen) {
-    // The screen of these tests is lower than the window's own minimum.
-    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
-    const QRect room = WindowFrameAutosave::room(available);
-    AppDelegate delegate(
-        [&] {
-            auto window = std::make_unique<QWindow>();
-            window->setMinimumSize(available.size() + QSize(100, 100));
-            return window;
-        },
-        file_);
-    delegate.applicationDidFinishLaunching();
-    EXPECT_EQ(delegate.window()->minimumSize(), room.size());
-    expectIn(room, delegate.window()->geometry());
-    EXPECT_EQ(delegate.window()->size(), QSize(950, 700).boundedTo(room.size()));
-}
-
-TEST_F(AppDelegateTest, LeavesASavedFrameAloneThatDoesNotFitThisScreen) {
-    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
-    const QString frame = text(QRect(QPoint(60, 50), available.size() + QSize(50, 50)));
-    ASSERT_TRUE(setPropertyListString(file_, key, frame.toStdString()));
-    delegate_.applicationDidFinishLaunching();
-    expectIn(WindowFrameAutosave::room(available), delegate_.window()->geometry());
-    delegate_.window()->close();
-    EXPECT_EQ(propertyListString(file_, key), frame.toStdString());
-}
-
-TEST_F(AppDelegateTest, SavesTheFrameWhenTheWindowCloses) {
-    ASSERT_TRUE(setPropertyListString(file_, key, text({20, 30, 600, 500}).toStdString()));
-    delegate_.applicationDidFinishLaunching();
-    delegate_.window()->setGeometry(30, 40, 610, 510);
-    delegate_.window()->close();
-    EXPECT_EQ(saved(), QRect(30, 40, 610, 510));
-}
-
-TEST_F(AppDelegateTest, SavesNothingAfterItForgotTheWindow) {
-    // Without a window there is nothing to forget.
-    delegate_.forgetWindowState();
-    ASSERT_TRUE(setPropertyListString(file_, key, text({20, 30, 600, 500}).toStdString()));
-    delegate_.applicationDidFinishLaunching();
-    delegate_.window()->setGeometry(30, 40, 610, 510);
-    delegate_.forgetWindowState();
-    delegate_.window()->close();
-    EXPECT_EQ(saved(), QRect(20, 30, 600, 500));
 }
 
 } // namespace
