@@ -1,5 +1,4 @@
-#include "ControllerFixture.h"
-#include "docker/DockerDataRoot.h"
+#include "RemovalFlowsFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -8,67 +7,14 @@
 namespace zentrill {
 namespace {
 
-using test::ControllerFixture;
 using test::FakeCommandRunner;
-using test::waitUntil;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 
+using RemovalFlowsTest = test::RemovalFlowsFixture;
+
 constexpr const char* emptySummary =
     "Scan completed: 0 applications, 0 models, 0 Docker containers, and 0 Docker images.";
-
-constexpr const char* freeSpace = "Free space: [0-9.]+ [GM]B \u2192 [0-9.]+ [GM]B";
-
-class RemovalFlowsTest : public ControllerFixture {
-protected:
-    RemovalFlowsTest() {
-        answer_ = [this](const FakeCommandRunner::Call& call) {
-            // The rescan that follows: an endpoint that does not answer leaves the lists empty.
-            if (::testing::Value(call.arguments, Contains("context"))) {
-                return test::failed(1, "no context\n");
-            }
-            return result_(call);
-        };
-    }
-
-    void expectResult(const char* title, const std::string& message, ResultOutcome outcome) {
-        EXPECT_TRUE(controller_->showResultAlert());
-        EXPECT_EQ(controller_->resultAlertTitle().toStdString(), title);
-        EXPECT_EQ(controller_->resultAlertMessage().toStdString(), message);
-        EXPECT_EQ(controller_->resultAlertOutcome(), outcome);
-        EXPECT_EQ(controller_->resultAlertRetainedPathCount(), 0);
-        EXPECT_FALSE(controller_->isBusy());
-    }
-
-    /// The calls of the operation itself, without those of the rescan.
-    [[nodiscard]] std::vector<FakeCommandRunner::Call> operationCalls() const {
-        std::vector<FakeCommandRunner::Call> calls = commands_->calls();
-        std::erase_if(calls,
-                      [](const auto& call) { return ::testing::Value(call.arguments, Contains("context")); });
-        return calls;
-    }
-
-    [[nodiscard]] static DockerContainer container(const std::string& status) {
-        return {
-            .id = "c0ffee", .name = "web", .image = "nginx", .status = status, .connection = connection()};
-    }
-
-    [[nodiscard]] static DockerConnection connection() {
-        return {.arguments = {"--context", "desktop"}, .displayName = "desktop"};
-    }
-
-    [[nodiscard]] static DockerImage image(DockerImageUsage usage) {
-        return {.imageID = "sha256:0123456789abcdef" + std::string(48, '0'),
-                .tags = {"web:1"},
-                .size = "10MB",
-                .usage = usage,
-                .connection = connection()};
-    }
-
-    std::function<CommandResult(const FakeCommandRunner::Call&)> result_ = [](const auto&) {
-        return test::ok();
-    };
-};
 
 TEST_F(RemovalFlowsTest, DeletesAModelFile) {
     const std::string path = home_.makeFile(".lmstudio/models/pub/foo.gguf", std::string(1'500'000, 'x'));
@@ -94,52 +40,6 @@ TEST_F(RemovalFlowsTest, DeletesAModelFile) {
                     "detected.",
                     "Scanning LM Studio models...",
                     "Scan completed: 1 applications, 0 models, 0 Docker containers, and 0 Docker images."));
-}
-
-TEST_F(RemovalFlowsTest, MeasuresTheFreeSpaceAroundAModel) {
-    home_.makeFile(".lmstudio/models/pub/foo.gguf", std::string(1'500'000, 'x'));
-    start();
-    controller_->scanSystem();
-    ASSERT_TRUE(waitUntilIdle());
-    controller_->deleteModel(controller_->localModels().front());
-    ASSERT_TRUE(waitUntilIdle());
-    EXPECT_THAT(controller_->resultAlertFreeSpace().toStdString(), testing::MatchesRegex(freeSpace));
-    controller_->deleteModel({.name = "gone", .source = "LM Studio (GGUF)", .path = home_.path("gone")});
-    ASSERT_TRUE(waitUntilIdle());
-    EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
-}
-
-TEST_F(RemovalFlowsTest, MeasuresTheFreeSpaceOfTheEngineOfThisMachine) {
-    const DockerConnection own{.arguments = {"--context", "default"}, .displayName = "default"};
-    if (!localDockerDataRoot(own)) {
-        GTEST_SKIP() << "needs the folder of a Docker Engine";
-    }
-    locator_->set("/opt/docker");
-    start();
-    DockerImage unused = image(DockerImageUsage::unused);
-    unused.connection = own;
-    controller_->removeDockerImage(unused);
-    ASSERT_TRUE(waitUntilIdle());
-    EXPECT_THAT(controller_->resultAlertFreeSpace().toStdString(), testing::MatchesRegex(freeSpace));
-    DockerContainer created = container("Created");
-    created.connection = own;
-    controller_->stopContainer(created);
-    ASSERT_TRUE(waitUntilIdle());
-    EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
-    controller_->removeContainer(created);
-    ASSERT_TRUE(waitUntilIdle());
-    EXPECT_THAT(controller_->resultAlertFreeSpace().toStdString(), testing::MatchesRegex(freeSpace));
-}
-
-/// Nor is anything asked for it before the removal.
-TEST_F(RemovalFlowsTest, MeasuresNoFreeSpaceOfAnotherEngine) {
-    locator_->set("/opt/docker");
-    start();
-    controller_->removeContainer(container("Created"));
-    ASSERT_TRUE(waitUntilIdle());
-    ASSERT_FALSE(commands_->calls().empty());
-    EXPECT_THAT(commands_->calls().front().arguments, Contains("rm"));
-    EXPECT_EQ(controller_->resultAlertFreeSpace(), QString());
 }
 
 TEST_F(RemovalFlowsTest, ReportsAModelThatCannotBeDeleted) {
