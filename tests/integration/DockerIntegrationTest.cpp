@@ -1,25 +1,14 @@
+#include "DockerIntegrationFixture.h"
 #include "docker/DockerContainerCommands.h"
-#include "docker/DockerImageRemovalService.h"
 #include "docker/DockerScanner.h"
-#include "platform/FileDescriptor.h"
 #include "support/DockerEngine.h"
-#include "support/FixedDockerLocator.h"
-#include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
-#include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
-#include <variant>
-#include <vector>
-
-#include <sys/socket.h>
-#include <sys/un.h>
 
 namespace zentrill {
 namespace {
@@ -30,79 +19,7 @@ using testing::IsEmpty;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
-/// A real engine, seen through each `docker` tool of the machine by a user with a home folder of his own.
-class DockerIntegrationTest : public testing::TestWithParam<std::string> {
-protected:
-    test::TemporaryDirectory home;
-    std::optional<test::DockerEngine> engine;
-    Environment environment;
-
-    void SetUp() override {
-        if (const std::optional<std::string> obstacle = test::DockerEngine::obstacle()) {
-            GTEST_SKIP() << *obstacle;
-        }
-        engine.emplace();
-        environment = ShellCommandRunner::defaultEnvironment();
-        environment["HOME"] = home.path();
-        for (const char* variable : {"DOCKER_HOST", "DOCKER_CONTEXT", "DOCKER_CONFIG"}) {
-            environment.erase(variable);
-        }
-    }
-
-    [[nodiscard]] std::shared_ptr<CommandExecuting> commands() const {
-        return std::make_shared<ShellCommandRunner>(environment);
-    }
-
-    [[nodiscard]] DockerAvailability scan() const {
-        return DockerScanner(commands(), std::make_shared<test::FixedDockerLocator>(GetParam()), environment)
-            .scan();
-    }
-
-    [[nodiscard]] DockerAvailability::Available available() const {
-        DockerAvailability result = scan();
-        if (const auto* failure = std::get_if<DockerAvailability::DaemonUnavailable>(&result.state)) {
-            ADD_FAILURE() << failure->message;
-        }
-        auto* state = std::get_if<DockerAvailability::Available>(&result.state);
-        return state != nullptr ? std::move(*state) : DockerAvailability::Available{};
-    }
-
-    [[nodiscard]] CommandResult docker(const std::vector<std::string>& arguments) const {
-        return commands()->run(GetParam(), arguments, std::chrono::seconds(60));
-    }
-
-    /// Tells the tool about the engine under the name "mine"; it is not the active context yet.
-    void createContext() const {
-        const CommandResult created =
-            docker({"context", "create", "mine", "--docker", "host=" + engine->host()});
-        ASSERT_TRUE(created.succeeded()) << created.diagnostic();
-    }
-
-    [[nodiscard]] DockerImageRemovalResult remove(const DockerImage& image) const {
-        return DockerImageRemovalService(commands()).remove(image, GetParam());
-    }
-
-    static DockerImage imageNamed(const DockerAvailability::Available& inventory, const std::string& id) {
-        const auto found = std::ranges::find(inventory.images, id, &DockerImage::imageID);
-        EXPECT_NE(found, inventory.images.end()) << id;
-        return found == inventory.images.end() ? DockerImage{} : *found;
-    }
-
-    static DockerContainer containerNamed(const DockerAvailability::Available& inventory,
-                                          const std::string& name) {
-        const auto found = std::ranges::find(inventory.containers, name, &DockerContainer::name);
-        EXPECT_NE(found, inventory.containers.end()) << name;
-        return found == inventory.containers.end() ? DockerContainer{} : *found;
-    }
-
-    static std::vector<std::string> imageIDs(const DockerAvailability::Available& inventory) {
-        std::vector<std::string> ids;
-        for (const DockerImage& image : inventory.images) {
-            ids.push_back(image.imageID);
-        }
-        return ids;
-    }
-};
+using DockerIntegrationTest = test::DockerIntegrationFixture;
 
 TEST_P(DockerIntegrationTest, AnEmptyEngineHasAnEmptyInventory) {
     environment["DOCKER_HOST"] = engine->host();
@@ -146,27 +63,6 @@ TEST_P(DockerIntegrationTest, TheWholeInventoryThroughTheHostVariable) {
     EXPECT_THAT(imageNamed(inventory, twice).tags, ElementsAre("another/tool:first", "tool:second"));
     EXPECT_EQ(imageNamed(inventory, unused).size,
               engine->docker({"image", "ls", "--format", "{{.Size}}", "tool:unused"}));
-}
-
-TEST_P(DockerIntegrationTest, TheContextVariableNamesTheEndpoint) {
-    createContext();
-    engine->makeImage("tool:one");
-    environment["DOCKER_CONTEXT"] = "mine";
-    environment["DOCKER_HOST"] = "unix:///nonexistent/docker.sock";
-    const DockerAvailability::Available inventory = available();
-    EXPECT_EQ(inventory.connection,
-              (DockerConnection{.arguments = {"--context", "mine"}, .displayName = "mine"}));
-    EXPECT_EQ(inventory.images.size(), 1U);
-}
-
-TEST_P(DockerIntegrationTest, TheActiveContextNamesTheEndpoint) {
-    createContext();
-    ASSERT_TRUE(docker({"context", "use", "mine"}).succeeded());
-    engine->makeImage("tool:one");
-    const DockerAvailability::Available inventory = available();
-    EXPECT_EQ(inventory.connection,
-              (DockerConnection{.arguments = {"--context", "mine"}, .displayName = "mine"}));
-    EXPECT_EQ(inventory.images.size(), 1U);
 }
 
 TEST_P(DockerIntegrationTest, RemovesAnUnusedImageWhateverTheUserSwitchesToMeanwhile) {
@@ -235,63 +131,6 @@ TEST_P(DockerIntegrationTest, AContainerIsStoppedBeforeItIsRemoved) {
     EXPECT_FALSE(containerNamed(available(), "started").isRunning());
     ASSERT_TRUE(docker(docker_container_commands::remove(container)).succeeded());
     EXPECT_THAT(available().containers, IsEmpty());
-}
-
-TEST_P(DockerIntegrationTest, AStoppedEngineIsUnavailable) {
-    createContext();
-    environment["DOCKER_CONTEXT"] = "mine";
-    ASSERT_EQ(available().connection.displayName, "mine");
-    engine->stop();
-    const DockerAvailability result = scan();
-    const auto* state = std::get_if<DockerAvailability::DaemonUnavailable>(&result.state);
-    ASSERT_NE(state, nullptr);
-    EXPECT_THAT(
-        state->message,
-        StartsWith("Docker CLI is installed, but connection 'mine' is unavailable. Start Docker Desktop (or "
-                   "restore that connection), then choose Scan System. "));
-    EXPECT_THAT(state->message, HasSubstr("Cannot connect to the Docker daemon at " + engine->host()));
-}
-
-TEST_P(DockerIntegrationTest, AnActiveContextThatIsGoneIsUnavailable) {
-    createContext();
-    ASSERT_TRUE(docker({"context", "use", "mine"}).succeeded());
-    std::filesystem::remove_all(home.path(".docker/contexts"));
-    const DockerAvailability result = scan();
-    const auto* state = std::get_if<DockerAvailability::DaemonUnavailable>(&result.state);
-    ASSERT_NE(state, nullptr);
-    EXPECT_THAT(state->message, HasSubstr("mine"));
-}
-
-TEST_P(DockerIntegrationTest, AnUnknownContextIsUnavailable) {
-    environment["DOCKER_CONTEXT"] = "nowhere";
-    const DockerAvailability result = scan();
-    const auto* state = std::get_if<DockerAvailability::DaemonUnavailable>(&result.state);
-    ASSERT_NE(state, nullptr);
-    EXPECT_THAT(state->message,
-                StartsWith("Docker CLI is installed, but connection 'nowhere' is unavailable. "));
-    EXPECT_THAT(state->message, HasSubstr("context"));
-}
-
-TEST_P(DockerIntegrationTest, AnEngineThatNeverAnswersIsUnavailableInTime) {
-    // It takes connections and leaves them at that.
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    const std::string path = home.path("deaf.sock");
-    ASSERT_LT(path.size(), sizeof(address.sun_path));
-    path.copy(address.sun_path, path.size());
-    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
-    ASSERT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
-    ASSERT_EQ(::listen(socket.get(), 16), 0);
-    environment["DOCKER_HOST"] = "unix://" + path;
-
-    const auto start = std::chrono::steady_clock::now();
-    const DockerAvailability result = scan();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(11));
-    EXPECT_EQ(result,
-              (DockerAvailability{DockerAvailability::DaemonUnavailable{
-                  "Docker CLI is installed, but connection 'DOCKER_HOST override' is unavailable. Start "
-                  "Docker Desktop (or restore that connection), then choose Scan System. Command timed "
-                  "out."}}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Clients, DockerIntegrationTest, testing::ValuesIn(test::DockerEngine::clients()),
