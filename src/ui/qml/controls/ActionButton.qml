@@ -74,10 +74,9 @@ Pressable {
             tint: control.ink
         }
 
-        Text {
+        PlainText {
             anchors.verticalCenter: parent.verticalCenter
             text: control.text
-            textFormat: Text.PlainText
             font: control.font
             color: control.ink
         }

@@ -118,13 +118,12 @@ FocusScope {
                         color: WarmPalette.faint(WarmPalette.copper, line.down ? 0.4 : 0.25)
                     }
 
-                    Text {
+                    PlainText {
                         id: label
 
                         anchors.verticalCenter: parent.verticalCenter
                         x: 14
                         text: line.text
-                        textFormat: Text.PlainText
                         font: Typography.control
                         color: line.enabled ? WarmPalette.paper : WarmPalette.tertiary
                         opacity: line.enabled ? 1 : 0.6

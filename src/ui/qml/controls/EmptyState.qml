@@ -33,17 +33,15 @@ Column {
         height: 4
     }
 
-    Text {
+    PlainText {
         id: title
 
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
         text: state.heading
-        textFormat: Text.PlainText
         font: Typography.name
         color: WarmPalette.paper
         wrapMode: Text.Wrap
-        Accessible.ignored: true
     }
 
     ScrollingText {

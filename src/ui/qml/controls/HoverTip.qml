@@ -70,14 +70,13 @@ Item {
         Accessible.role: Accessible.ToolTip
         Accessible.name: tip.text
 
-        Text {
+        PlainText {
             id: label
 
             x: 10
             y: 6
             width: Math.min(Math.ceil(tip.widestLine) + 1, 420, tip.window.width - 2 * (tip.margin + x))
             text: tip.text
-            textFormat: Text.PlainText
             font: Typography.caption
             color: WarmPalette.paper
             wrapMode: Text.Wrap
@@ -85,7 +84,6 @@ Item {
             lineHeight: 15
             elide: Text.ElideRight
             maximumLineCount: Math.max(1, Math.floor((Math.max(tip.above, tip.below) - 2 * y) / lineHeight))
-            Accessible.ignored: true
         }
     }
 }

@@ -50,12 +50,11 @@ Row {
                 color: order.chosen ? WarmPalette.selected : order.hovered ? WarmPalette.row : "transparent"
             }
 
-            Text {
+            PlainText {
                 id: label
 
                 anchors.centerIn: parent
                 text: order.modelData
-                textFormat: Text.PlainText
                 font: Typography.rowControl
                 color: order.chosen ? WarmPalette.paper : WarmPalette.tertiary
             }

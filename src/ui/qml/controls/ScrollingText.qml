@@ -70,11 +70,10 @@ Item {
         interactive: area.scrolls
         clip: area.scrolls
 
-        Text {
+        PlainText {
             id: label
 
             width: view.width
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
         }
 

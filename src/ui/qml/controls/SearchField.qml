@@ -33,14 +33,13 @@ FocusScope {
         border.color: input.activeFocus ? WarmPalette.copper : WarmPalette.faint(WarmPalette.paper, 0.35)
     }
 
-    Text {
+    PlainText {
         anchors.left: input.left
         anchors.verticalCenter: parent.verticalCenter
         visible: input.text === "" && input.preeditText === ""
         text: qsTr("Search")
         font: Typography.body
         color: WarmPalette.tertiary
-        Accessible.ignored: true
     }
 
     TextInput {

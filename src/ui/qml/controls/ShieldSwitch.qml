@@ -41,10 +41,9 @@ T.Switch {
         }
     }
 
-    contentItem: Text {
+    contentItem: PlainText {
         leftPadding: control.indicator.width + control.spacing
         text: control.text
-        textFormat: Text.PlainText
         font: control.font
         color: WarmPalette.paper
         verticalAlignment: Text.AlignVCenter

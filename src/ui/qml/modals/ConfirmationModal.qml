@@ -41,21 +41,19 @@ ModalCard {
                 y: 2
             }
 
-            Text {
+            Label {
                 id: title
 
                 anchors.left: sign.right
                 anchors.leftMargin: 12
                 anchors.right: parent.right
                 text: modal.confirmation.title
-                textFormat: Text.PlainText
                 font: Typography.section
                 color: WarmPalette.paper
                 wrapMode: Text.Wrap
                 maximumLineCount: 3
                 elide: Text.ElideRight
                 Accessible.role: Accessible.Heading
-                Accessible.name: text
             }
         }
 
@@ -85,14 +83,11 @@ ModalCard {
                 height: 22
             }
 
-            Text {
+            Label {
                 anchors.horizontalCenter: parent.horizontalCenter
                 text: qsTr("Type this code manually to authorize the action:")
-                textFormat: Text.PlainText
                 font: Typography.body
                 color: WarmPalette.paper
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
             }
 
             Item {
@@ -100,13 +95,11 @@ ModalCard {
                 height: 8
             }
 
-            Text {
+            Label {
                 anchors.horizontalCenter: parent.horizontalCenter
                 text: modal.confirmation.confirmationCode
-                textFormat: Text.PlainText
                 font: Typography.code
                 color: WarmPalette.copper
-                Accessible.role: Accessible.StaticText
                 Accessible.name: qsTr("Confirmation code")
                 Accessible.description: text
             }
@@ -138,14 +131,11 @@ ModalCard {
                 height: 8
             }
 
-            Text {
+            Label {
                 anchors.horizontalCenter: parent.horizontalCenter
                 text: qsTr("Paste and drag-and-drop are disabled.")
-                textFormat: Text.PlainText
                 font: Typography.caption
                 color: WarmPalette.tertiary
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
             }
 
             Item {

@@ -78,24 +78,19 @@ ModalCard {
                 anchors.verticalCenter: parent.verticalCenter
                 spacing: 3
 
-                Text {
+                Label {
                     text: modal.result.outcomeLabel
-                    textFormat: Text.PlainText
                     font: Typography.caption
                     color: modal.result.outcomeColor
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
                 }
 
-                Text {
+                Label {
                     width: parent.width
                     text: modal.controller.resultAlertTitle
-                    textFormat: Text.PlainText
                     font: Typography.resultTitle
                     color: WarmPalette.paper
                     wrapMode: Text.Wrap
                     Accessible.role: Accessible.Heading
-                    Accessible.name: text
                 }
             }
         }
@@ -178,19 +173,16 @@ ModalCard {
             }
         }
 
-        Text {
+        Label {
             id: note
 
             width: parent.width
             visible: modal.result.hasRetainedPaths
             topPadding: 12
             text: qsTr("Scroll to inspect all retained paths. Dismissing does not delete them.")
-            textFormat: Text.PlainText
             font: Typography.caption
             color: WarmPalette.tertiary
             wrapMode: Text.Wrap
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
 
         Item {

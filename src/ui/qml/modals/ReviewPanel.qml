@@ -40,20 +40,16 @@ FocusScope {
         Accessible.role: Accessible.StaticText
         Accessible.name: caption + ": " + value
 
-        Text {
+        PlainText {
             text: figure.caption
-            textFormat: Text.PlainText
             font: Typography.caption
             color: WarmPalette.tertiary
-            Accessible.ignored: true
         }
 
-        Text {
+        PlainText {
             text: figure.value === "" ? "…" : figure.value
-            textFormat: Text.PlainText
             font: Typography.section
             color: figure.tint
-            Accessible.ignored: true
         }
     }
 
@@ -102,7 +98,7 @@ FocusScope {
             running: visible
         }
 
-        Text {
+        Label {
             id: note
 
             anchors.left: title.left
@@ -111,12 +107,9 @@ FocusScope {
             anchors.top: title.bottom
             anchors.topMargin: 4
             text: qsTr("What a removal would do now. Nothing is removed here.")
-            textFormat: Text.PlainText
             font: Typography.detail
             color: WarmPalette.secondary
             wrapMode: Text.Wrap
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
 
         Row {

@@ -112,18 +112,17 @@ Item {
         color: row.fateColor
     }
 
-    Text {
+    PlainText {
         anchors.right: parent.right
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
         visible: row.kind !== "remark"
         text: row.sizeText
-        textFormat: Text.PlainText
         font: Typography.caption
         color: row.kind === "item" ? WarmPalette.paper : WarmPalette.secondary
     }
 
-    Text {
+    PlainText {
         id: words
 
         x: 10
@@ -131,7 +130,6 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         visible: row.kind === "remark"
         text: visible ? row.label : ""
-        textFormat: Text.PlainText
         font: Typography.detail
         color: WarmPalette.secondary
         wrapMode: Text.Wrap

@@ -40,7 +40,7 @@ FocusScope {
             y: 24
             spacing: 9
 
-            Text {
+            Label {
                 id: title
 
                 text: qsTr("Keyboard Shortcuts")
@@ -48,7 +48,6 @@ FocusScope {
                 color: WarmPalette.paper
                 bottomPadding: 7
                 Accessible.role: Accessible.Heading
-                Accessible.name: text
             }
 
             Repeater {
@@ -64,34 +63,28 @@ FocusScope {
                     Accessible.role: Accessible.StaticText
                     Accessible.name: keys.text + ": " + modelData
 
-                    Text {
+                    PlainText {
                         id: keys
 
                         width: 170
                         text: Shortcuts.keyTexts[line.index]
-                        textFormat: Text.PlainText
                         font: Typography.control
                         color: WarmPalette.copper
-                        Accessible.ignored: true
                     }
 
-                    Text {
+                    PlainText {
                         text: line.modelData
-                        textFormat: Text.PlainText
                         font: Typography.body
                         color: WarmPalette.secondary
-                        Accessible.ignored: true
                     }
                 }
             }
 
-            Text {
+            Label {
                 topPadding: 7
                 text: qsTr("Zentrill, version %1").arg(Qt.application.version)
                 font: Typography.caption
                 color: WarmPalette.tertiary
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
             }
         }
     }

@@ -149,13 +149,12 @@ Pressable {
             }
         }
 
-        Text {
+        PlainText {
             id: status
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             text: row.statusText
-            textFormat: Text.PlainText
             font: Typography.detail
             opacity: row.dimming
             color: row.hasResidualData ? WarmPalette.copper : row.isDetected ? WarmPalette.paper : WarmPalette.tertiary

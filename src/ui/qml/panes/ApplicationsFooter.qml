@@ -19,22 +19,19 @@ Rectangle {
         anchors.top: parent.top
     }
 
-    Text {
+    Label {
         id: count
 
         anchors.right: uninstall.left
         anchors.rightMargin: 14
         anchors.verticalCenter: parent.verticalCenter
         text: footer.viewState.selectionCount
-        textFormat: Text.PlainText
         font: Typography.caption
         color: review.hovered ? WarmPalette.paper : WarmPalette.secondary
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 
     // Beneath the number, which stays where it is.
-    Text {
+    Label {
         id: size
 
         anchors.right: count.right
@@ -42,11 +39,8 @@ Rectangle {
         anchors.topMargin: 3
         visible: text !== ""
         text: footer.viewState.selectionSize.text
-        textFormat: Text.PlainText
         font: Typography.caption
         color: WarmPalette.tertiary
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 
     // Around the number: pressed, it leads to the review of what is selected.

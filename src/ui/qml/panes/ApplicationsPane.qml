@@ -8,7 +8,7 @@ Item {
     // What takes the focus where nothing else can.
     readonly property Item entrance: rows
 
-    Text {
+    Label {
         id: nothing
 
         anchors.left: parent.left
@@ -23,8 +23,6 @@ Item {
         font: Typography.body
         color: WarmPalette.secondary
         elide: Text.ElideRight
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 
     PathEntries {

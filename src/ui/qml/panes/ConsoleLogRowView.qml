@@ -42,12 +42,11 @@ Item {
     ListView.onPooled: visible = false
     ListView.onReused: visible = true
 
-    Text {
+    PlainText {
         y: line.y
         text: row.mark
         font: Typography.console
         color: WarmPalette.copper
-        Accessible.ignored: true
     }
 
     TextEdit {

@@ -53,7 +53,7 @@ Item {
         Accessible.name: qsTr("Activity log")
     }
 
-    Text {
+    Label {
         anchors.left: parent.left
         anchors.top: parent.top
         anchors.leftMargin: 20
@@ -62,8 +62,6 @@ Item {
         text: qsTr("Awaiting activity...")
         font: Typography.consoleEmpty
         color: WarmPalette.tertiary
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 
     Item {
@@ -84,18 +82,15 @@ Item {
             anchors.top: parent.top
         }
 
-        Text {
+        Label {
             anchors.left: parent.left
             anchors.leftMargin: 20
             anchors.verticalCenter: buttons.verticalCenter
             width: (bar.stacked ? buttons.x : searchLine.x) - x - 10
             elide: Text.ElideRight
             text: pane.search.needle === "" ? pane.viewState.logCountText : pane.search.countText
-            textFormat: Text.PlainText
             font: Typography.caption
             color: WarmPalette.tertiary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
 
         Row {

@@ -20,16 +20,14 @@ RecordRow {
     secondLine: Row {
         spacing: 12
 
-        Text {
+        PlainText {
             text: row.shortId
-            textFormat: Text.PlainText
             font: Typography.caption
             color: WarmPalette.tertiary
         }
 
-        Text {
+        PlainText {
             text: row.size
-            textFormat: Text.PlainText
             font: Typography.caption
             color: WarmPalette.secondary
         }

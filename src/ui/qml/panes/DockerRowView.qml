@@ -31,30 +31,25 @@ Loader {
     Component {
         id: heading
 
-        Text {
+        Label {
             topPadding: line.index === 0 ? 0 : 16
             bottomPadding: 4
             text: line.name
-            textFormat: Text.PlainText
             font: Typography.section
             color: WarmPalette.paper
             Accessible.role: Accessible.Heading
-            Accessible.name: text
         }
     }
 
     Component {
         id: notice
 
-        Text {
+        Label {
             bottomPadding: 4
             text: line.name
-            textFormat: Text.PlainText
             font: Typography.detail
             color: WarmPalette.secondary
             wrapMode: Text.Wrap
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
     }
 
@@ -75,14 +70,13 @@ Loader {
                 tint: WarmPalette.copper
             }
 
-            Text {
+            PlainText {
                 id: label
 
                 anchors.left: sign.right
                 anchors.leftMargin: 8
                 anchors.right: parent.right
                 text: line.name
-                textFormat: Text.PlainText
                 font: Typography.detail
                 color: WarmPalette.copper
                 wrapMode: Text.Wrap
@@ -100,10 +94,9 @@ Loader {
             Accessible.role: Accessible.StaticText
             Accessible.name: line.name
 
-            Text {
+            PlainText {
                 anchors.centerIn: parent
                 text: line.name
-                textFormat: Text.PlainText
                 font: Typography.name
                 color: WarmPalette.secondary
             }

@@ -12,7 +12,7 @@ Item {
         anchors.fill: parent
     }
 
-    Text {
+    Label {
         id: title
 
         anchors.left: parent.left
@@ -25,7 +25,6 @@ Item {
         font: Typography.title
         color: WarmPalette.paper
         Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
 
     ActionButton {
@@ -87,7 +86,7 @@ Item {
             Accessible.name: text
         }
 
-        Text {
+        Label {
             id: progress
 
             readonly property ProgressState state: header.viewState.progress
@@ -96,10 +95,8 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             visible: text !== ""
             text: state.text
-            textFormat: Text.PlainText
             font: Typography.body
             color: WarmPalette.tertiary
-            Accessible.role: Accessible.StaticText
             Accessible.name: state.spokenText
             Accessible.description: state.path
 

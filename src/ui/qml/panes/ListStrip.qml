@@ -34,7 +34,7 @@ Item {
         anchors.top: parent.top
     }
 
-    Text {
+    Label {
         id: summary
 
         anchors.left: parent.left
@@ -42,14 +42,11 @@ Item {
         anchors.verticalCenter: orders.verticalCenter
         width: Math.min(implicitWidth, (bar.stacked ? orders.x : searchLine.x) - x - 6)
         text: bar.strip.summary
-        textFormat: Text.PlainText
         elide: Text.ElideRight
         font: Typography.caption
         color: WarmPalette.secondary
         // What it can say more is a reason to come here with the keyboard.
         activeFocusOnTab: bar.strip.detail !== "" || activeFocus
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
         Accessible.description: bar.strip.detail
 
         HoverHandler {

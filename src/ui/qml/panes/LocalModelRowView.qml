@@ -85,10 +85,9 @@ RecordRow {
                 tint: WarmPalette.tertiary
             }
 
-            Text {
+            PlainText {
                 anchors.verticalCenter: parent.verticalCenter
                 text: row.sizeText
-                textFormat: Text.PlainText
                 font: Typography.detail
                 color: WarmPalette.secondary
             }

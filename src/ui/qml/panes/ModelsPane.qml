@@ -63,14 +63,12 @@ Item {
         }
     }
 
-    Text {
+    Label {
         anchors.centerIn: rows
         visible: pane.viewState.modelStrip.findsNothing
         text: qsTr("No model of that name.")
         font: Typography.name
         color: WarmPalette.secondary
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 
     EmptyState {

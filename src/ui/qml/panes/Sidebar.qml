@@ -24,12 +24,11 @@ Rectangle {
         anchors.topMargin: 26
         spacing: 4
 
-        Text {
+        Label {
             text: "Zentrill"
             font: Typography.brand
             color: WarmPalette.paper
             Accessible.role: Accessible.Heading
-            Accessible.name: text
 
             HoverHandler {
                 id: brandHover
@@ -41,12 +40,10 @@ Rectangle {
             }
         }
 
-        Text {
+        Label {
             text: "SYSTEM UTILITY"
             font: Typography.overline
             color: WarmPalette.secondary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
     }
 
@@ -156,12 +153,11 @@ Rectangle {
             tint: WarmPalette.danger
         }
 
-        Text {
+        PlainText {
             anchors.left: bin.right
             anchors.leftMargin: 11
             anchors.verticalCenter: parent.verticalCenter
             text: selfUninstall.text
-            textFormat: Text.PlainText
             font: Typography.control
             color: WarmPalette.danger
         }

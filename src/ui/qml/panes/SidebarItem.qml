@@ -44,14 +44,13 @@ Pressable {
         tint: item.isSelected ? WarmPalette.copper : WarmPalette.tertiary
     }
 
-    Text {
+    PlainText {
         anchors.left: glyph.right
         anchors.leftMargin: 11
         anchors.right: parent.right
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         text: item.title
-        textFormat: Text.PlainText
         font: Typography.control
         elide: Text.ElideRight
         color: item.isSelected ? WarmPalette.paper : WarmPalette.secondary
