@@ -10,11 +10,11 @@ Column {
     property string detail
     property color tint: WarmPalette.tertiary
 
-    width: Math.min(parent.width - 80, 520)
     // A tool's answer of several lines is read from the left, and may be longer than the pane is high.
     readonly property bool severalLines: detail.includes("\n")
 
-    spacing: 8
+    width: Math.min(parent.width - 80, 520)
+    spacing: 20
     Accessible.role: Accessible.StaticText
     Accessible.name: heading
     Accessible.description: detail
@@ -28,35 +28,35 @@ Column {
         tint: state.tint
     }
 
-    Item {
-        width: 1
-        height: 4
-    }
-
-    PlainText {
-        id: title
-
+    Column {
         width: parent.width
-        horizontalAlignment: Text.AlignHCenter
-        text: state.heading
-        font: Typography.name
-        color: WarmPalette.paper
-        wrapMode: Text.Wrap
-    }
+        spacing: 8
 
-    ScrollingText {
-        id: words
+        PlainText {
+            id: title
 
-        anchors.horizontalCenter: parent.horizontalCenter
-        width: Math.min(parent.width, implicitWidth)
-        height: Math.min(implicitHeight, state.parent.height - sign.height - title.height - 76)
-        visible: text !== ""
-        horizontalAlignment: state.severalLines ? Text.AlignLeft : Text.AlignHCenter
-        text: state.detail
-        font: Typography.detail
-        color: WarmPalette.secondary
-        lineHeight: 1.25
-        // Said with the heading.
-        Accessible.ignored: !words.scrolls
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: state.heading
+            font: Typography.name
+            color: WarmPalette.paper
+            wrapMode: Text.Wrap
+        }
+
+        ScrollingText {
+            id: words
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(parent.width, implicitWidth)
+            height: Math.min(implicitHeight, state.parent.height - sign.height - title.height - 76)
+            visible: text !== ""
+            horizontalAlignment: state.severalLines ? Text.AlignLeft : Text.AlignHCenter
+            text: state.detail
+            font: Typography.detail
+            color: WarmPalette.secondary
+            lineHeight: 1.25
+            // Said with the heading.
+            Accessible.ignored: !words.scrolls
+        }
     }
 }

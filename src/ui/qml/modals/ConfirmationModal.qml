@@ -24,7 +24,7 @@ ModalCard {
         x: 26
         y: 24
         width: parent.width - 52
-        spacing: 0
+        spacing: 12
 
         Item {
             id: heading
@@ -57,16 +57,11 @@ ModalCard {
             }
         }
 
-        Item {
-            width: 1
-            height: 12
-        }
-
         ScrollingText {
             id: message
 
             width: parent.width
-            height: Math.min(implicitHeight, Math.max(40, modal.room - 48 - heading.height - 12 - authorization.height))
+            height: Math.min(implicitHeight, Math.max(40, modal.room - 48 - heading.height - authorization.height - 2 * body.spacing))
             text: modal.confirmation.message
             font: Typography.body
             color: WarmPalette.secondary
@@ -77,74 +72,62 @@ ModalCard {
             id: authorization
 
             width: parent.width
+            topPadding: 10
+            spacing: 12
 
-            Item {
-                width: 1
-                height: 22
-            }
+            Column {
+                width: parent.width
+                spacing: 8
 
-            Label {
-                anchors.horizontalCenter: parent.horizontalCenter
-                text: qsTr("Type this code manually to authorize the action:")
-                font: Typography.body
-                color: WarmPalette.paper
-            }
+                Label {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: qsTr("Type this code manually to authorize the action:")
+                    font: Typography.body
+                    color: WarmPalette.paper
+                }
 
-            Item {
-                width: 1
-                height: 8
-            }
-
-            Label {
-                anchors.horizontalCenter: parent.horizontalCenter
-                text: modal.confirmation.confirmationCode
-                font: Typography.code
-                color: WarmPalette.copper
-                Accessible.name: qsTr("Confirmation code")
-                Accessible.description: text
-            }
-
-            Item {
-                width: 1
-                height: 12
-            }
-
-            ManualConfirmationCodeField {
-                id: field
-
-                anchors.horizontalCenter: parent.horizontalCenter
-                focus: true
-                onChange: modal.confirmation.confirmationInput = text
-                onAccepted: modal.confirmation.confirm()
-
-                Connections {
-                    target: modal.confirmation
-
-                    function onConfirmationInputChanged() {
-                        field.show(modal.confirmation.confirmationInput);
-                    }
+                Label {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: modal.confirmation.confirmationCode
+                    font: Typography.code
+                    color: WarmPalette.copper
+                    Accessible.name: qsTr("Confirmation code")
+                    Accessible.description: text
                 }
             }
 
-            Item {
-                width: 1
-                height: 8
-            }
+            Column {
+                width: parent.width
+                spacing: 8
 
-            Label {
-                anchors.horizontalCenter: parent.horizontalCenter
-                text: qsTr("Paste and drag-and-drop are disabled.")
-                font: Typography.caption
-                color: WarmPalette.tertiary
-            }
+                ManualConfirmationCodeField {
+                    id: field
 
-            Item {
-                width: 1
-                height: 24
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    focus: true
+                    onChange: modal.confirmation.confirmationInput = text
+                    onAccepted: modal.confirmation.confirm()
+
+                    Connections {
+                        target: modal.confirmation
+
+                        function onConfirmationInputChanged() {
+                            field.show(modal.confirmation.confirmationInput);
+                        }
+                    }
+                }
+
+                Label {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: qsTr("Paste and drag-and-drop are disabled.")
+                    font: Typography.caption
+                    color: WarmPalette.tertiary
+                }
             }
 
             Row {
                 anchors.right: parent.right
+                topPadding: 12
                 spacing: 10
 
                 ActionButton {

@@ -17,7 +17,7 @@ ModalCard {
     // What of it is left for the two lists. The errors come first, up to a height of 290, but leave a few lines to
     // a message that needs them.
     readonly property real roomForLines: room - 48 - heading.height - 16 - (errors.count > 0 ? 28 : 0)
-                                         - (note.visible ? note.height : 0) - 22 - ok.height
+                                         - (note.visible ? 12 + note.height : 0) - 22 - ok.height
     readonly property real errorsHeight: errors.count === 0 ? 0 : Math.min(errors.contentHeight, 290, Math.max(60, roomForLines - Math.min(messages.contentHeight, 96)))
     readonly property real messagesHeight: Math.min(messages.contentHeight, Math.max(40, roomForLines - errorsHeight))
 
@@ -50,144 +50,137 @@ ModalCard {
         x: 26
         y: 24
         width: parent.width - 52
-        spacing: 0
+        spacing: 22
 
-        Item {
-            id: heading
-
+        Column {
             width: parent.width
-            height: Math.max(sign.height, words.implicitHeight)
+            spacing: 16
 
-            Icon {
-                id: sign
+            Item {
+                id: heading
 
-                anchors.verticalCenter: parent.verticalCenter
-                name: modal.result.outcomeIcon
-                size: 28
-                tint: modal.result.outcomeColor
-                Accessible.role: Accessible.Graphic
-                Accessible.name: modal.result.outcomeLabel
+                width: parent.width
+                height: Math.max(sign.height, words.implicitHeight)
+
+                Icon {
+                    id: sign
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    name: modal.result.outcomeIcon
+                    size: 28
+                    tint: modal.result.outcomeColor
+                    Accessible.role: Accessible.Graphic
+                    Accessible.name: modal.result.outcomeLabel
+                }
+
+                Column {
+                    id: words
+
+                    anchors.left: sign.right
+                    anchors.leftMargin: 14
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    spacing: 3
+
+                    Label {
+                        text: modal.result.outcomeLabel
+                        font: Typography.caption
+                        color: modal.result.outcomeColor
+                    }
+
+                    Label {
+                        width: parent.width
+                        text: modal.controller.resultAlertTitle
+                        font: Typography.resultTitle
+                        color: WarmPalette.paper
+                        wrapMode: Text.Wrap
+                        Accessible.role: Accessible.Heading
+                    }
+                }
             }
 
             Column {
-                id: words
-
-                anchors.left: sign.right
-                anchors.leftMargin: 14
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: 3
-
-                Label {
-                    text: modal.result.outcomeLabel
-                    font: Typography.caption
-                    color: modal.result.outcomeColor
-                }
-
-                Label {
-                    width: parent.width
-                    text: modal.controller.resultAlertTitle
-                    font: Typography.resultTitle
-                    color: WarmPalette.paper
-                    wrapMode: Text.Wrap
-                    Accessible.role: Accessible.Heading
-                }
-            }
-        }
-
-        Item {
-            width: 1
-            height: 16
-        }
-
-        // The list cuts off what lies outside of it, such as the mark of its focus.
-        Item {
-            id: messageArea
-
-            width: parent.width
-            height: messages.height
-
-            LineListView {
-                id: messages
-
-                // For assistive tools.
-                function showMenu() {
-                    openCurrentMenu();
-                }
-
-                // The scroll bar stands beside the text.
-                width: parent.width + 16
-                height: modal.messagesHeight
-                leftMargin: 0
-                rightMargin: 16
-                topMargin: 0
-                bottomMargin: 0
-                following: false
-                cacheBuffer: 2000
-                lineFont: Typography.detail
-                lineHeight: 1.3
-                model: modal.result.messageLines
-                selection: modal.result.messageSelection
-                markArea: messageArea
-                markMargin: -7
-                menuArea: modal.area
-                menuOf: row => pathEntries.of(modal.result.retainedPath(row))
-                Accessible.name: qsTr("Message")
-            }
-        }
-
-        Item {
-            width: 1
-            height: 12
-            visible: errors.count > 0
-        }
-
-        Rectangle {
-            id: plate
-
-            visible: errors.count > 0
-            width: parent.width
-            height: errors.height + 16
-            radius: 8
-            color: WarmPalette.canvas
-
-            LineListView {
-                id: errors
-
-                markArea: plate
-                y: 8
                 width: parent.width
-                height: modal.errorsHeight
-                leftMargin: 12
-                rightMargin: 16
-                topMargin: 0
-                bottomMargin: 0
-                following: false
-                cacheBuffer: 600
-                lineFont: Typography.detail
-                lineHeight: 1.3
-                lineColor: WarmPalette.danger
-                model: modal.result.errorLines
-                selection: modal.result.errorSelection
-                Accessible.name: qsTr("Errors")
+                spacing: 12
+
+                // The list cuts off what lies outside of it, such as the mark of its focus.
+                Item {
+                    id: messageArea
+
+                    width: parent.width
+                    height: messages.height
+
+                    LineListView {
+                        id: messages
+
+                        // For assistive tools.
+                        function showMenu() {
+                            openCurrentMenu();
+                        }
+
+                        // The scroll bar stands beside the text.
+                        width: parent.width + 16
+                        height: modal.messagesHeight
+                        leftMargin: 0
+                        rightMargin: 16
+                        topMargin: 0
+                        bottomMargin: 0
+                        following: false
+                        cacheBuffer: 2000
+                        lineFont: Typography.detail
+                        lineHeight: 1.3
+                        model: modal.result.messageLines
+                        selection: modal.result.messageSelection
+                        markArea: messageArea
+                        markMargin: -7
+                        menuArea: modal.area
+                        menuOf: row => pathEntries.of(modal.result.retainedPath(row))
+                        Accessible.name: qsTr("Message")
+                    }
+                }
+
+                Rectangle {
+                    id: plate
+
+                    visible: errors.count > 0
+                    width: parent.width
+                    height: errors.height + 16
+                    radius: 8
+                    color: WarmPalette.canvas
+
+                    LineListView {
+                        id: errors
+
+                        markArea: plate
+                        y: 8
+                        width: parent.width
+                        height: modal.errorsHeight
+                        leftMargin: 12
+                        rightMargin: 16
+                        topMargin: 0
+                        bottomMargin: 0
+                        following: false
+                        cacheBuffer: 600
+                        lineFont: Typography.detail
+                        lineHeight: 1.3
+                        lineColor: WarmPalette.danger
+                        model: modal.result.errorLines
+                        selection: modal.result.errorSelection
+                        Accessible.name: qsTr("Errors")
+                    }
+                }
+
+                Label {
+                    id: note
+
+                    width: parent.width
+                    visible: modal.result.hasRetainedPaths
+                    text: qsTr("Scroll to inspect all retained paths. Dismissing does not delete them.")
+                    font: Typography.caption
+                    color: WarmPalette.tertiary
+                    wrapMode: Text.Wrap
+                }
             }
-        }
-
-        Label {
-            id: note
-
-            width: parent.width
-            visible: modal.result.hasRetainedPaths
-            topPadding: 12
-            text: qsTr("Scroll to inspect all retained paths. Dismissing does not delete them.")
-            font: Typography.caption
-            color: WarmPalette.tertiary
-            wrapMode: Text.Wrap
-        }
-
-        Item {
-            width: 1
-            height: 22
         }
 
         Item {
