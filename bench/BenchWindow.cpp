@@ -94,7 +94,7 @@ bool passesOnDisplay(const std::string& display, const std::function<bool(const 
 }
 
 BenchWindow::BenchWindow(std::unique_ptr<UninstallerViewModel> controller, const char* tab)
-    : view_(std::move(controller)) {
+    : view_([&] { return std::move(controller); }) {
     view_.state().setSelectedTab(QString::fromLatin1(tab));
     view_.resize(950, 700);
     QObject::connect(&view_, &QQuickWindow::frameSwapped, &view_, [this] { ++frames_; });

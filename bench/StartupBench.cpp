@@ -160,7 +160,7 @@ int main() {
             theirsSeconds.push_back(secondsToFirstFrame(screen, bare, home));
         }
         passed = Comparison{"startup_first_frame", "bare Qt Quick window", median(oursSeconds),
-                            median(theirsSeconds), 1.5}
+                            median(theirsSeconds), 1.4}
                      .report();
         waitFor(screen, false);
         const Running running(ours, screen.display(), home);

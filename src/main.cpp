@@ -106,11 +106,13 @@ int main(int argc, char* argv[]) {
             ApplicationHooks hooks = ApplicationHooks::ofThisProgram();
             hooks.additionalOwnedData = menuItems();
             hooks.forgetWindowState = [&] { forgetful->forgetWindowState(); };
-            auto view = std::make_unique<ContentView>(std::make_unique<UninstallerViewModel>(
-                commandRunner, std::make_shared<SafeDeletionEngine>(),
-                std::make_shared<DockerExecutableLocator>(FileSystem::shared(), homeDirectory(),
-                                                          additionalDockerCandidates()),
-                true, hooks));
+            auto view = std::make_unique<ContentView>([&] {
+                return std::make_unique<UninstallerViewModel>(
+                    commandRunner, std::make_shared<SafeDeletionEngine>(),
+                    std::make_shared<DockerExecutableLocator>(FileSystem::shared(), homeDirectory(),
+                                                              additionalDockerCandidates()),
+                    true, hooks);
+            });
             controller = &view->controller();
             QObject::connect(view.get(), &ContentView::failed, &endWithoutViews);
             return view;

@@ -5,13 +5,13 @@
 #include "ui/InputGuard.h"
 #include "ui/KeyboardUse.h"
 #include "ui/Shortcuts.h"
+#include "ui/Typography.h"
 #include "ui/WarmPalette.h"
 #include "ui/items/ButtonAccessible.h"
 #include "ui/items/ItemAccessible.h"
 #include "ui/items/TextFieldAccessible.h"
 
 #include <QFontMetricsF>
-#include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QtQml/qqmlextensionplugin.h>
@@ -27,6 +27,14 @@ namespace {
 /// The smallest content at which nothing has to give way.
 constexpr QSize minimumContentSize{900, 650};
 
+/// Opens the fonts of the first frame, which its texts would otherwise wait for.
+void openFirstFonts() {
+    const Typography type;
+    for (const QFont& font : {type.brand(), type.overline(), type.title(), type.control(), type.body()}) {
+        static_cast<void>(QFontMetricsF(font).horizontalAdvance(QLatin1Char('Z')));
+    }
+}
+
 /// Lets the views speak for themselves to assistive tools. Whose account was installed last is asked first,
 /// and Qt Quick installs its own when it is first imported.
 void installAccessibles(QQmlEngine& engine) {
@@ -38,17 +46,17 @@ void installAccessibles(QQmlEngine& engine) {
 
 } // namespace
 
-ContentView::ContentView(std::unique_ptr<UninstallerViewModel> controller)
-    : controller_(std::move(controller)), state_(std::make_unique<ContentViewState>(*controller_)) {
+ContentView::ContentView(const ControllerFactory& makeController) {
     setResizeMode(QQuickView::SizeRootObjectToView);
     setMinimumSize(minimumContentSize);
     setColor(WarmPalette().canvas);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     const QUrl source(QStringLiteral("qrc:/qt/qml/Zentrill/ContentView.qml"));
-    // The engine's own thread loads the types of the views while this one has the list of fonts read, which
-    // the first text would otherwise wait for.
+    // The engine's own thread loads the types of the views while this one does what needs none of them.
     const QQmlComponent early(engine(), source, QQmlComponent::Asynchronous);
-    static_cast<void>(QFontMetricsF(QGuiApplication::font()).height());
+    controller_ = makeController();
+    state_ = std::make_unique<ContentViewState>(*controller_);
+    openFirstFonts();
     installAccessibles(*engine());
     connect(this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown,
             Qt::QueuedConnection);

@@ -4,6 +4,7 @@
 
 #include <QQuickView>
 
+#include <functional>
 #include <memory>
 
 namespace zentrill {
@@ -17,7 +18,10 @@ class ContentView : public QQuickView {
     Q_OBJECT
 
 public:
-    explicit ContentView(std::unique_ptr<UninstallerViewModel> controller);
+    using ControllerFactory = std::function<std::unique_ptr<UninstallerViewModel>()>;
+
+    /// Calls `makeController` once, while the views are being loaded beside it.
+    explicit ContentView(const ControllerFactory& makeController);
     ~ContentView() override;
 
     ContentView(const ContentView&) = delete;

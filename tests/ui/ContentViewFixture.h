@@ -50,7 +50,7 @@ protected:
         home_.makeFile(".lmstudio/models/pub/foo.gguf", "123");
         scanned_ = scan();
         UninstallerViewModel* const controller = controller_.get();
-        view_ = std::make_unique<ContentView>(std::move(controller_));
+        view_ = std::make_unique<ContentView>([&] { return std::move(controller_); });
         model_ = controller;
         view_->resize(950, 700);
         view_->show();

@@ -21,7 +21,7 @@ protected:
             return false;
         }
         UninstallerViewModel* const controller = controller_.get();
-        view_ = std::make_unique<ContentView>(std::move(controller_));
+        view_ = std::make_unique<ContentView>([&] { return std::move(controller_); });
         model_ = controller;
         view_->resize(size);
         view_->state().setSelectedTab(QString::fromLatin1(tab));
