@@ -19,7 +19,7 @@ namespace zentrill {
 
 namespace {
 
-/// No descriptor where the system has none of this kind.
+/// An empty descriptor where the system has no process descriptors.
 FileDescriptor processDescriptor([[maybe_unused]] pid_t pid) noexcept {
 #if defined(__linux__) && defined(SYS_pidfd_open)
     return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));

@@ -14,13 +14,13 @@ using Clock = OutputPump::Clock;
 constexpr auto gracePeriod = 150ms;
 constexpr auto waitAfterGroupKill = 1s;
 constexpr auto waitAfterSingleSignal = 500ms;
-/// A killed child goes at once, unless the kernel holds it.
+/// A killed child ends at once, unless it is stuck in a system call.
 constexpr auto waitAtOnce = 250ms;
 
 } // namespace
 
 void endGroup(ChildProcess& child, OutputPump& pump) {
-    // Stopped first, so that it can start nothing more while its group is being ended.
+    // Stopped first, so that it cannot start more processes while its group is being ended.
     child.signal(SIGSTOP);
     child.signalGroup(SIGTERM);
     pump.pause(gracePeriod);

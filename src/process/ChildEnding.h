@@ -8,11 +8,10 @@
 /// asked politely is stuck in a full pipe.
 namespace zentrill::child_ending {
 
-/// Ends the child and its group: SIGTERM to the group, SIGKILL a little later, at most a second for the child
-/// to go.
+/// Ends the child and its group: SIGTERM, SIGKILL a little later, then up to a second for the child to end.
 void endGroup(ChildProcess& child, OutputPump& pump);
 
-/// Ends a child that has no group of its own: SIGTERM and, if half a second does not do, SIGKILL.
+/// Ends a child that has no group of its own: SIGTERM, and SIGKILL if it still runs half a second later.
 void endAlone(ChildProcess& child, OutputPump& pump);
 
 /// Kills the child and its group without a grace period.

@@ -15,7 +15,7 @@ namespace {
 
 bool leadsItsOwnGroup(pid_t pid) noexcept {
     const pid_t group = ::getpgid(pid);
-    // Some systems no longer tell the group of a child that has already ended; it was started as a leader.
+    // Some systems do not tell the group of a child that has ended; it was started as the leader of one.
     const bool leads = group == pid || (group < 0 && errno == ESRCH);
     return leads && pid != ::getpgrp();
 }
@@ -65,8 +65,8 @@ std::int32_t ChildProcess::reap() {
     return -1;
 }
 
-/// A process that ignores SIGCHLD has its children reaped by the system, after which the number is free. No
-/// other error says that.
+/// Where this process ignores SIGCHLD, the system reaps the child itself, and its ID may be in use again. No
+/// other error says so.
 bool ChildProcess::isStillOurs() noexcept {
     siginfo_t status{};
     if (held_ && ::waitid(P_PID, static_cast<id_t>(pid_), &status, WEXITED | WNOHANG | WNOWAIT) != 0 &&

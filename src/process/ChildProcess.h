@@ -6,13 +6,13 @@
 
 namespace zentrill {
 
-/// A child of this process from its start until it is reaped. Its end is noticed without reaping it, and as
-/// long as it is not reaped its number belongs to nobody else: no signal sent here can reach a stranger.
+/// A child of this process from its start until it is reaped. Its process ID stays reserved until then, so
+/// that no signal sent here can reach another process.
 ///
 /// Destroying it before `reap` kills the child and its group.
 class ChildProcess {
 public:
-    /// Takes over the child `pid`, which nobody else will wait for.
+    /// Takes over the child `pid`, for which nobody else may wait.
     explicit ChildProcess(pid_t pid) noexcept;
     ~ChildProcess();
 
@@ -31,9 +31,9 @@ public:
     /// Does nothing unless the child owns its group.
     void signalGroup(int number) noexcept;
 
-    /// Gives the child's number back to the system and returns the exit status, or the number of the signal
-    /// that ended it. -1 if the child still runs, in which case it is killed and left to be reaped later,
-    /// or if the system has thrown its status away. No signal is sent afterwards.
+    /// Reaps the child, which frees its process ID, and returns its exit status or the number of the signal
+    /// that ended it. -1 if the child still runs, in which case it is killed and reaped later, or if the
+    /// system has discarded its status. No signal is sent afterwards.
     std::int32_t reap();
 
 private:

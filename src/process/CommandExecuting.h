@@ -18,9 +18,9 @@ public:
 
     virtual ~CommandExecuting() = default;
 
-    /// Runs the program at the absolute path `executable` with `arguments` (its own name not among them)
-    /// and blocks until the result is there; never call it on the main thread. Never throws: a failed
-    /// launch and a time-out are told in the result. May be called on several threads at once.
+    /// Runs the program at the absolute path `executable` with `arguments`, which leave out its own name,
+    /// and blocks until there is a result; never call it on the main thread. Never throws: the result tells
+    /// of a failed launch and of a time-out. May be called on several threads at once.
     virtual CommandResult run(const std::string& executable, const std::vector<std::string>& arguments,
                               Timeout timeout = defaultTimeout) = 0;
 

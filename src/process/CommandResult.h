@@ -21,9 +21,9 @@ struct CommandResult {
     /// The system's description of a failed launch; absent when the launch succeeded.
     std::optional<std::string> launchError;
 
-    /// Whether `stdout` is everything that the command wrote there: false where that was not valid UTF-8 or
-    /// was more than the runner keeps. Who concludes something from what is *not* in a text asks this first.
-    /// Not a part of what two results are compared by.
+    /// Whether `stdout` is everything that the command wrote there: false if that was not valid UTF-8, or more
+    /// than the runner keeps. Check it before you conclude anything from what is *missing* in a text. `==`
+    /// leaves it out.
     bool stdoutIsWhole = true;
     /// The same for `stderr`.
     bool stderrIsWhole = true;
@@ -31,8 +31,8 @@ struct CommandResult {
     [[nodiscard]] bool succeeded() const noexcept;
 
     /// The one-line text for messages and the activity log: the launch error, "Command timed out.", the
-    /// trimmed standard error, the trimmed standard output, or the exit status in words, whichever is there
-    /// first.
+    /// trimmed standard error, the trimmed standard output or the exit status in words, whichever of them
+    /// comes first and is not empty.
     [[nodiscard]] std::string diagnostic() const;
 
     /// Compares the texts, the exit code, the time-out and the launch error.

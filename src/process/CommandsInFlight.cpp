@@ -35,7 +35,7 @@ CommandsInFlight& CommandsInFlight::shared() {
 void CommandsInFlight::shutDown(std::chrono::milliseconds limit) {
     std::unique_lock lock(mutex_);
     if (!std::exchange(down_, true) && wake_.writing) {
-        // A byte that nobody reads, rather than a hang-up: a forked copy of this process cannot hold it back.
+        // A byte that nobody reads instead of a hang-up, which a forked copy of this process could hold back.
         const char byte = 0;
         [[maybe_unused]] const ssize_t written = ::write(wake_.writing.get(), &byte, 1);
     }

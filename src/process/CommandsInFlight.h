@@ -11,14 +11,14 @@ namespace zentrill {
 
 /// Counts the commands that all runners of this process are running, and can end them together: their poll
 /// loops watch one descriptor that becomes readable when the process shuts down. Each loop then kills its
-/// own child, so that still only the thread that started a child ever signals it.
+/// own child, so that only the thread that started a child ever signals it.
 class CommandsInFlight {
 public:
     /// One command, counted while the object lives.
     class Entry {
     public:
-        /// Throws `std::system_error`: ECANCELED after the shutdown, otherwise whatever kept the descriptor
-        /// from being opened.
+        /// Throws `std::system_error`: ECANCELED after the shutdown, otherwise why the descriptor could not be
+        /// opened.
         explicit Entry(CommandsInFlight& commands = shared());
         ~Entry();
 
@@ -27,7 +27,7 @@ public:
         Entry(Entry&&) = delete;
         Entry& operator=(Entry&&) = delete;
 
-        /// Readable for `poll` once the process shuts down, and ever after.
+        /// Becomes readable when the process shuts down, and stays so.
         [[nodiscard]] int shutdownDescriptor() const noexcept { return descriptor_; }
 
     private:

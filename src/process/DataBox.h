@@ -7,10 +7,10 @@
 namespace zentrill {
 
 /// What one output stream of a command has delivered so far. Keeps the first `limit` bytes and drops the
-/// rest, so that a command gone wild cannot take the memory. Used by one thread.
+/// rest, so that a runaway command cannot exhaust the memory. Used by one thread.
 class DataBox {
 public:
-    /// Far above what any of the programs prints, far below what a desktop machine would miss.
+    /// Far more than any of the programs prints, and little of a desktop machine's memory.
     static constexpr std::size_t defaultLimit = std::size_t{64} * 1024 * 1024;
 
     explicit DataBox(std::size_t limit = defaultLimit) noexcept : limit_(limit) {}
@@ -18,10 +18,9 @@ public:
     void append(std::string_view bytes);
 
     struct Text {
-        /// Nothing at all if the bytes are not UTF-8. Where the limit cut a character in two, its first half
-        /// is dropped as well.
+        /// Empty if the bytes are not UTF-8. If the limit cut a character in two, its first half is dropped.
         std::string text;
-        /// Whether that is everything that was delivered.
+        /// Whether `text` is everything that was delivered.
         bool isWhole = true;
     };
 

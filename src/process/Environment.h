@@ -13,8 +13,8 @@ using Environment = std::map<std::string, std::string>;
 [[nodiscard]] Environment currentEnvironment();
 
 /// Removes the variables that describe a terminal, and those that change how `ps` prints, from this process's
-/// own environment. A program with a window has no terminal, and a process listing that is cut at a
-/// terminal's width hides what runs. Call it before there is a second thread.
+/// own environment. A program with a window has no terminal, and a process listing that is cut at the
+/// width of one hides what runs. Call it before you start a second thread.
 void leaveTerminalBehind();
 
 } // namespace zentrill

@@ -17,8 +17,8 @@ namespace {
 constexpr std::size_t largestRead = std::size_t{64} * 1024;
 constexpr std::size_t drainStep = 4096;
 
-/// `poll`, but to the precision of the clock where the system offers that: a rounded wait would lengthen
-/// every command by up to a millisecond.
+/// `poll` with the precision of the clock where the system offers that: a rounded wait would make every
+/// command up to a millisecond longer.
 int pollFor(std::span<pollfd> entries, OutputPump::Clock::duration limit) {
     using namespace std::chrono;
     const auto bounded = std::clamp<OutputPump::Clock::duration>(limit, 0s, 60s);
@@ -101,8 +101,8 @@ std::size_t OutputPump::Stream::read(std::size_t limit) {
     return 0;
 }
 
-/// Bounded by what the pipe holds at the start: a process that was left behind and goes on writing must not
-/// keep the command from returning.
+/// Reads no more than the pipe holds at the start: a process that was left behind and goes on writing must
+/// not keep the command from returning.
 void OutputPump::Stream::drain() {
     int available = 0;
     if (pipe && ::ioctl(pipe.get(), FIONREAD, &available) == 0) {

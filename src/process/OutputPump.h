@@ -17,7 +17,7 @@ public:
     using Clock = std::chrono::steady_clock;
 
     /// Owns the reading ends, which must not block. `childEnd` and `interruption` are descriptors that become
-    /// readable when the child has ended and when everything is to be given up.
+    /// readable when the child has ended and when all waiting is to stop.
     OutputPump(FileDescriptor output, FileDescriptor errorOutput, int childEnd, int interruption) noexcept;
 
     /// Reads until the child has ended (true) or the deadline has passed or the interruption came (false).
@@ -25,7 +25,7 @@ public:
     [[nodiscard]] bool waitForChild(Clock::time_point deadline);
 
     /// Reads until both streams have ended, after which no output can come (true), or until the deadline has
-    /// passed or the interruption came (false). A process that the child left behind keeps a stream open.
+    /// passed or the interruption came (false). A process that the child left behind may keep a stream open.
     [[nodiscard]] bool settle(Clock::time_point deadline);
 
     /// Reads for the whole of `time`, even when both streams have ended before; an interruption ends it.
@@ -33,7 +33,7 @@ public:
 
     [[nodiscard]] bool wasInterrupted() const noexcept { return interrupted_; }
 
-    /// Takes what is in the pipes at this moment, standard output first, and closes them.
+    /// Reads what the pipes hold at this moment, standard output first, and closes them.
     void drain();
 
     [[nodiscard]] DataBox::Text takeOutput() { return output_.box.take(); }

@@ -30,7 +30,7 @@ constexpr Timeout longestTimeout = 24h * 365;
 constexpr auto shutdownLimit = 500ms;
 
 OutputPump::Clock::time_point deadlineAfter(Timeout timeout) {
-    // Written so that a NaN, too, becomes the shortest one.
+    // Compared this way round, a NaN becomes the shortest one.
     const Timeout bounded = timeout > shortestTimeout ? std::min(timeout, longestTimeout) : shortestTimeout;
     return OutputPump::Clock::now() + std::chrono::duration_cast<OutputPump::Clock::duration>(bounded);
 }

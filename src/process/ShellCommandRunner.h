@@ -19,25 +19,32 @@ namespace zentrill {
 ///    input, the runner's environment, the signals' default handling, and no descriptor of this process but
 ///    the two pipes for its output.
 /// 2. One `poll` loop reads both pipes until the child has ended. The child is never blocked by a full pipe.
-/// 3. If the time runs out first, the group is told to end (SIGTERM), and a little later made to (SIGKILL).
-///    Reading goes on meanwhile.
-/// 4. Whatever the child left behind in its group is told to end. Reading goes on until both streams have
-///    ended, for the settling time at the longest: another process can hold them open for ever.
-/// 5. The child is reaped last. Until then its number, and that of its group, cannot belong to anybody
-///    else, so no signal sent above can reach a stranger.
+/// 3. If the time runs out first, the child is stopped, its group is asked to end (SIGTERM) and killed a
+///    little later (SIGKILL). Reading goes on meanwhile.
+/// 4. In any case, what the child left behind in its group is asked to end. Reading goes on until both
+///    streams have ended, but no longer than the settling time: another process can keep them open for ever.
+/// 5. The child is reaped last. Until then its process ID, and that of its group, cannot be given to another
+///    process, so that no signal sent above can reach a stranger.
 ///
-/// Nothing is thrown: what goes wrong at any of these steps is told in the result. The first 64 MiB of each
-/// stream are kept, and text that is not UTF-8 is dropped; `CommandResult` says when that was so.
+/// `shutDown` cuts this short at any step: the group is killed and `run` returns.
 ///
-/// Not covered: a child that leaves its process group, as daemons do, is on its own from then on. A child
-/// that the kernel holds in a call which nothing can interrupt is given up after a second and reaped whenever
-/// it gets free.
+/// Nothing is thrown: what goes wrong at any of these steps is in the result.
 ///
-/// May be used by any number of threads at once. `run` blocks: never call it on the main thread.
+/// May be used by any number of threads at once; a runner has no mutable state.
+///
+/// Pitfalls:
+///
+/// - `run` blocks: never call it on the main thread.
+/// - Only the first 64 MiB of each stream are kept, and a stream that is not UTF-8 is dropped. `CommandResult`
+///   says so: ask `stdoutIsWhole` before you conclude anything from what is missing in `stdout`.
+/// - A child that leaves its process group, as daemons do, is beyond reach from then on.
+/// - A child that is stuck in a system call is given up after a second, and reaped by a later `run` once it
+///   has ended.
+/// - Where the process ignores SIGCHLD, the system throws exit statuses away, and they are all -1.
 class ShellCommandRunner final : public CommandExecuting {
 public:
-    /// For output that is still on its way when a child has ended: long enough for a process that was told to
-    /// end with it to say a last word.
+    /// For output that is still on its way when a child has ended: long enough for a process that is asked to
+    /// end with it to write its last lines.
     static constexpr std::chrono::milliseconds defaultSettlingTime{50};
 
     /// `settlingTime` is how long `run` goes on reading after the child has ended, while any process keeps
@@ -50,10 +57,9 @@ public:
     /// application does not inherit the one of the user's shell.
     [[nodiscard]] static Environment defaultEnvironment();
 
-    /// For the last moments of the process: kills the commands that any runner is running, whose `run` then
-    /// returns at once, and makes every later `run` fail with a launch error. Returns when no command is
-    /// left, after half a second at the latest. Callable from any thread, any number of times; there is no
-    /// way back.
+    /// For the end of the process: kills the commands that any runner is running, so that each `run` returns
+    /// at once, and makes every later `run` fail with a launch error. Returns when no command is left, after
+    /// half a second at the latest. May be called on any thread and any number of times; it cannot be undone.
     static void shutDown() noexcept;
 
     /// The complete environment of every child.

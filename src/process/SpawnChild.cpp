@@ -64,9 +64,9 @@ class Attributes {
 public:
     Attributes() noexcept {
         ::posix_spawnattr_init(&attributes_);
-        sigset_t signals; // What is done to it are macros on a Mac, to which no namespace can be given.
+        sigset_t signals; // The functions for it are macros on a Mac, which allow no "::" in front of them.
         sigfillset(&signals);
-        // Their disposition cannot be set, and some systems refuse the whole set for them.
+        // Their handling cannot be changed, and some systems refuse a set that contains them.
         sigdelset(&signals, SIGKILL);
         sigdelset(&signals, SIGSTOP);
         ::posix_spawnattr_setsigdefault(&attributes_, &signals);
@@ -101,7 +101,7 @@ bool canBePassedOn(const std::string& executable, const std::vector<std::string>
            });
 }
 
-/// Pointers into `texts`, ended by a null pointer as the system wants them.
+/// Pointers into `texts` and a null pointer at the end, as the system expects them.
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
     pointers.reserve(texts.size() + 1);
