@@ -7,32 +7,6 @@ FocusScope {
 
     required property ContentViewState viewState
 
-    // Keeps what a person did in a pane (where it was scrolled to) while another one is shown.
-    component Pane: Loader {
-        id: pane
-
-        required property string tab
-        required property url page
-        readonly property bool shown: view.viewState.selectedPane === tab
-        readonly property bool wanted: shown && view.viewState.windowShown
-
-        anchors.fill: parent
-        visible: shown
-        focus: shown
-        // Named by its file, so that nothing of it is even read before it is wanted.
-        function load() {
-            if (wanted && status === Loader.Null)
-                setSource(page, {
-                    viewState: view.viewState
-                });
-        }
-
-        onWantedChanged: load()
-        onLoaded: Qt.callLater(view.settleFocus)
-        onStatusChanged: if (status === Loader.Error) view.viewState.reportFailedPart(source)
-        Component.onCompleted: load()
-    }
-
     readonly property bool modal: viewState.modalShown
     readonly property bool covered: modal || viewState.review.shown
 
@@ -40,7 +14,6 @@ FocusScope {
     readonly property Item focused: Window.activeFocusItem
     readonly property bool focusIsLost: !covered && Window.active && (!focused || !focused.visible || !focused.enabled
         || [view, underneath, panes].includes(focused) || focused.parent === panes)
-    onFocusIsLostChanged: Qt.callLater(settleFocus)
 
     // The pane's list takes it, or the pane's row of the sidebar where there is no list.
     function settleFocus() {
@@ -60,6 +33,34 @@ FocusScope {
     implicitWidth: 950
     implicitHeight: 700
     focus: true
+    onFocusIsLostChanged: Qt.callLater(settleFocus)
+
+    // Keeps what a person did in a pane (where it was scrolled to) while another one is shown.
+    component Pane: Loader {
+        id: pane
+
+        required property string tab
+        required property url page
+        readonly property bool shown: view.viewState.selectedPane === tab
+        readonly property bool wanted: shown && view.viewState.windowShown
+
+        // Named by its file, so that nothing of it is even read before it is wanted.
+        function load() {
+            if (wanted && status === Loader.Null)
+                setSource(page, {
+                    viewState: view.viewState
+                });
+        }
+
+        anchors.fill: parent
+        visible: shown
+        focus: shown
+
+        onWantedChanged: load()
+        onLoaded: Qt.callLater(view.settleFocus)
+        onStatusChanged: if (status === Loader.Error) view.viewState.reportFailedPart(source)
+        Component.onCompleted: load()
+    }
 
     FocusScope {
         id: underneath

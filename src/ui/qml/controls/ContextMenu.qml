@@ -10,9 +10,9 @@ FocusScope {
     // Where it was asked for, in the window.
     required property point place
 
-    signal closed
-
     property Item before
+
+    signal closed
 
     function close() {
         if (before && before.visible && before.enabled)
@@ -103,13 +103,13 @@ FocusScope {
                     height: 28
                     enabled: menu.isEnabled(modelData)
                     text: modelData.text
+                    Accessible.role: Accessible.MenuItem
+                    Accessible.name: text
                     onClicked: menu.choose(modelData)
                     onHoveredChanged: if (hovered) {
                         lines.at = index;
                         forceActiveFocus(Qt.MouseFocusReason);
                     }
-                    Accessible.role: Accessible.MenuItem
-                    Accessible.name: text
 
                     Rectangle {
                         anchors.fill: parent

@@ -63,12 +63,12 @@ Item {
         width: label.width + 2 * label.x
         height: label.height + 2 * label.y
         radius: 6
-        onWithdraw: tip.shown = false
         color: WarmPalette.selected
         border.width: 1
         border.color: WarmPalette.faint(WarmPalette.tertiary, 0.4)
         Accessible.role: Accessible.ToolTip
         Accessible.name: tip.text
+        onWithdraw: tip.shown = false
 
         PlainText {
             id: label

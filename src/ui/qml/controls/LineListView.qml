@@ -103,6 +103,13 @@ ListView {
         return item && item.isFold ? row : -1;
     }
 
+    // Only what a person does decides whether the view follows; a line that arrives never does.
+    function scroll(by: real) {
+        const lowest = Math.max(originY - topMargin, originY + contentHeight + bottomMargin - height);
+        contentY = Math.max(originY - topMargin, Math.min(lowest, contentY + by));
+        following = contentY >= lowest - 2;
+    }
+
     leftMargin: 20
     rightMargin: 20
     topMargin: 14
@@ -146,13 +153,6 @@ ListView {
         else
             return;
         event.accepted = true;
-    }
-
-    // Only what a person does decides whether the view follows; a line that arrives never does.
-    function scroll(by: real) {
-        const lowest = Math.max(originY - topMargin, originY + contentHeight + bottomMargin - height);
-        contentY = Math.max(originY - topMargin, Math.min(lowest, contentY + by));
-        following = contentY >= lowest - 2;
     }
 
     RowMenu {
@@ -233,6 +233,9 @@ ListView {
         required property int lastLine
         required property bool isHeading
         required property bool isListed
+        // What is folded is marked as a whole.
+        readonly property bool marked: isFold && !isOpen && list.selection.revision >= 0
+                                       && list.selection.endIn(firstLine) > 0 && list.selection.endIn(lastLine) > 0
 
         spaceAbove: isHeading ? 8 : 0
         indent: isListed ? 16 : 0
@@ -241,9 +244,6 @@ ListView {
         font: list.lineFont
         color: list.lineColor
         width: list.width - list.leftMargin - list.rightMargin
-        // What is folded is marked as a whole.
-        readonly property bool marked: isFold && !isOpen && list.selection.revision >= 0
-                                       && list.selection.endIn(firstLine) > 0 && list.selection.endIn(lastLine) > 0
         selectionStart: !isFold && list.selection.revision >= 0 ? list.selection.startIn(firstLine) : 0
         selectionEnd: marked ? 1000000 : !isFold && list.selection.revision >= 0 ? list.selection.endIn(firstLine) : 0
         onToggled: list.toggle(index)

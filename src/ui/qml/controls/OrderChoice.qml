@@ -7,19 +7,19 @@ Row {
 
     required property ListStripState strip
 
-    spacing: 2
-    Accessible.role: Accessible.Grouping
-    Accessible.name: qsTr("Order")
-
-    Keys.onLeftPressed: step(-1)
-    Keys.onRightPressed: step(1)
-
     function step(by: int) {
         const row = Math.max(0, Math.min(orders.count - 1, strip.order + by));
         // In this order: only the chosen one is a tab stop, and what has the focus has to stay one.
         orders.itemAt(row).forceActiveFocus(Qt.TabFocusReason);
         strip.order = row;
     }
+
+    spacing: 2
+    Accessible.role: Accessible.Grouping
+    Accessible.name: qsTr("Order")
+
+    Keys.onLeftPressed: step(-1)
+    Keys.onRightPressed: step(1)
 
     Repeater {
         id: orders

@@ -13,26 +13,6 @@ ListView {
     // The row that has the focus is marked for those who use the keyboard; a click marks itself.
     readonly property bool marksFocus: KeyboardUse.current
 
-    leftMargin: sideMargin
-    rightMargin: sideMargin
-    topMargin: 14
-    bottomMargin: 14
-    spacing: 6
-    clip: true
-    activeFocusOnTab: true
-    // Its own keys would move to where they lead, and its own wheel would roll on and take the next press for
-    // one that stops it.
-    keyNavigationEnabled: false
-    highlightFollowsCurrentItem: false
-    interactive: false
-    boundsBehavior: Flickable.StopAtBounds
-    flickDeceleration: 4000
-    maximumFlickVelocity: 6000
-    pixelAligned: true
-    reuseItems: true
-    cacheBuffer: 240
-    currentIndex: -1
-
     readonly property real rowWidth: width - leftMargin - rightMargin
 
     // The nearest row from `row` on, in steps of 1 or -1, at which the keyboard stops; -1 where there is none.
@@ -94,23 +74,44 @@ ListView {
         currentIndex = before < 0 ? stopFrom(currentIndex, 1) : before;
     }
 
-    onCurrentIndexChanged: Qt.callLater(keepToStops)
-
-    // Where all rows are other ones, none of them is where the keyboard was.
-    Connections {
-        target: list.model
-
-        function onModelReset() {
-            list.currentIndex = -1;
-            list.positionViewAtBeginning();
-        }
-    }
-
     function scroll(by: real) {
         const highest = originY - topMargin;
         const lowest = Math.max(highest, originY + contentHeight + bottomMargin - height);
         contentY = Math.max(highest, Math.min(lowest, contentY + by));
     }
+
+    function openCurrentMenu() {
+        if (currentItem)
+            openMenu(currentIndex, currentItem.mapToItem(null, 48, currentItem.height - 12));
+    }
+
+    // What an assistive tool asks a row for.
+    function openMenuOf(row: int) {
+        takeFocus(row);
+        openCurrentMenu();
+    }
+
+    leftMargin: sideMargin
+    rightMargin: sideMargin
+    topMargin: 14
+    bottomMargin: 14
+    spacing: 6
+    clip: true
+    activeFocusOnTab: true
+    // Its own keys would move to where they lead, and its own wheel would roll on and take the next press for
+    // one that stops it.
+    keyNavigationEnabled: false
+    highlightFollowsCurrentItem: false
+    interactive: false
+    boundsBehavior: Flickable.StopAtBounds
+    flickDeceleration: 4000
+    maximumFlickVelocity: 6000
+    pixelAligned: true
+    reuseItems: true
+    cacheBuffer: 240
+    currentIndex: -1
+
+    onCurrentIndexChanged: Qt.callLater(keepToStops)
 
     // Entered by keyboard for the first time and not by way of one of its rows, it stands at the first in sight.
     // It has the focus itself when the program starts: the first Tab leads to its row, not past it.
@@ -164,15 +165,14 @@ ListView {
         event.accepted = true;
     }
 
-    function openCurrentMenu() {
-        if (currentItem)
-            openMenu(currentIndex, currentItem.mapToItem(null, 48, currentItem.height - 12));
-    }
+    // Where all rows are other ones, none of them is where the keyboard was.
+    Connections {
+        target: list.model
 
-    // What an assistive tool asks a row for.
-    function openMenuOf(row: int) {
-        takeFocus(row);
-        openCurrentMenu();
+        function onModelReset() {
+            list.currentIndex = -1;
+            list.positionViewAtBeginning();
+        }
     }
 
     TapHandler {

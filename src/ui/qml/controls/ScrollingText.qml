@@ -13,18 +13,7 @@ Item {
     property alias lineHeight: label.lineHeight
     property alias horizontalAlignment: label.horizontalAlignment
 
-    // As wide as the text is without being broken, as high as it is when it is.
-    implicitWidth: Math.ceil(label.implicitWidth)
-    implicitHeight: label.implicitHeight
-
     readonly property bool scrolls: implicitHeight > height
-
-    // What has the focus cannot cease to be a tab stop.
-    activeFocusOnTab: scrolls || activeFocus
-    Accessible.role: Accessible.StaticText
-    Accessible.name: text
-    Accessible.focusable: scrolls
-    Accessible.focused: activeFocus
 
     function scrollTo(y: real) {
         view.contentY = Math.round(Math.max(0, Math.min(view.contentHeight - view.height, y)));
@@ -57,6 +46,17 @@ Item {
         }
         event.accepted = true;
     }
+
+    // As wide as the text is without being broken, as high as it is when it is.
+    implicitWidth: Math.ceil(label.implicitWidth)
+    implicitHeight: label.implicitHeight
+
+    // What has the focus cannot cease to be a tab stop.
+    activeFocusOnTab: scrolls || activeFocus
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+    Accessible.focusable: scrolls
+    Accessible.focused: activeFocus
 
     Keys.onPressed: event => takeKey(event)
 

@@ -13,12 +13,12 @@ FocusScope {
     signal next
     signal previous
 
-    implicitWidth: 180
-    implicitHeight: 30
-
     function selectAll() {
         input.selectAll();
     }
+
+    implicitWidth: 180
+    implicitHeight: 30
 
     Keys.onEscapePressed: abandoned()
     Keys.onDownPressed: next()
@@ -53,7 +53,6 @@ FocusScope {
         activeFocusOnTab: true
         clip: true
         text: field.search.needle
-        onTextChanged: field.search.needle = text
         selectByMouse: true
         font: Typography.body
         color: WarmPalette.paper
@@ -62,5 +61,6 @@ FocusScope {
         Accessible.role: Accessible.EditableText
         Accessible.name: field.name
         Accessible.focusable: true
+        onTextChanged: field.search.needle = text
     }
 }

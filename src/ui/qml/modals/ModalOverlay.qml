@@ -9,27 +9,27 @@ FocusScope {
 
     readonly property bool showsResult: viewState.resultShown
 
-    Keys.onEscapePressed: viewState.confirmation.dismissModal()
-
-    // Tab stays among the modal's own controls.
-    Keys.onTabPressed: step(true)
-    Keys.onBacktabPressed: step(false)
-
     function step(forward: bool) {
         const next = Window.activeFocusItem ? Window.activeFocusItem.nextItemInFocusChain(forward) : null;
         if (next)
             next.forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason);
     }
 
-    Component.onCompleted: forceActiveFocus(Qt.PopupFocusReason)
-
-    // An assistive tool can give the focus to anything, even to what is disabled: the modal takes it back.
-    onActiveFocusChanged: if (!activeFocus) Qt.callLater(overlay.keepFocus)
-
     function keepFocus() {
         if (viewState.modalShown && !activeFocus)
             forceActiveFocus(Qt.PopupFocusReason);
     }
+
+    Keys.onEscapePressed: viewState.confirmation.dismissModal()
+
+    // Tab stays among the modal's own controls.
+    Keys.onTabPressed: step(true)
+    Keys.onBacktabPressed: step(false)
+
+    Component.onCompleted: forceActiveFocus(Qt.PopupFocusReason)
+
+    // An assistive tool can give the focus to anything, even to what is disabled: the modal takes it back.
+    onActiveFocusChanged: if (!activeFocus) Qt.callLater(overlay.keepFocus)
 
     Rectangle {
         anchors.fill: parent

@@ -6,13 +6,13 @@ ModalCard {
     id: modal
 
     required property ContentViewState viewState
-
-    readonly property ResultState result: viewState.result
-    readonly property UninstallerViewModel controller: viewState.controller
     // The card's height at most.
     required property real room
     // What a menu lies over.
     required property Item area
+
+    readonly property ResultState result: viewState.result
+    readonly property UninstallerViewModel controller: viewState.controller
 
     // What of it is left for the two lists. The errors come first, up to a height of 290, but leave a few lines to
     // a message that needs them.
@@ -20,6 +20,8 @@ ModalCard {
                                          - (note.visible ? 12 + note.height : 0) - 22 - ok.height
     readonly property real errorsHeight: errors.count === 0 ? 0 : Math.min(errors.contentHeight, 290, Math.max(60, roomForLines - Math.min(messages.contentHeight, 96)))
     readonly property real messagesHeight: Math.min(messages.contentHeight, Math.max(40, roomForLines - errorsHeight))
+
+    readonly property bool seen: viewState.input.settled
 
     signal dismiss
 
@@ -34,7 +36,6 @@ ModalCard {
     // It is announced itself; its button takes over once the result can have been seen, so that a Return which
     // was meant for something else does not dismiss it.
     focus: true
-    readonly property bool seen: viewState.input.settled
     onSeenChanged: if (seen && focus)
         ok.forceActiveFocus(Qt.PopupFocusReason)
 

@@ -8,26 +8,26 @@ FocusScope {
     required property ContentViewState viewState
     readonly property ReviewState review: viewState.review
 
-    Component.onCompleted: forceActiveFocus(Qt.PopupFocusReason)
-    onActiveFocusChanged: if (!activeFocus) Qt.callLater(panel.keepFocus)
-
     // An assistive tool can give the focus to anything, even to what is disabled.
     function keepFocus() {
         if (review.shown && !viewState.modalShown && !activeFocus)
             forceActiveFocus(Qt.PopupFocusReason);
     }
 
-    Keys.onEscapePressed: review.close()
-
-    // Tab stays in here.
-    Keys.onTabPressed: step(true)
-    Keys.onBacktabPressed: step(false)
-
     function step(forward: bool) {
         const next = Window.activeFocusItem ? Window.activeFocusItem.nextItemInFocusChain(forward) : null;
         if (next)
             next.forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason);
     }
+
+    Component.onCompleted: forceActiveFocus(Qt.PopupFocusReason)
+    onActiveFocusChanged: if (!activeFocus) Qt.callLater(panel.keepFocus)
+
+    Keys.onEscapePressed: review.close()
+
+    // Tab stays in here.
+    Keys.onTabPressed: step(true)
+    Keys.onBacktabPressed: step(false)
 
     component Figure: Column {
         id: figure
@@ -200,8 +200,8 @@ FocusScope {
                 visible: panel.review.shielded
                 text: qsTr("Safety Shield")
                 checked: panel.viewState.controller.preserveCredentials
-                onToggled: panel.viewState.controller.preserveCredentials = checked
                 Accessible.name: qsTr("Safety Shield, retains recognized credentials and uncertain data when on")
+                onToggled: panel.viewState.controller.preserveCredentials = checked
             }
 
             ElidedText {

@@ -62,11 +62,12 @@ Item {
 
         anchors.fill: parent
         active: row.expands
+
         sourceComponent: Pressable {
             activeFocusOnTab: false
-            onClicked: row.expand()
             Accessible.role: Accessible.Button
             Accessible.name: qsTr("List More")
+            onClicked: row.expand()
         }
     }
 

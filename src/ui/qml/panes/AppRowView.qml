@@ -34,9 +34,6 @@ Pressable {
             notes.wantApplication(index);
     }
 
-    onLookedAtChanged: wantNote()
-    onIndexChanged: wantNote()
-
     // For assistive tools.
     function showMenu() {
         list.openMenuOf(index);
@@ -48,16 +45,19 @@ Pressable {
     activeFocusOnTab: false
     text: displayName
 
-    onActiveFocusChanged: if (activeFocus)
-        list.currentIndex = index
-    onClicked: toggleSelection()
-
     Accessible.role: Accessible.CheckBox
     Accessible.name: displayName
     Accessible.checkable: true
     Accessible.checked: isSelected
     Accessible.description: description + ". " + origin + ". " + statusText + ". " + accessibleValue
                             + (activeFocus && note !== "" ? ". " + note : "")
+
+    onLookedAtChanged: wantNote()
+    onIndexChanged: wantNote()
+
+    onActiveFocusChanged: if (activeFocus)
+        list.currentIndex = index
+    onClicked: toggleSelection()
 
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false

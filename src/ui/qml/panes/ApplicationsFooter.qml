@@ -55,9 +55,9 @@ Rectangle {
         anchors.topMargin: -7
         anchors.bottomMargin: -7 - (size.visible ? size.height + size.anchors.topMargin : 0)
         enabled: footer.viewState.canReviewSelection
-        onClicked: footer.viewState.reviewSelection()
         Accessible.role: Accessible.Button
         Accessible.name: qsTr("Review selected")
+        onClicked: footer.viewState.reviewSelection()
 
         Rectangle {
             anchors.fill: parent
@@ -103,8 +103,8 @@ Rectangle {
         ShieldSwitch {
             text: qsTr("Safety Shield")
             checked: footer.viewState.controller.preserveCredentials
-            onToggled: footer.viewState.controller.preserveCredentials = checked
             Accessible.name: qsTr("Safety Shield, retains recognized credentials and uncertain data when on")
+            onToggled: footer.viewState.controller.preserveCredentials = checked
         }
 
         ElidedText {

@@ -7,25 +7,20 @@ Item {
 
     required property string entry
     required property string mark
-    property alias font: line.font
-    property alias color: line.color
-    property alias lineHeight: spacing.proportion
-    property real spaceAbove: 0
-    property real indent: 0
     // Whether it stands for lines that are shown below it while it is open.
     required property bool isFold
     required property bool isOpen
     required property int selectionStart
     required property int selectionEnd
+    property alias font: line.font
+    property alias color: line.color
+    property alias lineHeight: spacing.proportion
+    property real spaceAbove: 0
+    property real indent: 0
 
     signal toggled
     // The keyboard has led here.
     signal reached
-
-    // Not with the text's own signal, which a selection gives as well.
-    onEntryChanged: Qt.callLater(line.showSelection)
-    onSelectionStartChanged: line.showSelection()
-    onSelectionEndChanged: line.showSelection()
 
     // The character nearest to a point of this row.
     function positionAt(x: real, y: real): int {
@@ -37,6 +32,11 @@ Item {
     Accessible.name: entry
     // The button in it speaks for a fold.
     Accessible.ignored: isFold
+
+    // Not with the text's own signal, which a selection gives as well.
+    onEntryChanged: Qt.callLater(line.showSelection)
+    onSelectionStartChanged: line.showSelection()
+    onSelectionEndChanged: line.showSelection()
 
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false
@@ -73,19 +73,20 @@ Item {
         selectedTextColor: WarmPalette.canvas
         Accessible.ignored: true
 
+        Component.onCompleted: showSelection()
+
         LineSpacing {
             id: spacing
 
             document: line.textDocument
         }
-
-        Component.onCompleted: showSelection()
     }
 
     // The whole row is one button; clicks on it are those of the list, in which a press may begin a selection.
     Loader {
         anchors.fill: parent
         active: row.isFold
+
         sourceComponent: Pressable {
             id: fold
 

@@ -19,10 +19,10 @@ Loader {
     readonly property bool current: ListView.isCurrentItem
 
     focus: current
+    sourceComponent: ({ heading, notice, warning, empty, container, image })[view]
     // Wherever in the row the focus is, the arrow keys go on from this row.
     onActiveFocusChanged: if (activeFocus)
         list.currentIndex = index
-    sourceComponent: ({ heading, notice, warning, empty, container, image })[view]
 
     // A row that waits to be used again must not be found by an assistive tool.
     ListView.onPooled: visible = false

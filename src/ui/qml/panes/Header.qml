@@ -61,15 +61,15 @@ Item {
     Row {
         id: busy
 
+        // What the operation's text can have of the line, and what it has whatever the subtitle would like.
+        readonly property real mostRoom: header.width - 40 - cancel.width - 14 - 40 - progress.room
+        readonly property real fewest: progress.visible ? Math.max(60, Math.min(190, mostRoom)) : 110
+
         anchors.right: parent.right
         anchors.rightMargin: 20
         anchors.verticalCenter: subtitle.verticalCenter
         spacing: 8
         visible: header.viewState.controller.isBusy
-
-        // What the operation's text can have of the line, and what it has whatever the subtitle would like.
-        readonly property real mostRoom: header.width - 40 - cancel.width - 14 - 40 - progress.room
-        readonly property real fewest: progress.visible ? Math.max(60, Math.min(190, mostRoom)) : 110
 
         BusySpinner {
             anchors.verticalCenter: parent.verticalCenter

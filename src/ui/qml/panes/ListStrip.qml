@@ -15,9 +15,6 @@ Item {
     // Where the search field leaves too little room beside it, it has a line of its own.
     readonly property bool stacked: strip.searching && width < 660
 
-    implicitHeight: stacked ? lineHeight + 40 : lineHeight
-    visible: strip.shown
-
     function search() {
         strip.searching = true;
         field.enter();
@@ -27,6 +24,9 @@ Item {
         list.forceActiveFocus(Qt.OtherFocusReason);
         strip.searching = false;
     }
+
+    implicitHeight: stacked ? lineHeight + 40 : lineHeight
+    visible: strip.shown
 
     Hairline {
         anchors.left: parent.left
@@ -84,6 +84,7 @@ Item {
             width: bar.stacked ? bar.width - 40 - searchLine.spacing - toggle.width : implicitWidth
             active: bar.strip.searching
             visible: active
+
             sourceComponent: SearchField {
                 name: bar.searchName
                 search: bar.strip

@@ -50,6 +50,13 @@ Rectangle {
     Column {
         id: items
 
+        function step(by: int) {
+            const row = Math.max(0, Math.min(panes.count - 1, sidebar.viewState.selectedRow + by));
+            // In this order: only the chosen one is a tab stop, and what has the focus has to stay one.
+            panes.itemAt(row).forceActiveFocus(Qt.TabFocusReason);
+            sidebar.viewState.selectRow(row);
+        }
+
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: brand.bottom
@@ -63,13 +70,6 @@ Rectangle {
         // The panes are one tab stop; the arrow keys move between them.
         Keys.onUpPressed: step(-1)
         Keys.onDownPressed: step(1)
-
-        function step(by: int) {
-            const row = Math.max(0, Math.min(panes.count - 1, sidebar.viewState.selectedRow + by));
-            // In this order: only the chosen one is a tab stop, and what has the focus has to stay one.
-            panes.itemAt(row).forceActiveFocus(Qt.TabFocusReason);
-            sidebar.viewState.selectRow(row);
-        }
 
         Repeater {
             id: panes
@@ -122,10 +122,10 @@ Rectangle {
         text: qsTr("Uninstall Zentrill")
         enabled: sidebar.viewState.acceptsRequests
         opacity: enabled ? 1 : 0.6
-        onClicked: sidebar.viewState.requestSelfUninstall()
         Accessible.role: Accessible.Button
         Accessible.name: text
         Accessible.pressed: down
+        onClicked: sidebar.viewState.requestSelfUninstall()
         Accessible.onPressAction: click()
 
         Rectangle {
