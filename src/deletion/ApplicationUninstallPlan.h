@@ -8,11 +8,11 @@
 
 namespace zentrill {
 
-/// What the removal of one tool would do, found out by looking alone: each path of the tool that exists and
-/// what becomes of it.
+/// What the removal of one tool would do, found out without changing anything: each path of the tool that
+/// exists, and what becomes of it.
 struct ApplicationUninstallPlan {
     enum class Part : std::uint8_t {
-        /// An executable or a bundle, of which the Safety Shield keeps credentials alone.
+        /// An executable or a bundle, of which the Safety Shield keeps only credentials.
         installation,
         /// Data, of which the Safety Shield keeps every file.
         data,
@@ -24,11 +24,10 @@ struct ApplicationUninstallPlan {
         /// Absolute, as the report calls it.
         std::string path;
         Part part = Part::installation;
-        /// The size of the whole, whatever becomes of it, in bytes. Folders that the shield keeps whole
-        /// inside of it count as nothing.
+        /// The size of all of it, whatever becomes of it, in bytes. Folders inside that the shield keeps
+        /// whole count as 0.
         std::int64_t logicalBytes = 0;
-        /// The other tools of the catalog to which it belongs as well, or a part of it, in the catalog's
-        /// order.
+        /// The other tools of the catalog that it, or a part of it, belongs to, in the catalog's order.
         std::vector<std::string> sharedWith{}; // NOLINT(readability-redundant-member-init): GCC warns
         /// Empty for what the removal does not touch.
         DeletionPlan plan{};
@@ -36,12 +35,12 @@ struct ApplicationUninstallPlan {
         bool operator==(const Item&) const = default;
     };
 
-    /// In the order of the removal, then what remains. What does not exist is left out, and what an earlier
-    /// item, or an earlier plan, deals with already.
+    /// In the order of the removal, then what remains. Leaves out what does not exist and what an earlier
+    /// item or plan covers.
     std::vector<Item> items;
     /// Whether an executable or a bundle would still be there, which the removal reports as a failure.
     bool staysInstalled = false;
-    /// Whether `shouldStop` ended the plan: it covers only what was seen till then.
+    /// Whether `shouldStop` ended the plan, which then covers only what was seen until that moment.
     bool stopped = false;
 
     /// The logical size of what goes, in bytes.

@@ -38,7 +38,7 @@ ApplicationUninstallService::liveProcessAliveChecker(std::shared_ptr<CommandExec
         if (!listing.succeeded()) {
             return false;
         }
-        // One that is not whole cannot rule out that a tool runs.
+        // A listing that is cut short cannot rule out that a tool runs.
         return !listing.stdoutIsWhole || std::ranges::any_of(processNames, [&](const std::string& name) {
             return listing.stdout.find(name) != std::string::npos;
         });
@@ -166,7 +166,7 @@ void ApplicationUninstallService::planRemainingData(const ApplicationDetectionRu
         if (options.progress) {
             options.progress(path, {});
         }
-        // It is no deletion, so the later plans are not to know.
+        // Nothing is deleted here, so the later plans must not count it.
         EarlierPlans earlier = *options.earlier;
         plan.items.push_back({.path = path,
                               .part = ApplicationUninstallPlan::Part::remainingData,

@@ -31,7 +31,7 @@ public:
     /// Whether the user has cancelled.
     using CancellationCheck = std::function<bool()>;
 
-    /// Whether the result is of no use to anybody, because the window has been closed.
+    /// Whether nobody needs the result any more, because the window has been closed.
     using AbandonmentCheck = std::function<bool()>;
 
     explicit ApplicationUninstallService(
@@ -39,9 +39,9 @@ public:
         InstallationDetector detector = InstallationDetector(),
         ProcessAliveChecker processAliveChecker = liveProcessAliveChecker());
 
-    /// Looks for the names anywhere in the process listing, letter by letter: a process whose arguments
-    /// merely mention a name counts, for a refusal too many costs less than one too few. No names, no
-    /// listing. A listing that fails counts as empty.
+    /// Looks for the names anywhere in the process listing, case-sensitively: a process whose arguments
+    /// merely mention a name counts, because a needless refusal costs less than a missing one. Without names
+    /// nothing is listed. A listing that fails counts as empty.
     [[nodiscard]] static ProcessAliveChecker
     liveProcessAliveChecker(std::shared_ptr<CommandExecuting> commands);
 
@@ -57,21 +57,21 @@ public:
         const CancellationCheck& cancellation = [] { return false; },
         const AbandonmentCheck& abandonment = [] { return false; }) const;
 
-    /// What `uninstall` would do, found out by looking alone. Whether the tool runs is not asked: that starts
-    /// a program, and only the answer at the time of the removal counts. For several tools to be removed one
-    /// after the other, `options` names the plans that come first. Of data that stay, `options.progress` is
-    /// told the path alone, before they are sized.
+    /// What `uninstall` would do, without changing anything. It does not ask whether the tool runs: that
+    /// starts a program, and only the answer at the time of the removal counts. When several tools are to be
+    /// removed in a row, `options.earlier` names the plans before this one. Of data that stay,
+    /// `options.progress` hears the path alone, before they are sized.
     [[nodiscard]] ApplicationUninstallPlan plan(const ApplicationDetectionRule& rule, SafetyShield shield,
                                                 const PathExpander& pathExpander,
                                                 const PlanOptions& options = {}) const;
 
 private:
-    /// Takes a target of an uninstall entry, and how it is to be deleted.
+    /// Receives one target of an uninstall entry and how to delete it.
     using TargetVisitor =
         std::function<void(const std::string& target, const DeletionOptions& options, bool isInstalledPath)>;
 
-    /// Visits the targets in the order of the removal, each entry's when its turn comes, for as long as
-    /// `goesOn`, which is asked before each entry.
+    /// Visits the targets in the order of the removal. An entry is expanded when its turn comes; `goesOn` is
+    /// asked before each one.
     static void forEachTarget(const ApplicationDetectionRule& rule, SafetyShield shield,
                               const PathExpander& pathExpander, const std::function<bool()>& goesOn,
                               const TargetVisitor& visit);
@@ -82,7 +82,7 @@ private:
 
     void planRemainingData(const ApplicationDetectionRule& rule, const PathExpander& pathExpander,
                            const PlanOptions& options, ApplicationUninstallPlan& plan) const;
-    /// Of everything at `path`, in bytes; `stopped` tells whether `options` ended that.
+    /// The size of everything at `path`, in bytes; `stopped` says whether `options` ended the count.
     [[nodiscard]] std::int64_t sizeOf(const std::string& path, PlanOptions options, EarlierPlans* earlier,
                                       bool& stopped) const;
 

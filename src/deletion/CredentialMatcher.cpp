@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::array<std::string_view, 3> sensitiveSuffixes{".key", ".token", ".lic"};
 
-/// U+212A KELVIN SIGN, the one letter beyond ASCII that is an ASCII letter in lower case.
+/// U+212A KELVIN SIGN, the only letter outside ASCII whose lower case is an ASCII letter.
 constexpr std::string_view kelvinSign = "\xE2\x84\xAA";
 
 bool holdsKelvinSign(std::string_view text) {

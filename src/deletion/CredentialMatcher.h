@@ -16,8 +16,8 @@ public:
     /// them. Compared by whole components after ASCII lower-casing.
     [[nodiscard]] bool isCredential(std::string_view path) const;
 
-    /// The same for an item called `name` in a folder that is itself no credential: what a walk from the
-    /// top asks about each entry, so that the path above it is not looked at again.
+    /// The same for an item called `name` in a folder that is not a credential itself. A walk asks this about
+    /// each entry, so that the path above it is not checked again.
     [[nodiscard]] bool isCredentialName(std::string_view name) const;
 
 private:

@@ -23,14 +23,14 @@ enum class CredentialReason : std::uint8_t {
 /// caller named, with everything inside them.
 class CredentialShield {
 public:
-    /// `explicitCredentials` are absolute; any other entry protects nothing.
+    /// `explicitCredentials` are absolute paths; an entry that is not protects nothing.
     CredentialShield(const CredentialMatcher& matcher, const std::vector<std::string>& explicitCredentials);
 
     [[nodiscard]] bool isProtected(std::string_view path) const {
         return reason(path) != CredentialReason::none;
     }
 
-    /// Why `path` is protected; what the matcher recognises comes first.
+    /// Why `path` is protected; `recognized` if both reasons apply.
     [[nodiscard]] CredentialReason reason(std::string_view path) const;
 
     /// Names of the items directly inside `folder`, standardized, that the caller named as credentials.
@@ -38,8 +38,8 @@ public:
 
     [[nodiscard]] bool hasExplicitCredentials() const noexcept { return !explicit_.empty(); }
 
-    /// `isProtected` for the item `name` of a folder that is itself not protected and whose `explicitNames`
-    /// are at hand.
+    /// `isProtected` for the item `name` of a folder that is not protected itself and has these
+    /// `explicitNames`.
     [[nodiscard]] bool isProtectedName(std::string_view name,
                                        const std::vector<std::string_view>& explicitNames) const {
         return reasonForName(name, explicitNames) != CredentialReason::none;

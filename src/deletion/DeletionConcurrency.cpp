@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t mostThreads = 4;
 
-/// A Mac's default for a desktop program; four threads need about half of it.
+/// The default of a desktop program on a Mac; four threads need about half of it.
 constexpr rlim_t descriptorsForThreads = 256;
 
 } // namespace

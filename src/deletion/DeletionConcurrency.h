@@ -4,15 +4,15 @@
 
 namespace zentrill {
 
-/// How many threads one deletion uses, and from when on.
+/// How many threads one deletion uses, and when it starts them.
 struct DeletionConcurrency {
     std::size_t threads = 1;
-    /// Entries handled before the other threads are started: below that, starting them costs more than they
-    /// bring.
+    /// Entries handled before the other threads are started: in a smaller tree, starting them takes longer
+    /// than they save.
     std::size_t afterEntries = 1000;
 
-    /// What suits this machine: a thread for each processor, but four at most, which saturate a disk's
-    /// journal, and one alone where few descriptors may be open, since each thread keeps directories open.
+    /// What suits this machine: a thread for each processor, up to four, which saturate a disk's journal;
+    /// only one where few descriptors may be open, because each thread keeps directories open.
     [[nodiscard]] static DeletionConcurrency ofThisMachine();
 };
 

@@ -15,7 +15,7 @@ DeletionCrew::DeletionCrew(std::size_t helpers) {
             helpers_.emplace_back([this] { work(); });
         }
     } catch (const std::system_error&) {
-        helpers = helpers_.size(); // The deletion goes on with those that there are.
+        helpers = helpers_.size(); // The deletion makes do with the threads that it got.
     }
     capacity_ = 2 * helpers;
 }
@@ -77,7 +77,7 @@ void DeletionCrew::work() {
     }
 }
 
-/// The oldest one lies nearest to the top of the tree, and so is likely the largest.
+/// The oldest one is nearest to the top of the tree, and so probably the largest.
 std::shared_ptr<DeletionJob> DeletionCrew::takeOldest() {
     std::shared_ptr<DeletionJob> job = std::move(queue_.front());
     queue_.pop_front();
@@ -88,7 +88,7 @@ std::shared_ptr<DeletionJob> DeletionCrew::takeOldest() {
 void DeletionCrew::runUnlocked(DeletionJob& job, bool mayHelp, std::unique_lock<std::mutex>& lock) {
     lock.unlock();
     job.execute(mayHelp);
-    lock.lock(); // Whoever found it unfinished under the lock is waiting by now.
+    lock.lock(); // Whoever saw it unfinished under the lock is waiting by now.
     progress_.notify_all();
 }
 

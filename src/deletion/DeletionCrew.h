@@ -37,8 +37,8 @@ private:
 
 /// The threads that take part in one deletion, or in its plan, beside the one that began it.
 ///
-/// Whoever offers a job withdraws it or awaits its end. Only a short queue is kept: what nobody can take soon
-/// is better done where it was found, and every waiting job holds a descriptor.
+/// Whoever offers a job must withdraw it or await its end. The queue is short: a job that no thread can take
+/// soon is better done where it was found, and every waiting job keeps a descriptor open.
 class DeletionCrew {
 public:
     /// As many of the `helpers` threads as the system grants.
@@ -56,11 +56,11 @@ public:
 
     void offer(std::shared_ptr<DeletionJob> job);
 
-    /// Takes the job back if nobody has begun it.
+    /// Takes the job back if no thread has begun it.
     [[nodiscard]] bool withdraw(const DeletionJob& job);
 
-    /// Returns when the job is finished. A thread that `mayHelp` does others' jobs until then; those are run
-    /// without that right, so that no thread is ever inside of more than two.
+    /// Returns when the job is finished. With `mayHelp` the thread does other jobs while it waits. These run
+    /// without that right, so that no thread is ever inside more than two jobs.
     void await(const DeletionJob& job, bool mayHelp);
 
 private:
@@ -70,7 +70,7 @@ private:
 
     std::mutex mutex_;
     std::condition_variable jobOffered_;
-    /// For those who await a job: one is finished, or there is one to help with.
+    /// Tells those who await a job that one is finished, or that there is one to help with.
     std::condition_variable progress_;
     std::deque<std::shared_ptr<DeletionJob>> queue_;
     /// The queue's size, readable without the lock.

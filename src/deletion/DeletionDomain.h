@@ -6,13 +6,14 @@
 
 namespace zentrill {
 
-/// Who holds a deletion to its item, beside its own care.
+/// What confines a deletion to its item, in addition to its own care.
 struct DeletionDomain {
-    /// Restricts the calling thread, and those that it starts, for good to removals below the item; see
-    /// `enterRemovalDomain`. Null where nothing does that. An error means that the deletion goes on without.
+    /// Restricts the calling thread, and the threads that it starts, to removals below the item, for good;
+    /// see `enterRemovalDomain`. Null if there is no such thing here. After an error the deletion goes on
+    /// without.
     std::function<int(const DirectoryHandle& item)> enter;
 
-    /// The kernel, where it can.
+    /// That of the kernel, if it has one.
     [[nodiscard]] static DeletionDomain ofThisMachine();
 };
 

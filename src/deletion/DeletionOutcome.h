@@ -9,7 +9,7 @@ struct DeletionOutcome {
     DeletionRecord record;
     /// Whether the item itself is still there.
     bool left = false;
-    /// Whether it was left because somebody moved a folder around it out of the deletion's item.
+    /// Whether it is there because somebody moved a folder around it out of the item that is being deleted.
     bool movedAway = false;
 };
 

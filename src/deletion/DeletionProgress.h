@@ -9,14 +9,14 @@
 
 namespace zentrill {
 
-/// How far deletions have come, told while they go on: their threads write, and any thread reads.
+/// How far deletions have come while they run: their threads write it, and any thread may read it.
 ///
 ///     auto progress = std::make_shared<DeletionProgress>();
 ///     engine.tellingTo(progress).deleteItem(path, options);    // on the worker
 ///     progress->removedCount();                                // on another thread
 ///
-/// It costs the deletion next to nothing. Each walk counts in a place of its own, and the path at hand is
-/// made into a string only after somebody has asked for it.
+/// It costs the deletion almost nothing. Each walk has its own counter, and a path is made into a string only
+/// after somebody has asked for it.
 class DeletionProgress {
 public:
     using Counter = std::atomic<std::uint64_t>;
@@ -24,11 +24,11 @@ public:
     /// Items removed so far: files, links and folders.
     [[nodiscard]] std::uint64_t removedCount() const noexcept;
 
-    /// What a deletion was at when this was asked the time before, as reports call it; empty where none runs
-    /// or none has come to an item since.
+    /// The path, as in reports, of an item that a deletion has come to since the last call; empty if no
+    /// deletion runs or none has come to another item. Asking has the next one noted.
     [[nodiscard]] std::string path();
 
-    /// Where one walk counts what it removes. Two walks may get the same place.
+    /// The counter of one walk. Two walks may share one.
     [[nodiscard]] Counter& counter() noexcept;
 
     [[nodiscard]] bool wantsPath() const noexcept { return wantsPath_.load(std::memory_order_relaxed); }
@@ -38,7 +38,7 @@ public:
 private:
     static constexpr std::size_t places = 16;
 
-    /// Apart from the others, so that threads do not wait for each other's.
+    /// On a cache line of its own, so that threads do not slow each other down.
     struct alignas(64) Place {
         Counter removed{0};
     };

@@ -8,7 +8,7 @@
 
 namespace zentrill {
 
-/// What happened during a deletion, or during a stretch of it.
+/// What happened during a deletion, or during a part of it.
 struct DeletionRecord {
     struct Failure {
         std::string path;
@@ -19,10 +19,10 @@ struct DeletionRecord {
     DeletionReport report;
     std::size_t removedCount = 0;
     std::optional<Failure> firstFailure;
-    /// Folders that were left to another thread, and done by it.
+    /// Folders that another thread has done.
     std::size_t foldersOfOthers = 0;
 
-    /// Adds what happened after this.
+    /// Adds what happened later.
     void append(DeletionRecord later);
 };
 

@@ -5,11 +5,10 @@
 
 namespace zentrill {
 
-/// What a destructive file operation did. Its word and the disk never differ: every path under `removed` is
-/// gone, every path under `preserved` is there. The order is that in which one thread alone meets the items,
-/// however many there were.
+/// What a destructive file operation did. It always matches the disk: every path in `removed` is gone, every
+/// path in `preserved` is there. The order is that of a single thread, however many there were.
 struct DeletionReport {
-    /// Deleted paths, what a folder held before the folder.
+    /// Deleted paths, the contents of a folder before the folder.
     std::vector<std::string> removed;
     /// Paths that the Safety Shield kept on purpose.
     std::vector<std::string> preserved;

@@ -16,13 +16,13 @@ struct DeletionRules {
     const CredentialShield* shield = nullptr;
     /// With a shield: keeps everything that is no directory.
     bool preserveUnrecognized = false;
-    /// When set, an item that it refuses stays unmentioned, with its contents and the folders above it.
-    /// Called on the thread that calls `DeletionWalk::run`, which no domain holds: with it the walk takes no
-    /// others but the one.
+    /// If set, an item that it refuses stays without being reported, and so do its contents and the folders
+    /// above it. It is called on the thread that calls `DeletionWalk::run`, which is never restricted. With
+    /// it the walk uses no further threads but the held one.
     std::function<bool(const std::string& path)> mayRemove;
     DeletionConcurrency concurrency;
     DeletionDomain domain;
-    /// Told how far the deletion has come, unless null.
+    /// Where the deletion says how far it has come; may be null.
     DeletionProgress* progress = nullptr;
 };
 

@@ -10,9 +10,9 @@
 
 namespace zentrill {
 
-/// What there is to know of a folder that a walk leaves to another thread.
+/// What another thread has to know of a folder that a walk leaves to it.
 struct SubtreeTask {
-    /// A handle of its own on the folder that holds it.
+    /// A separate handle on the folder that holds it.
     DirectoryHandle parent;
     ItemPaths paths;
     /// The item of the whole deletion.
@@ -29,7 +29,7 @@ public:
     /// `walk` outlives the job.
     DeletionSubtree(const Walker& walk, SubtreeTask task) : walk_(walk), task_(std::move(task)) {}
 
-    /// What became of it; once it is finished.
+    /// What became of the folder; only after the job is finished.
     [[nodiscard]] Outcome& outcome() noexcept { return outcome_; }
 
 private:

@@ -10,7 +10,7 @@ namespace zentrill {
 
 namespace {
 
-/// How often a directory is gone through again because somebody keeps adding to it.
+/// How often a directory is listed again because somebody keeps adding to it.
 constexpr int rescanLimit = 8;
 
 bool isNotEmpty(int error) {
@@ -69,17 +69,17 @@ DeletionOutcome DeletionWalk::run() {
     }
     tell(itemName_.c_str());
     remove(itemName_.c_str(), EntryKind::unknown);
-    // The item's own entry lies outside of what the domain lets go, so it is left to this thread.
+    // The domain does not allow the removal of the item's own entry, so this thread does it.
     while (stack_.depth() > 1) {
         moved_.setItem(stack_.directory().identity());
         held_.run(stack_.directory(), [this] { empty(); });
-        moved_.setItem({}); // What its own entry meets has nothing to do with what it holds.
+        moved_.setItem({}); // A failure at its own entry does not mean that it was moved.
         leave();
     }
     return outcome();
 }
 
-/// For a folder inside of the deletion's item, on a thread that is held to that already.
+/// For a folder inside the item, on a thread that is already held to the item.
 DeletionOutcome DeletionWalk::runHere() {
     remove(itemName_.c_str(), EntryKind::directory);
     while (stack_.depth() > 1) {
@@ -96,16 +96,16 @@ DeletionOutcome DeletionWalk::outcome() {
 void DeletionWalk::empty() {
     while (true) {
         if (std::exchange(movedAround_, false) && !moved_.notice()) {
-            failTop(EACCES); // Moved back in the meantime.
+            failTop(EACCES); // It was moved back meanwhile.
         }
         if (moved_.holdsTop()) {
             handedOver_.drop();
-            movedAround_ = false; // The moved folder is known already.
+            movedAround_ = false; // This walk knows of the moved folder already.
         } else if (const auto entry = stack_.nextEntry()) {
             handle(entry->name, entry->kind);
             continue;
         } else if (const int error = stack_.takeListingError(); error != 0) {
-            // A directory that somebody removed meanwhile has no entries; removing it will tell.
+            // A directory that somebody has removed has no entries; its own removal notices that.
             if (error != ENOENT) {
                 failTop(error);
             }
@@ -136,7 +136,7 @@ void DeletionWalk::handle(const char* name, EntryKind kind) {
     }
 }
 
-/// Gathers what there is to know of the directory just entered.
+/// Prepares for the entries of the directory just entered.
 void DeletionWalk::begin() {
     if (folders_.size() < stack_.depth()) {
         folders_.emplace_back();
@@ -150,7 +150,7 @@ void DeletionWalk::begin() {
         entered.explicitNames = rules_.shield->explicitNames(paths_.standardized(below()));
     }
     if (rules_.preserveUnrecognized) {
-        // Once for all entries, which are then kept as what the directory says they are.
+        // Asked once for all entries, whose kinds are then taken from the listing.
         EntryStatus ignored;
         entered.lookUpError = stack_.directory().lookUp(".", ignored);
     }
@@ -163,7 +163,7 @@ void DeletionWalk::leave() {
     }
     if (!stack_.openDirectoryAround()) {
         stack_.leave();
-        failTop(ESTALE); // The folder around it is out of reach, with whatever it still holds.
+        failTop(ESTALE); // The folder around it is out of reach, and with it all that it still holds.
         return;
     }
     if (folder().left) {
@@ -180,7 +180,7 @@ void DeletionWalk::leave() {
     if (error == 0) {
         recordRemoved(name.c_str());
     } else if (error == ENOTDIR) {
-        // Somebody put a file or a link in its place; a folder put there in turn is not entered again.
+        // Somebody put a file or a link in its place. If that becomes a folder again, it is not entered.
         if (removeLeaf(name.c_str()) == Step::kindChanged) {
             fail(name.c_str(), EBUSY);
         }
@@ -189,7 +189,7 @@ void DeletionWalk::leave() {
     }
 }
 
-/// The moved folder is one line of the report, whatever it holds.
+/// Reports the moved folder in one line, whatever it holds.
 void DeletionWalk::leaveMoved() {
     const bool wholeFolder = moved_.isTop();
     std::string path = wholeFolder ? paths_.reported(below()) : std::string();
@@ -204,7 +204,7 @@ void DeletionWalk::leaveMoved() {
     }
 }
 
-/// Goes through the top directory again, if that has not been done too often.
+/// Starts over with the top directory, unless that has happened too often.
 bool DeletionWalk::rescan() {
     if (folder().rescans >= rescanLimit || stack_.rewind() != 0) {
         return false;
@@ -213,7 +213,7 @@ bool DeletionWalk::rescan() {
     return true;
 }
 
-/// Leaves the folder `name` of the top directory to another thread, if one has nothing to do.
+/// Leaves the folder `name` of the top directory to another thread that has nothing to do, if there is one.
 bool DeletionWalk::handOver(const char* name) {
     if (!handedOver_.areWanted(handledEntries_)) {
         return false;

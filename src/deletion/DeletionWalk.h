@@ -20,13 +20,13 @@
 
 namespace zentrill {
 
-/// Removes one item with everything in it, holding on to open directories so that no swapped folder or link
-/// can lead it elsewhere. It needs neither stack nor descriptors in proportion to the tree's depth, nor
-/// memory in proportion to its size beyond what is reported.
+/// Removes one item with everything in it. It works relative to open directories, so that no swapped folder
+/// or link can lead it elsewhere. Neither the call stack nor the number of descriptors grows with the depth
+/// of the tree, and memory grows only with what is reported.
 ///
-/// In a large tree folders are left to other threads as soon as these have nothing to do. Each of them is
+/// In a large tree it leaves folders to other threads that have nothing to do. Each of these folders is
 /// walked in the same way from its own open parent, is done before the folder around it is removed, and is
-/// recorded where one thread alone would have recorded it.
+/// recorded where a single thread would have recorded it.
 class DeletionWalk {
 public:
     /// `path` is the item as reports are to call it, `standardizedPath` the same standardized; `parent` is
@@ -79,7 +79,7 @@ private:
     /// What leads from the item to the top directory, as for `ItemPaths`.
     [[nodiscard]] std::string_view below() const;
     [[nodiscard]] std::string pathOf(const char* name) const;
-    /// Lets who follows the deletion know that it has come to the entry.
+    /// Tells whoever follows the deletion that it has come to the entry.
     void tell(const char* name);
     void recordRemoved(const char* name);
     void recordPreserved(const char* name);
@@ -93,15 +93,15 @@ private:
     std::string itemName_;
     /// From the item's parent down.
     DirectoryStack stack_;
-    /// One for each directory of the stack; the others keep their memory for the next one.
+    /// One for each directory of the stack; those beyond its top keep their memory for later ones.
     std::vector<Folder> folders_;
     OrderedRecord<DeletionRecord> record_;
     HandedOverFolders<DeletionOutcome> handedOver_;
     MovedFolder moved_;
-    /// A folder of the top directory, on another thread, was found to be in a moved one.
+    /// Another thread found that its folder of the top directory lies in a moved one.
     bool movedAround_ = false;
     HeldThread held_;
-    /// Where the removals are counted; null where nobody follows the deletion.
+    /// Counts the removals; null if nobody follows the deletion.
     DeletionProgress::Counter* counter_;
     std::size_t handledEntries_ = 0;
 };

@@ -9,7 +9,7 @@ namespace zentrill {
 
 namespace {
 
-/// How often an entry is looked at anew because somebody keeps changing it between file and folder.
+/// How often an entry is tried again because somebody keeps turning it from a file into a folder and back.
 constexpr int kindChangeLimit = 8;
 
 bool isNotEmpty(int error) {
@@ -61,7 +61,7 @@ DeletionWalk::Step DeletionWalk::removeLeaf(const char* name) {
         return Step::done;
     }
     if (error == EISDIR || error == EPERM) {
-        // Systems disagree on how unlink refuses a directory.
+        // Which error unlink gives for a directory depends on the system.
         EntryStatus status;
         if (stack_.directory().lookUp(name, status) == 0 && status.kind == EntryKind::directory) {
             return Step::kindChanged;
@@ -90,7 +90,7 @@ DeletionWalk::Step DeletionWalk::enter(const char* name) {
     if (error != EXDEV && rules_.shield == nullptr) {
         return removeUnread(name, error);
     }
-    fail(name, error == EXDEV ? EBUSY : error); // EBUSY is what the system says of removing a mount point.
+    fail(name, error == EXDEV ? EBUSY : error); // EBUSY is the error for removing a mount point.
     return Step::done;
 }
 

@@ -8,29 +8,29 @@
 
 namespace zentrill {
 
-/// Deletions that are planned one after the other, as they will be done: what an earlier one deals with is no
-/// matter of a later one any more, and nothing is counted twice.
+/// Deletions that are planned in the order in which they will run: what an earlier one covers is left out of
+/// the later ones, and nothing is counted twice.
 ///
 ///     EarlierPlans earlier;
 ///     for (const std::string& path : paths) {
 ///         plans.push_back(engine.plan(path, options, {.earlier = &earlier}));
 ///     }
 ///
-/// What an earlier deletion keeps counts as kept in the later ones, too. Paths are absolute and in any form.
+/// What an earlier deletion keeps also counts as kept in the later ones. Paths are absolute, in any form.
 class EarlierPlans {
 public:
     struct Item {
         std::string_view name;
-        /// Whether it will be gone, with all that it held.
+        /// Whether it will be gone, with everything in it.
         bool goes = false;
     };
 
     void add(std::string_view path, bool goes);
 
-    /// Whether an earlier deletion is that of `path`, or of a folder around it.
+    /// Whether `path`, or a folder around it, is the item of an earlier deletion.
     [[nodiscard]] bool covers(std::string_view path) const;
 
-    /// Whether an earlier deletion takes `path` with it.
+    /// Whether an earlier deletion removes `path`.
     [[nodiscard]] bool removes(std::string_view path) const;
 
     /// The earlier deletions' items directly inside `folder`; valid until the next `add`.

@@ -22,27 +22,27 @@
 namespace zentrill {
 
 /// The folders that a walk leaves to other threads, each with its place in the walk's record. `Outcome` is
-/// what a walk comes to, its `record` included.
+/// the result of a walk, with a `record` in it.
 ///
-/// They belong to the directory that was on top of the walk's stack when they were handed over, and are all
-/// seen to their end by `takeBack` before the walk leaves that directory.
+/// A folder belongs to the directory that was on top of the walk's stack when it was handed over. `takeBack`
+/// sees all of them to their end before the walk leaves that directory.
 template <typename Outcome>
 class HandedOverFolders {
     using Record = OrderedRecord<decltype(Outcome::record)>;
     using Subtree = DeletionSubtree<Outcome>;
 
 public:
-    /// What the walk lends. The functions outlive this object; so does the rest.
+    /// What this object borrows from the walk, all of which outlives it.
     struct Walk {
         const DirectoryStack& stack;
         Record& record;
         /// Walks through a folder on the thread that takes it.
         std::function<Outcome(SubtreeTask task, DeletionCrew& crew, bool mayHelp)> subtree;
-        /// Told what became of a folder of the top directory.
+        /// Receives what became of a folder of the top directory.
         std::function<void(const Outcome& outcome)> finished;
     };
 
-    /// For the walk that begins it all: the other threads are started once it pays.
+    /// For the first walk, which starts the other threads once that pays.
     HandedOverFolders(Walk walk, const DeletionConcurrency& concurrency)
         : walk_(std::move(walk)), concurrency_(concurrency), walker_([this](SubtreeTask task, bool mayHelp) {
               return walk_.subtree(std::move(task), *crew_, mayHelp);
@@ -62,7 +62,7 @@ public:
     HandedOverFolders& operator=(const HandedOverFolders&) = delete;
     HandedOverFolders& operator=(HandedOverFolders&&) = delete;
 
-    /// Whether another thread has too little to do, after the walk has handled that many entries.
+    /// Whether another thread needs work; `handledEntries` is how many the walk has done so far.
     [[nodiscard]] bool areWanted(std::size_t handledEntries) {
         if (crew_ == nullptr && concurrency_.threads > 1 && handledEntries > concurrency_.afterEntries) {
             ownCrew_ = std::make_unique<DeletionCrew>(concurrency_.threads - 1);
@@ -71,8 +71,8 @@ public:
         return crew_ != nullptr && crew_->wantsJobs();
     }
 
-    /// Leaves the folder `name` of the top directory, whose paths are `paths`, to whichever thread takes it;
-    /// false if it cannot. `item` is that of the whole deletion.
+    /// Leaves the folder `name` of the top directory to whichever thread takes it; returns false if that is
+    /// not possible. `paths` are those of the folder, `item` is that of the whole deletion.
     [[nodiscard]] bool handOver(const char* name, ItemPaths paths, const FileIdentity& item) {
         DirectoryHandle parent;
         if (walk_.stack.directory().duplicate(parent) != 0) {
@@ -89,8 +89,8 @@ public:
         return true;
     }
 
-    /// Waits for what was handed over in the top directory. What nobody has begun comes back, one folder at a
-    /// time: its name, for the walk to go through now, which is recorded in the folder's own place.
+    /// Waits for the folders handed over in the top directory. Folders that no thread has begun come back,
+    /// one for each call: returns the name, and the walk then records into the folder's place.
     [[nodiscard]] std::optional<std::string> takeBack() {
         while (!folders_.empty() && isOfTop(folders_.back())) {
             Folder& last = folders_.back();
@@ -100,14 +100,14 @@ public:
                     walk_.record.goTo(last.place);
                     return std::move(last.name);
                 }
-                // The directory is out of reach, and reported so.
+                // The directory is out of reach, which has been reported.
             }
             finishLast();
         }
         return std::nullopt;
     }
 
-    /// The same where the top directory is to be left as it is: what nobody has begun is dropped.
+    /// The same if the top directory must stay as it is: folders that no thread has begun are dropped.
     void drop() {
         while (!folders_.empty() && isOfTop(folders_.back())) {
             Folder& last = folders_.back();
@@ -123,7 +123,7 @@ private:
         std::size_t depth = 0;
         std::string name;
         typename Record::Place place;
-        /// Null when it came back.
+        /// Null once it has come back.
         std::shared_ptr<Subtree> subtree;
     };
 
@@ -164,12 +164,12 @@ private:
     Walk walk_;
     DeletionConcurrency concurrency_;
     typename Subtree::Walker walker_;
-    /// Set in the walk that began it all.
+    /// Set in the first walk.
     std::unique_ptr<DeletionCrew> ownCrew_;
     DeletionCrew* crew_ = nullptr;
-    /// Whether this thread may take over other work while it waits.
+    /// Whether this thread may do other jobs while it waits.
     bool mayHelp_ = true;
-    /// Those of deeper directories after those of the directories around them.
+    /// In the order of their directories' depth.
     std::vector<Folder> folders_;
 };
 

@@ -17,7 +17,7 @@ void HeldThread::run(const DirectoryHandle& item, const std::function<void()>& b
     }
     std::packaged_task<void()> task([&] {
         beginWorkerThread("deletion");
-        (void)domain_.enter(item); // Where that cannot be, the walk's own care is all there is.
+        (void)domain_.enter(item); // If that fails, only the walk's own care is left.
         body();
     });
     std::future<void> outcome = task.get_future();

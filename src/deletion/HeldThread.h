@@ -11,7 +11,7 @@
 
 namespace zentrill {
 
-/// Runs a part of a deletion on a thread that the domain holds to the item, while the caller's own thread,
+/// Runs a part of a deletion on a thread that the domain holds to the item. Meanwhile the caller's thread,
 /// which is never restricted, waits and answers questions.
 ///
 ///     HeldThread held(domain);
@@ -23,17 +23,18 @@ namespace zentrill {
 ///     });
 ///     item goes;                                                // On the caller's thread again.
 ///
-/// A thread is made for each run, so that domains never add up. Without a domain, and where no thread is to
-/// be had, everything happens on the caller's thread.
+/// Each run has a new thread, because domains cannot be left and would add up. Without a domain, or if no
+/// thread can be started, everything happens on the caller's thread.
 class HeldThread {
 public:
     explicit HeldThread(DeletionDomain domain);
 
-    /// Returns when `body` has come to its end; passes on what it throws.
+    /// Returns when `body` has ended; passes on what it throws.
     void run(const DirectoryHandle& item, const std::function<void()>& body);
 
-    /// From within `body`, or outside of a run: what `question` says on the thread that called `run`. What
-    /// may start processes, or change anything outside of the item, belongs in there.
+    /// Runs `question` on the thread that called `run` and returns its answer. Whatever may start processes,
+    /// or change anything outside the item, must be asked this way. May be called in `body` and outside a
+    /// run.
     [[nodiscard]] bool ask(const std::function<bool()>& question);
 
 private:

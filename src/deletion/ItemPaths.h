@@ -23,12 +23,12 @@ public:
     /// The reported path of the entry `name` in the folder at `below`.
     [[nodiscard]] std::string reported(std::string_view below, std::string_view name) const;
 
-    /// In the form that the shield compares.
+    /// The path in the form that the shield compares.
     [[nodiscard]] std::string standardized(std::string_view below) const;
 
 private:
     std::string reported_;
-    /// A trailing slash of the caller's is not doubled in front of what lies below.
+    /// Without the slashes at the end, which are not repeated before what lies below.
     std::size_t reportedLength_;
     std::string standardized_;
 };

@@ -9,14 +9,14 @@
 
 namespace zentrill {
 
-/// The files with several names that a plan has met, until it has met all their names.
+/// The files with several names that a plan has met, each until all its names have been met.
 class LinkedFiles {
 public:
-    /// What is to be counted for one more name.
+    /// What one more name adds to the counts.
     struct Count {
-        /// Whether no name met before had the same end.
+        /// Whether no earlier name of the file had the same end.
         bool firstOfItsEnd = true;
-        /// Whether every name of the file has been met, and all of them are to go.
+        /// Whether all names of the file have been met and all of them are to go.
         bool lastLinkGoes = false;
     };
 
@@ -30,7 +30,7 @@ private:
     struct File {
         std::uint64_t met = 0;
         std::uint64_t going = 0;
-        /// A bit for each end that a name of it meets.
+        /// One bit for each end of its names so far.
         std::uint8_t ends = 0;
     };
 

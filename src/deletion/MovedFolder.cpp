@@ -3,7 +3,7 @@
 namespace zentrill {
 
 bool MovedFolder::notice() {
-    // Where the permissions already forbid it, which is common, the way up need not be climbed.
+    // Usually the permissions of the directory forbid it, and the folders above need no look.
     if (item_ == FileIdentity{} || !stack_.directory().permitsChanges()) {
         return false;
     }

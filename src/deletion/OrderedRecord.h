@@ -7,16 +7,16 @@
 
 namespace zentrill {
 
-/// A record in the order of a walk, though parts of it come late: what another thread does, or what the walk
-/// itself comes back to.
+/// A record in the order of a walk, of which some parts come late: from another thread, or because the walk
+/// itself comes back to them.
 ///
 ///     const OrderedRecord<DeletionRecord>::Place place = record.keepPlace();
 ///     record.current().removedCount += 1;          // Comes after what belongs in the place.
 ///     record.fill(place, whatTheOtherThreadDid);
 ///
-/// A place is filled or closed once, and so is every place kept while recording into it, before it. What
-/// stands on both sides is joined then, by `Record::append`: there are two parts for each open place, and one
-/// more.
+/// Each place is filled or closed once, after all places that were kept while recording into it. The parts on
+/// both sides are then joined by `Record::append`, so that there are never more than two parts for each open
+/// place, and one more.
 template <typename Record>
 class OrderedRecord {
     using Parts = std::list<Record>;
@@ -35,20 +35,20 @@ public:
     OrderedRecord& operator=(const OrderedRecord&) = delete;
     OrderedRecord& operator=(OrderedRecord&&) = delete;
 
-    /// Where what happens now belongs.
+    /// The part that takes what happens now.
     [[nodiscard]] Record& current() noexcept { return *current_; }
 
-    /// Keeps a place after what was recorded last; what is recorded from now on comes after it.
+    /// Keeps a place after the last entry; what is recorded from now on comes after the place.
     [[nodiscard]] Place keepPlace() {
         const auto place = parts_.insert(std::next(current_), empty_);
         current_ = parts_.insert(std::next(place), empty_);
         return place;
     }
 
-    /// Records into the kept place from now on, until it is closed.
+    /// From now on, until the place is closed, records into it.
     void goTo(Place place) noexcept { current_ = place; }
 
-    /// Ends the recording into a kept place, if it was begun, and goes on after it.
+    /// Closes the place; if it was being recorded into, recording goes on after it.
     void close(Place place) {
         const auto before = std::prev(place);
         const auto after = std::next(place);
@@ -60,7 +60,7 @@ public:
         parts_.erase(place, std::next(after));
     }
 
-    /// Puts into the kept place what was recorded elsewhere.
+    /// Puts what was recorded elsewhere into the place, and closes it.
     void fill(Place place, Record record) {
         *place = std::move(record);
         close(place);
@@ -68,7 +68,7 @@ public:
 
     [[nodiscard]] std::size_t partCount() const noexcept { return parts_.size(); }
 
-    /// The whole record; once, and when no place is open.
+    /// The whole record. To be called once, when no place is open.
     [[nodiscard]] Record take() { return std::move(parts_.front()); }
 
 private:

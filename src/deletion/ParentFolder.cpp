@@ -30,7 +30,7 @@ ParentFolder ParentFolder::open(const std::string& path) {
             break;
         }
         if (isSystemAlias(ancestor, *destination)) {
-            return open(aliasNormalized(path)); // Begins with /private, which is no alias itself.
+            return open(aliasNormalized(path)); // That begins with /private, which is not an alias.
         }
         result.error = ELOOP;
         result.unsafeAncestor = ancestor;

@@ -7,8 +7,8 @@
 
 namespace zentrill {
 
-/// The open folder that an item lies in, reached from the root without passing a link other than a system
-/// alias. Whoever swaps a folder of the path afterwards changes nothing: the removal starts from `handle`.
+/// The open folder that an item lies in, reached from the root without following any link but the system's
+/// aliases. Swapping a folder of the path afterwards has no effect: the removal starts from `handle`.
 struct ParentFolder {
     /// The system's error number, 0 when `handle` is open; ENOENT or ENOTDIR when no item can be there.
     int error = 0;

@@ -9,14 +9,14 @@
 
 namespace zentrill {
 
-/// Which tools of the catalog claim a path as theirs: what they are removed with, and the data that stay.
+/// Which tools of the catalog list a path, among what their removal deletes or among their other data.
 class PathOwners {
 public:
-    /// Reads the folders of the rules' patterns, as the removal does.
+    /// Expands the patterns of the rules, as the removal does.
     PathOwners(const std::vector<ApplicationDetectionRule>& rules, const PathExpander& pathExpander);
 
     /// The names of the tools other than `tool` that list the absolute `path`, something in it or a folder
-    /// around it; in the order of the rules.
+    /// around it, in the order of the rules.
     [[nodiscard]] std::vector<std::string> othersThan(std::string_view tool, std::string_view path) const;
 
 private:

@@ -6,16 +6,16 @@
 
 namespace zentrill {
 
-/// What a plan's walk found, or a stretch of it.
+/// What the walk of a plan found, or a part of it.
 struct PlanRecord {
     DeletionPlan plan;
     /// How many items of each kind are listed at most, and how many failures.
     std::size_t listedItems = 0;
     std::size_t listedFailures = 0;
-    /// Folders that were left to another thread, and done by it.
+    /// Folders that another thread has done.
     std::size_t foldersOfOthers = 0;
 
-    /// Adds what was found after this.
+    /// Adds what was found later.
     void append(PlanRecord later);
 };
 

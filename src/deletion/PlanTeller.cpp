@@ -7,7 +7,7 @@ namespace zentrill {
 PlanTeller::PlanTeller(std::string item, const PlanOptions& options)
     : item_(std::move(item)), options_(options), isWanted_(options.progress != nullptr) {
     if (isWanted_) {
-        tell(); // That there is something, before the first folder was read.
+        tell(); // Says that the item exists before any folder is read.
     }
 }
 

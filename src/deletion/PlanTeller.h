@@ -10,13 +10,13 @@ namespace zentrill {
 
 struct PlanOptions;
 
-/// Passes on what the threads of one plan find, so often that a person sees it grow and so seldom that it
-/// costs nothing.
+/// Passes on what the threads of one plan find: often enough for a person to see it grow, seldom enough to
+/// cost nothing.
 class PlanTeller {
 public:
-    /// How often `PlanOptions::progress` is told.
+    /// The time between two calls of `PlanOptions::progress`.
     static constexpr std::chrono::milliseconds interval{50};
-    /// After so many entries a walk looks whether it is time.
+    /// How many entries a walk handles between two looks at the clock.
     static constexpr std::size_t entriesBetween = 16;
 
     /// `options` outlives this object.
@@ -25,10 +25,10 @@ public:
     /// Whether anybody listens.
     [[nodiscard]] bool isWanted() const noexcept { return isWanted_; }
 
-    /// Takes what one thread has found since it was here; any thread.
+    /// Takes what one thread has found since its last call. Safe on any thread.
     void gather(PlanRecord news);
 
-    /// Tells what was gathered, whatever the time.
+    /// Passes on what was gathered, without regard to the time.
     void tellAll();
 
 private:

@@ -37,7 +37,7 @@ PlanWalk::PlanWalk(const PlanWalk& around, SubtreeTask task, DeletionCrew& crew,
 }
 
 PlanRecord PlanWalk::emptyRecord() const {
-    // Without the shield a report has one failure in all, which names the first item that could not go.
+    // Without the shield a report has a single failure, which names the first item that could not go.
     return {.plan = {},
             .listedItems = options_.listedItems,
             .listedFailures = rules_.shield != nullptr ? options_.listedItems : 1};
@@ -79,7 +79,7 @@ PlanRecord PlanWalk::run() {
     return std::move(outcome.record);
 }
 
-/// Plans what the item, if it was entered, holds.
+/// Plans the contents of the item, if it was entered.
 PlanOutcome PlanWalk::goThrough() {
     while (stack_.depth() > 1) {
         if (stopRequested()) {
@@ -94,7 +94,7 @@ PlanOutcome PlanWalk::goThrough() {
             }
         } else if (const std::optional<std::string> name = handedOver_.takeBack()) {
             plan(name->c_str(), EntryKind::directory);
-        } else if (!shared_.stopped) { // Another thread may have been told to stop meanwhile.
+        } else if (!shared_.stopped) { // Another thread may have noticed meanwhile that the plan is to end.
             leave();
         }
     }
@@ -138,14 +138,14 @@ void PlanWalk::handle(const char* name, EntryKind kind) {
     }
 }
 
-/// Leaves the folder `name` of the top directory to another thread, if one has nothing to do.
+/// Leaves the folder `name` of the top directory to another thread that has nothing to do, if there is one.
 bool PlanWalk::handOver(const char* name) {
     return handedOver_.areWanted(handledEntries_) &&
            handedOver_.handOver(
                name, ItemPaths(pathOf(name), paths_.standardized(below()).append("/").append(name)), {});
 }
 
-/// Gathers what there is to know of the directory just entered.
+/// Prepares for the entries of the directory just entered.
 void PlanWalk::begin() {
     Folder entered{.forecast = RemovalForecast(stack_.directory())};
     if (options_.earlier != nullptr) {
@@ -166,7 +166,7 @@ void PlanWalk::leave() {
     const Folder left = std::move(folder());
     folders_.pop_back();
     if (!stack_.leave()) {
-        // Somebody moved it: the folder around it is out of reach, with whatever it still holds.
+        // Somebody moved it. The folder around it is out of reach, and with it all that it still holds.
         failHere(ESTALE);
     } else if (left.left) {
         folder().left = true;

@@ -27,9 +27,9 @@
 
 namespace zentrill {
 
-/// Goes through an item in the order in which `DeletionWalk` does, applies the same rules, and removes
-/// nothing. In a large tree folders are left to other threads in the same way, each with its place in the
-/// plan. Memory grows with the tree's depth and the files of several names, not with the number of entries.
+/// Goes through an item in the order of `DeletionWalk`, applies the same rules and removes nothing. In a
+/// large tree it leaves folders to other threads in the same way, each with its place in the plan. Memory
+/// grows with the depth of the tree and with the files of several names, not with the number of entries.
 class PlanWalk {
 public:
     /// As for `DeletionWalk`. `rules` and `options` outlive the walk.
@@ -55,10 +55,10 @@ private:
         bool left = false;
         /// Why no entry in here can be looked up; 0 if they can.
         int lookUpError = 0;
-        /// Of the files in it, at any depth of folders that go, with each of their names.
+        /// Of the files in it, and in folders below that go; a file counts once for each name.
         std::int64_t logicalBytes = 0;
         RemovalForecast forecast;
-        // The braces keep GCC's missing-field-initializers quiet.
+        // Without braces GCC warns of missing initializers.
         std::vector<std::string_view> explicitNames{};  // NOLINT(readability-redundant-member-init)
         std::vector<EarlierPlans::Item> earlierItems{}; // NOLINT(readability-redundant-member-init)
     };
@@ -79,7 +79,7 @@ private:
         std::mutex linkedFilesMutex;
     };
 
-    /// For a folder that `around`, a walk of the same plan, left to this thread; `mayHelp` is as for
+    /// For a folder that another walk of the same plan, `around`, left to this thread; `mayHelp` is as for
     /// `DeletionCrew::await`.
     PlanWalk(const PlanWalk& around, SubtreeTask task, DeletionCrew& crew, bool mayHelp);
 
@@ -87,7 +87,7 @@ private:
     [[nodiscard]] HandedOverFolders<PlanOutcome>::Walk lend();
     [[nodiscard]] PlanOutcome goThrough();
     [[nodiscard]] bool stopRequested();
-    /// Hands over what was found since the last time.
+    /// Passes on what was found since the last call.
     void tellNews();
     [[nodiscard]] bool handOver(const char* name);
     void handle(const char* name, EntryKind kind);
@@ -107,14 +107,15 @@ private:
     [[nodiscard]] std::string pathOf(const char* name) const;
 
     [[nodiscard]] static DeletionPlan::Items& items(DeletionPlan& plan, End end);
-    /// Adds the entry `name` of the top directory to what meets `end`, and to the list if there is room; null
-    /// for the directory itself.
+    /// Counts the entry `name` of the top directory among those of that `end`, and lists it if there is room.
+    /// A null `name` stands for the directory itself.
     void list(const char* name, End end, const EntryStatus& status);
-    /// Counts the entry `name` of the top directory; a folder's size is that of what goes with it.
+    /// Lists and sizes the entry `name` of the top directory; the size of a folder is that of what goes with
+    /// it.
     void count(const char* name, End end, const EntryStatus& status);
-    /// Notes one more name of a file, and what it meets.
+    /// Notes one more name of a file, and its end.
     [[nodiscard]] LinkedFiles::Count meet(const EntryStatus& file, End end);
-    /// What could not be looked up has the empty status.
+    /// An entry that could not be looked up has an empty status.
     void fail(const char* name, int error, const EntryStatus& status = {});
     void failHere(int error);
     /// Whether the plan has room for one more.
@@ -123,7 +124,7 @@ private:
 
     const DeletionRules& rules_;
     const PlanOptions& options_;
-    /// In the walk that began it all.
+    /// Set in the first walk.
     std::unique_ptr<Shared> own_;
     Shared& shared_;
     ItemPaths paths_;
@@ -133,7 +134,7 @@ private:
     /// One for each directory of the stack.
     std::vector<Folder> folders_;
     OrderedRecord<PlanRecord> record_;
-    /// What the teller does not know yet, if anybody listens.
+    /// What the teller has not got yet.
     PlanRecord news_;
     std::size_t entriesSinceTold_ = 0;
     HandedOverFolders<PlanOutcome> handedOver_;

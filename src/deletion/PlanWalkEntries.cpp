@@ -62,14 +62,14 @@ void PlanWalk::enter(const char* name) {
     if (error == 0) {
         begin();
     } else if (error == ENOTDIR || error == ELOOP) {
-        planLeaf(name); // Somebody has just put it in the folder's place.
+        planLeaf(name); // Somebody has just put something else in the folder's place.
     } else if (error != ENOENT) {
-        // EBUSY is what the system says of removing a mount point.
+        // EBUSY is the error for removing a mount point.
         fail(name, error == EXDEV ? EBUSY : errorOfUnread(name, error), folderOf(0));
     }
 }
 
-/// A folder that must not be read may turn out to be empty, and then go; nobody can see that beforehand.
+/// A folder that cannot be read may be empty, and then it goes; nobody can see that beforehand.
 int PlanWalk::errorOfUnread(const char* name, int openingError) const {
     EntryStatus status;
     int removalError = 0;
@@ -134,7 +134,7 @@ void PlanWalk::list(const char* name, End end, const EntryStatus& status) {
     ++counted.count;
     ++news.count;
     if (counted.listed.size() >= options_.listedItems) {
-        return; // No path is made for the others: there may be a million.
+        return; // The others get no path: there may be a million of them.
     }
     counted.listed.push_back({.path = name != nullptr ? pathOf(name) : paths_.reported(below()),
                               .logicalBytes = status.size,
@@ -160,7 +160,7 @@ void PlanWalk::fail(const char* name, int error, const EntryStatus& status) {
     count(name, End::failing, status);
 }
 
-/// For the top directory itself, whose entries are not all known.
+/// For the top directory itself, of which some entries could not be read.
 void PlanWalk::failHere(int error) {
     folder().left = true;
     if (listsFailures()) {

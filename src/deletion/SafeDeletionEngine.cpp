@@ -94,7 +94,7 @@ std::optional<DeletionReport> SafeDeletionEngine::openParent(const std::string& 
         return failureReport(std::move(*refusal));
     }
     if (hasNul(atPath)) {
-        return DeletionReport{}; // No name holds a NUL, and the system would end the path there.
+        return DeletionReport{}; // No file name contains a NUL, and the system would cut the path there.
     }
     const std::string standardized = paths::standardized(atPath);
     parent = ParentFolder::open(standardized);
@@ -104,7 +104,7 @@ std::optional<DeletionReport> SafeDeletionEngine::openParent(const std::string& 
     EntryStatus status;
     const int error = parent.error != 0 ? parent.error : parent.handle.lookUp(parent.name.c_str(), status);
     if (error != 0) {
-        // A path that cannot be looked up counts as missing; one that only could not be opened does not.
+        // A path that cannot be looked up counts as missing; one that just cannot be opened does not.
         if (!fileManager_->itemExistsWithoutFollowingSymlink(standardized)) {
             return DeletionReport{};
         }
@@ -130,7 +130,7 @@ std::optional<std::string> SafeDeletionEngine::deletionRefusal(const std::string
     return std::nullopt;
 }
 
-/// The first link on the way to the standardized `path` that is no system alias.
+/// The first link on the way to the standardized `path` that is not a system alias.
 std::optional<std::string> SafeDeletionEngine::unsafeSymlinkAncestor(const std::string& path) const {
     for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
         std::string ancestor = path.substr(0, end);

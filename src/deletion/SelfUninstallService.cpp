@@ -44,7 +44,7 @@ SelfUninstallService::SelfUninstallService(
 
 std::vector<std::string> SelfUninstallService::ownedDataURLs(const std::string& homeDirectory) const {
     if (homeDirectory.empty()) {
-        return {}; // What is called the same at the root belongs to the whole system.
+        return {}; // Relative to the root, these paths would be the system's.
     }
     const std::string& id = expectedBundleIdentifier_;
     std::vector<std::string> paths{
@@ -62,7 +62,7 @@ std::vector<std::string> SelfUninstallService::ownedDataURLs(const std::string& 
 
 SelfUninstallResult SelfUninstallService::uninstall(const std::string& bundleURL,
                                                     const std::string& homeDirectory) const {
-    // A trailing slash would make every look at the bundle see through a link.
+    // With a trailing slash, a link to a bundle would pass for the bundle.
     const std::string bundle = paths::standardized(bundleURL);
     std::vector<std::string> dataURLs = ownedDataURLs(homeDirectory);
     append(dataURLs, existingPaths(additionalOwnedData_));

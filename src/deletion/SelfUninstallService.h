@@ -11,16 +11,16 @@
 
 namespace zentrill {
 
-/// Removes the program itself: first its per-user data, then its bundle, once everything about both has been
-/// found in order. All locations are absolute paths. Holds no state between calls.
+/// Removes the program itself: first its per-user data, then its bundle, after checking that both can go. All
+/// locations are absolute paths. Holds no state between calls.
 class SelfUninstallService {
 public:
     static constexpr const char* defaultBundleIdentifier = "com.user.Zentrill";
 
     /// Without `allowedApplicationDirectories` the bundle may stand in /Applications or in the home folder's
     /// Applications; without `deletion` a new engine over `fileManager` is used. `fileManager` must outlive
-    /// the service. `additionalOwnedData` are paths that belong to the program besides its per-user data;
-    /// where nothing stands they are not looked at.
+    /// the service. `additionalOwnedData` are further paths that belong to the program; those that do not
+    /// exist are ignored.
     explicit SelfUninstallService(
         std::string expectedBundleIdentifier = defaultBundleIdentifier,
         std::optional<std::vector<std::string>> allowedApplicationDirectories = std::nullopt,
@@ -28,12 +28,12 @@ public:
         std::shared_ptr<const SafeDeletionEngine> deletion = nullptr,
         std::vector<std::string> additionalOwnedData = {});
 
-    /// Where the program keeps data in that home folder: preferences, caches, application support, logs,
-    /// saved window state. Nothing for an empty path, which stands for a home folder that is not known.
+    /// Where the program keeps data in that home folder: preferences, caches, application support, logs and
+    /// saved window state. Empty for an empty path, which means that the home folder is not known.
     [[nodiscard]] std::vector<std::string> ownedDataURLs(const std::string& homeDirectory) const;
 
-    /// Removes nothing unless everything can go. When data cannot be removed after all, the bundle stays, so
-    /// that there is still a program to try again with.
+    /// Removes nothing unless all checks pass. If some data cannot be removed after all, the bundle stays, so
+    /// that the person can try again.
     [[nodiscard]] SelfUninstallResult uninstall(const std::string& bundleURL,
                                                 const std::string& homeDirectory) const;
 

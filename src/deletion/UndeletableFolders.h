@@ -8,8 +8,7 @@
 
 namespace zentrill {
 
-/// The folders that no caller may delete whatever the reason: the root, the home folder, and every folder
-/// that the home folder lies in.
+/// The folders that nobody may delete: the root, the home folder, and every folder around the home folder.
 class UndeletableFolders {
 public:
     /// Reads where the home folder is now.
@@ -18,11 +17,11 @@ public:
     /// Why the item at the standardized `path` must stay, or nothing.
     [[nodiscard]] std::optional<std::string> refusal(const std::string& path) const;
 
-    /// Whether the folder is one of them under another name: a bind mount, a spelling in other letter case.
+    /// Whether the folder is one of them, even under another name, such as a bind mount or a different case.
     [[nodiscard]] bool contains(const FileIdentity& folder) const;
 
 private:
-    /// The home folder as it is named and as it is with every link on its path resolved.
+    /// The path of the home folder, as it is given and with all links resolved.
     std::vector<std::string> homes_;
     std::vector<FileIdentity> identities_;
 };

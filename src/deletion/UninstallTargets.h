@@ -10,8 +10,8 @@ namespace zentrill {
 /// matches in sorted order: none where nothing matches or the folder cannot be read. Any other entry stands
 /// for `expanded` alone, whether it exists or not.
 ///
-/// Only what the catalog wrote is a pattern. The home folder may have any name, and one called "[a]*" must
-/// not turn the removal of its own data into that of the neighbours' data.
+/// Only what the catalog wrote is a pattern. A home folder may have any name, and if one is called "[a]*",
+/// the removal must not reach the data of its neighbours.
 [[nodiscard]] std::vector<std::string> uninstallTargets(const std::string& entry,
                                                         const std::string& expanded);
 

@@ -21,9 +21,9 @@ struct CommandResult {
     /// The system's description of a failed launch; absent when the launch succeeded.
     std::optional<std::string> launchError;
 
-    /// Whether `stdout` is everything that the command wrote there: false if that was not valid UTF-8, or more
-    /// than the runner keeps. Check it before you conclude anything from what is *missing* in a text. `==`
-    /// leaves it out.
+    /// Whether `stdout` is everything that the command wrote there: false if that was not valid UTF-8, or
+    /// more than the runner keeps. Check it before you conclude anything from what is *missing* in a text.
+    /// `==` leaves it out.
     bool stdoutIsWhole = true;
     /// The same for `stderr`.
     bool stderrIsWhole = true;

@@ -17,8 +17,8 @@ public:
     /// One command, counted while the object lives.
     class Entry {
     public:
-        /// Throws `std::system_error`: ECANCELED after the shutdown, otherwise why the descriptor could not be
-        /// opened.
+        /// Throws `std::system_error`: ECANCELED after the shutdown, otherwise why the descriptor could not
+        /// be opened.
         explicit Entry(CommandsInFlight& commands = shared());
         ~Entry();
 

@@ -35,8 +35,8 @@ namespace zentrill {
 /// Pitfalls:
 ///
 /// - `run` blocks: never call it on the main thread.
-/// - Only the first 64 MiB of each stream are kept, and a stream that is not UTF-8 is dropped. `CommandResult`
-///   says so: ask `stdoutIsWhole` before you conclude anything from what is missing in `stdout`.
+/// - Only the first 64 MiB of each stream are kept, and a stream that is not UTF-8 is dropped.
+///   `CommandResult` says so: ask `stdoutIsWhole` before concluding anything from what `stdout` lacks.
 /// - A child that leaves its process group, as daemons do, is beyond reach from then on.
 /// - A child that is stuck in a system call is given up after a second, and reaped by a later `run` once it
 ///   has ended.
