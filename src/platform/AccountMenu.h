@@ -5,10 +5,9 @@
 
 namespace zentrill {
 
-/// Where an account's own entry in the desktop's menu stands, and the icon that it shows: two absolute paths,
-/// whether or not there is something. `identifier` is the program's, which both are named after; `dataHome`
-/// is the value of `XDG_DATA_HOME`, which counts only as an absolute path and is `.local/share` in the home
-/// folder otherwise. Nothing where neither is known.
+/// The paths of an account's menu entry and of its icon, both absolute, whether or not they exist. Both are
+/// named after the program's `identifier`. `dataHome` is the value of `XDG_DATA_HOME`; if it is not an
+/// absolute path, `.local/share` in the home folder is used. Empty if the home folder is not known either.
 [[nodiscard]] std::vector<std::string> accountMenuItems(const std::string& identifier,
                                                         const std::string& homeDirectory,
                                                         const std::string& dataHome);

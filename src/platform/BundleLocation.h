@@ -4,8 +4,8 @@
 
 namespace zentrill {
 
-/// The folder three levels above the running executable, "….app" for an installed program (the executable
-/// is "Contents/MacOS/…" in it). Empty if the system does not tell where the executable is.
+/// The folder three levels above the running executable, "….app" for an installed program (the executable is
+/// "Contents/MacOS/…" in it). Empty if the system does not say where the executable is.
 [[nodiscard]] std::string bundleLocation();
 
 /// The same for the executable at the absolute path `executable`.

@@ -14,7 +14,7 @@ struct MallocDeleter {
     }
 };
 
-/// A C string of the caller's own, as `realpath` returns it.
+/// A C string that the caller has to free, as `realpath` returns it.
 using MallocText = std::unique_ptr<char, MallocDeleter>;
 
 struct DirectoryCloser {

@@ -83,8 +83,8 @@ std::optional<bool> isMountRoot(int descriptor) {
     return (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
-/// Opens without stepping over a mount point, so that a server that no longer answers is never asked. A bind
-/// mount counts, though its device number is that of the directory around it.
+/// Opens without crossing a mount point, so that a server which no longer answers is never asked. Bind mounts
+/// count, although they have the same device number as the directory around them.
 int openRefusingMounts(int directory, const char* name) {
     open_how how{};
     how.flags = static_cast<decltype(how.flags)>(O_RDONLY | directoryFlags);
@@ -93,7 +93,7 @@ int openRefusingMounts(int directory, const char* name) {
 }
 
 bool isUnavailable(int error) {
-    // Sandboxes refuse calls that they do not know with either.
+    // Sandboxes give either of these for calls that they do not know.
     return error == ENOSYS || error == EPERM;
 }
 
@@ -167,7 +167,8 @@ int DirectoryHandle::duplicate(DirectoryHandle& copy) const {
 }
 
 int DirectoryHandle::lookUp(const char* name, EntryStatus& status) const {
-    constexpr std::int64_t blockSize = 512; // The unit of `st_blocks`, whatever the file system's own.
+    // The unit of `st_blocks`, whatever the block size of the file system.
+    constexpr std::int64_t blockSize = 512;
     struct stat found{};
     if (uninterrupted([&] { return ::fstatat(descriptor_.get(), name, &found, AT_SYMLINK_NOFOLLOW); }) != 0) {
         return errno;
@@ -234,7 +235,7 @@ int DirectoryHandle::rememberIdentity() {
 #ifdef __linux__
 
 int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t nameBytesLimit, bool& atEnd) const {
-    // Not on the stack, which may be small, and not made anew for each of a million folders.
+    // Not on the stack, which may be small, and allocated once for a million folders.
     constexpr std::size_t blockSize = 32768;
     static thread_local std::vector<char> block(blockSize);
     atEnd = false;
@@ -265,7 +266,7 @@ int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t nameByte
 
 #else
 
-// Reads the whole directory at once: a stream that goes on after removals is promised nowhere else.
+// Reads the whole directory at once: other systems do not promise that a stream goes on after removals.
 int DirectoryHandle::readEntries(DirectoryListing& listing, std::size_t, bool& atEnd) const {
     atEnd = false;
     FileDescriptor copy(::openat(descriptor_.get(), ".", O_RDONLY | directoryFlags));

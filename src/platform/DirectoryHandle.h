@@ -31,23 +31,23 @@ public:
 
     [[nodiscard]] explicit operator bool() const noexcept { return static_cast<bool>(descriptor_); }
 
-    /// Of the directory when it was opened; not known of the root.
+    /// The identity of the directory when it was opened; not known for the root.
     [[nodiscard]] const FileIdentity& identity() const noexcept { return identity_; }
 
     void close() noexcept { descriptor_.reset(); }
 
-    /// For calls that this class does not know; closed by this object.
+    /// For calls that this class does not offer. This object closes it.
     [[nodiscard]] int descriptor() const noexcept { return descriptor_.get(); }
 
     /// Opens the folder `name` for looking up names only, which needs no permission to read it. May be a
     /// mount point.
     [[nodiscard]] int openForSearch(const char* name, DirectoryHandle& opened) const;
 
-    /// Opens the folder `name` for listing. ENOTDIR or ELOOP for what is no folder, EXDEV for a mount point
+    /// Opens the folder `name` for listing. ENOTDIR or ELOOP if it is not a folder, EXDEV for a mount point
     /// that is refused.
     [[nodiscard]] int openChild(const char* name, Mounts mounts, DirectoryHandle& opened) const;
 
-    /// Opens whatever "..", the folder above, is by now; the caller compares its identity.
+    /// Opens "..", whichever folder that is by now; the caller has to compare its identity.
     [[nodiscard]] int openParent(DirectoryHandle& opened) const;
 
     /// Makes `copy` a second handle on the same directory.
@@ -55,10 +55,10 @@ public:
 
     [[nodiscard]] int lookUp(const char* name, EntryStatus& status) const;
 
-    /// Looks the entry up whose `kind` the listing left unknown; a known one stays as it is, without a look.
+    /// Looks up the entry if the listing left its `kind` unknown; a known kind stays as it is.
     [[nodiscard]] int completeKind(const char* name, EntryKind& kind) const;
 
-    /// Where the link `name` points, as it is written there; nothing if it is no link.
+    /// Where the link `name` points, as it is written in the link; nothing if it is not a link.
     [[nodiscard]] std::optional<std::string> linkDestination(const char* name) const;
 
     [[nodiscard]] int removeFile(const char* name) const;
@@ -66,11 +66,11 @@ public:
     /// Removes the empty folder `name`.
     [[nodiscard]] int removeDirectory(const char* name) const;
 
-    /// Whether the permissions, and the file system, allow to add and to remove names in the directory.
+    /// Whether the permissions and the file system allow adding and removing names in the directory.
     [[nodiscard]] bool permitsChanges() const;
 
-    /// Appends entries to `listing`, "." and ".." left out, until its names take up `nameBytesLimit` or the
-    /// directory ends, which `atEnd` tells. A following call goes on from there.
+    /// Appends entries to `listing`, without "." and "..", until its names take up `nameBytesLimit` bytes or
+    /// the directory ends, in which case `atEnd` becomes true. The next call goes on from there.
     [[nodiscard]] int readEntries(DirectoryListing& listing, std::size_t nameBytesLimit, bool& atEnd) const;
 
     /// Makes the next `readEntries` start over.

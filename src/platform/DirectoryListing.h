@@ -8,8 +8,8 @@
 
 namespace zentrill {
 
-/// A batch of a directory's entries. The names lie end to end in one block, so that a batch of any size
-/// costs two allocations and a cleared one none.
+/// A batch of a directory's entries. All names are in one block, so that a batch of any size needs two
+/// allocations, and none when it is used again.
 class DirectoryListing {
 public:
     [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
@@ -17,7 +17,7 @@ public:
     /// What the names take up, in bytes.
     [[nodiscard]] std::size_t nameBytes() const noexcept { return names_.size(); }
 
-    /// The name as the directory spells it; valid until the listing changes or goes.
+    /// The name as it is in the directory; valid until the listing changes or is destroyed.
     [[nodiscard]] const char* name(std::size_t index) const { return &names_[entries_[index].nameOffset]; }
 
     [[nodiscard]] EntryKind kind(std::size_t index) const { return entries_[index].kind; }

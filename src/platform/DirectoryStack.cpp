@@ -9,9 +9,9 @@ namespace zentrill {
 
 namespace {
 
-/// Names read from a directory before its entries are handed out, in bytes: few enough that what the kernel
-/// has just looked at is still in the processor's cache when the walk gets there. A megabyte at a time makes
-/// a deletion 2 % slower.
+/// How many bytes of names are read before the entries are handed out: few enough that what the kernel has
+/// just read is still in the processor's cache when the walk gets there. With a megabyte at a time a deletion
+/// takes 2 % longer.
 constexpr std::size_t listingBytes = std::size_t{16} * 1024;
 
 bool isOutOfDescriptors(int error) {
@@ -109,14 +109,14 @@ bool DirectoryStack::leave() {
     return reached;
 }
 
-/// Gives up the oldest open directory other than the top one; it is reached again by "..".
+/// Closes the oldest open directory other than the top one; it is reached again by "..".
 bool DirectoryStack::closeOldest() {
     while (oldestOpen_ + 1 < depth_) {
         Frame& frame = frames_[oldestOpen_++];
         if (!frame.directory) {
             continue;
         }
-        // A reopened directory is read from its start, where entries that were left would be met twice.
+        // A reopened directory is read from its start, and the entries that were left would come twice.
         if (!frame.listingComplete) {
             frame.listingError = frame.directory.readEntries(frame.listing, SIZE_MAX, frame.listingComplete);
             frame.listingComplete = true;

@@ -12,8 +12,8 @@
 
 namespace zentrill {
 
-/// The way of a walk through a tree: the open directories from the base, where it begins, down to the one
-/// where it is, and what each still has to list. It navigates and changes nothing.
+/// The position of a walk through a tree: the open directories from the base, where it begins, down to the
+/// current one, and the entries that each has left. It navigates and changes nothing.
 ///
 ///     DirectoryStack stack(std::move(base));
 ///     while (true) {
@@ -36,8 +36,8 @@ namespace zentrill {
 /// Calls that can fail return the system's error number, 0 for success.
 class DirectoryStack {
 public:
-    /// Directories kept open at once beside the base: enough that an ordinary tree is never climbed by "..",
-    /// few enough for a process that may open 64 files.
+    /// Directories kept open at once besides the base: enough for an ordinary tree to be climbed without
+    /// "..", few enough for a process that may open 64 files.
     static constexpr std::size_t usualOpenDirectories = 16;
 
     /// `base` is never closed by the stack. It is listed only if `nextEntry` is called there.
@@ -45,7 +45,8 @@ public:
                             std::size_t openDirectories = usualOpenDirectories);
 
     struct Entry {
-        /// Ends with a NUL. Valid until `nextEntry` is called again in the same directory, or that is left.
+        /// Ends with a NUL. Valid until the next call of `nextEntry` in the same directory, or until that is
+        /// left.
         const char* name;
         /// As the directory tells it, so it may be `unknown`.
         EntryKind kind;
@@ -54,7 +55,7 @@ public:
     /// 1 in the base.
     [[nodiscard]] std::size_t depth() const noexcept { return depth_; }
 
-    /// The top directory, where the walk is; closed only when it got out of reach, see `leave`.
+    /// The top directory, where the walk is. It is closed only if it is out of reach, see `leave`.
     [[nodiscard]] const DirectoryHandle& directory() const { return top().directory; }
 
     /// The top directory's name in the one around it; not for the base.
@@ -72,12 +73,13 @@ public:
     /// Makes the next `nextEntry` begin again with the first entry of the top directory.
     [[nodiscard]] int rewind();
 
-    /// Goes into the folder `name` of the top directory, at the cost of an older open one where descriptors
-    /// are out. The errors are those of `DirectoryHandle::openChild`; the walk stays where it is then.
+    /// Enters the folder `name` of the top directory; if there are no descriptors left, an older directory is
+    /// closed for it. The errors are those of `DirectoryHandle::openChild`; after an error the walk stays
+    /// where it is.
     [[nodiscard]] int enter(const char* name);
 
-    /// Goes back into the directory around the top one. False if somebody moved things so that it is out of
-    /// reach: it is the top one then, but closed and without further entries. Not in the base.
+    /// Goes back to the directory around the top one. False if somebody moved directories and it is out of
+    /// reach: then it is the top one, but closed and without further entries. Not to be called in the base.
     bool leave();
 
     /// Makes `directoryAround` usable without leaving the top one; false if it is out of reach.
@@ -86,15 +88,15 @@ public:
     /// The open directory around the top one, once `openDirectoryAround` succeeded.
     [[nodiscard]] const DirectoryHandle& directoryAround() const { return frames_[depth_ - 2].directory; }
 
-    /// Which directory somebody moved out of the folder `root`, with the top one in it: its depth, or 1 when
-    /// it is the base or one above. Nothing as long as ".." leads from the top directory to `root`, or where
-    /// nobody can tell.
+    /// The depth of the directory around the top one that somebody moved out of the folder `root`; 1 if it is
+    /// the base or one above. Nothing if ".." still leads from the top directory to `root`, or if that cannot
+    /// be found out.
     [[nodiscard]] std::optional<std::size_t> depthMovedOutOf(const FileIdentity& root) const;
 
 private:
     struct Frame {
         DirectoryHandle directory;
-        /// Remains when `directory` was closed to save descriptors.
+        /// Still known when `directory` was closed to save descriptors.
         FileIdentity identity;
         DirectoryListing listing;
         std::size_t next = 0;

@@ -6,9 +6,9 @@
 
 namespace zentrill {
 
-/// What a directory says about an entry without looking the entry itself up.
+/// What a directory tells of an entry without looking it up.
 enum class EntryKind : std::uint8_t {
-    /// The file system does not tell.
+    /// The file system does not say.
     unknown,
     directory,
     /// A symbolic link.
@@ -17,7 +17,7 @@ enum class EntryKind : std::uint8_t {
     other,
 };
 
-/// Which file a name led to, whatever it is called now.
+/// Identifies a file, whatever it is called now.
 struct FileIdentity {
     dev_t device = 0;
     ino_t inode = 0;
@@ -25,7 +25,7 @@ struct FileIdentity {
     bool operator==(const FileIdentity&) const = default;
 };
 
-/// What is known of an entry that was looked up. A link is described itself, not its target.
+/// What is known of an entry that was looked up. For a link, that is about the link and not its target.
 struct EntryStatus {
     /// Never `unknown`.
     EntryKind kind = EntryKind::other;

@@ -7,7 +7,7 @@
 
 namespace zentrill {
 
-/// What one look at an item without following a final link tells.
+/// What is known of an item, without following a final link.
 struct FileAttributes {
     bool isDirectory = false;
     bool isSymbolicLink = false;
@@ -21,9 +21,9 @@ struct FileAttributes {
 
 /// Questions to the file system. It never changes anything; removal belongs to the deletion engine.
 ///
-/// Every question answers "no" or nothing where the answer cannot be had: a missing item, a folder without
-/// search permission and an I/O error look alike. Virtual so that places which no test may touch (the
-/// machine's own /usr/local/bin) can be played by a test.
+/// The answer is "no" or nothing if it cannot be found out: a missing item, a folder without search
+/// permission and an I/O error look alike. Virtual, so that tests can stand in for places that they must not
+/// touch, such as /usr/local/bin.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
@@ -34,16 +34,15 @@ public:
     /// Whether an item exists, links followed: a dangling link counts as missing.
     [[nodiscard]] virtual bool fileExists(const std::string& path) const;
 
-    /// Whether something stands at the path itself, a dangling link included.
+    /// Whether there is an item at the path itself, even a dangling link.
     [[nodiscard]] virtual bool itemExistsWithoutFollowingSymlink(const std::string& path) const;
 
-    /// Where the link at `path` points, as it is written there; nothing if it is no link.
+    /// Where the link at `path` points, as it is written in the link; nothing if it is not a link.
     [[nodiscard]] virtual std::optional<std::string> symbolicLinkDestination(const std::string& path) const;
 
     [[nodiscard]] virtual std::optional<FileAttributes> attributes(const std::string& path) const;
 
-    /// Names of a folder's entries in the order the system gives them, hidden ones included, "." and ".."
-    /// not.
+    /// The names of a folder's entries in the order of the system, with hidden ones and without "." and "..".
     [[nodiscard]] virtual std::optional<std::vector<std::string>> entryNames(const std::string& path) const;
 
     /// Whether this process may write to the item, by its effective user.

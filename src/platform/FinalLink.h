@@ -4,7 +4,7 @@
 
 namespace zentrill {
 
-/// Whether a path that ends in a symbolic link is followed there, or refused.
+/// Whether a symbolic link at the end of a path is followed or refused.
 enum class FinalLink : std::uint8_t { refuse, follow };
 
 } // namespace zentrill

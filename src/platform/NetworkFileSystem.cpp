@@ -13,7 +13,7 @@
 namespace zentrill {
 
 bool isNetworkFileSystem(std::uint32_t type) noexcept {
-    // Of <linux/magic.h>, which does not have them all; the kernel's own sources say the others.
+    // From <linux/magic.h> and, for those that it lacks, from the sources of the kernel.
     constexpr std::array<std::uint32_t, 15> types{
         0x6969,     // NFS
         0x517B,     // SMB

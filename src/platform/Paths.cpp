@@ -103,7 +103,7 @@ std::string expandingTilde(std::string_view path, std::string_view home) {
         return std::string(path);
     }
     const std::string_view rest = path.substr(1);
-    // The root is the one folder whose name ends in a slash of its own.
+    // Only the path of the root ends in a slash.
     return home.ends_with('/') && !rest.empty() ? std::string(home.substr(0, home.size() - 1)).append(rest)
                                                 : std::string(home).append(rest);
 }

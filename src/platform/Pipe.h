@@ -4,8 +4,8 @@
 
 namespace zentrill {
 
-/// Both ends of a pipe. They close on exec and lie above the three standard descriptors even if this
-/// process was started without those; reading never blocks.
+/// Both ends of a pipe. They close on exec, and are above the three standard descriptors even if this process
+/// was started without these. Reading never blocks.
 struct Pipe {
     FileDescriptor reading;
     FileDescriptor writing;

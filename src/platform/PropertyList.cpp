@@ -27,11 +27,11 @@ struct NodeDeleter {
 
 using Node = std::unique_ptr<std::remove_pointer_t<plist_t>, NodeDeleter>;
 
-/// The parser takes UTF-8 without a mark alone, while the format allows every form that a mark can tell.
+/// The parser takes only UTF-8 without a byte order mark; the format allows every encoding that has a mark.
 FileReading readList(const std::string& path, FinalLink finalLink) {
     FileReading reading = readRegularFile(path, maximumFileSize, finalLink);
     if (reading.content) {
-        // What is no text holds no dictionary, as little as an empty file does.
+        // What is not text has no dictionary, just like an empty file.
         reading.content = withoutByteOrderMark(std::move(*reading.content)).value_or("");
     }
     return reading;
@@ -53,8 +53,8 @@ Node parsedDictionary(const std::string& data) {
     return node;
 }
 
-/// The dictionary to change: that of the file, a new one where there is none, null where what is there must
-/// be left alone.
+/// The dictionary to change: that of the file, or a new one if there is none; null if the item there must be
+/// left alone.
 Node dictionaryToChange(const std::string& path) {
     const FileReading reading = readList(path, FinalLink::refuse);
     if (!reading.content && !reading.missing) {

@@ -8,15 +8,15 @@
 namespace zentrill {
 
 /// The string under `key` in the dictionary of the file at `path`, which may be in XML or binary form; XML
-/// may be UTF-8, or UTF-16 or UTF-32 with a byte order mark. Nothing when the file is missing, unreadable, no
-/// regular file, larger than 16 MiB, nested or cross-linked beyond reason or no dictionary, or when the key
-/// is missing or holds something else. Never blocks.
+/// may be UTF-8, or UTF-16 or UTF-32 with a byte order mark. Nothing if the file is missing, cannot be read,
+/// is not a regular file, is larger than 16 MiB, is nested or cross-linked beyond reason or is not a
+/// dictionary, or if the key is missing or holds something else. Never blocks.
 [[nodiscard]] std::optional<std::string> propertyListString(const std::string& path, const std::string& key);
 
 /// Puts `value` under `key`, keeps all other keys, and writes the file as XML in one step, readable by its
 /// owner alone. A missing file is made, with its parent folders; one that holds no dictionary is replaced.
-/// False when nothing was written: the disk refused, or what stands at `path` is a link, no regular file,
-/// unreadable or beyond the limits above and so might lose more than a broken file can.
+/// False if nothing was written: because of an error, or because the item at `path` is not a regular file,
+/// cannot be read or is beyond the limits above, so that more could be lost than a broken file.
 [[nodiscard]] bool setPropertyListString(const std::string& path, const std::string& key,
                                          const std::string& value);
 

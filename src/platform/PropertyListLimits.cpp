@@ -35,7 +35,7 @@ class BinaryTree {
 public:
     explicit BinaryTree(std::string_view data) : data_(data) {}
 
-    /// False for a tree beyond the limits, for a cycle, and where the file contradicts itself.
+    /// False for a tree beyond the limits, for a cycle, and for a file that contradicts itself.
     [[nodiscard]] bool isWithinLimits() {
         if (data_.size() < binaryMagic.size() + trailerSize) {
             return false;
@@ -46,7 +46,7 @@ public:
         const std::optional<std::size_t> objects = number(trailer + 8, 8);
         const std::optional<std::size_t> top = number(trailer + 16, 8);
         const std::optional<std::size_t> table = number(trailer + 24, 8);
-        // An object takes a byte at least, so a count beyond the file's size is a lie.
+        // An object takes at least a byte, so a count beyond the file's size is wrong.
         if (!objects || !top || !table || *objects > data_.size() || *table > data_.size()) {
             return false;
         }
@@ -57,7 +57,7 @@ public:
 
 private:
     struct Subtree {
-        /// Nodes in all, each reference counted anew; 0 before they are counted.
+        /// All nodes, once for each reference to them; 0 before they are counted.
         std::size_t nodes = 0;
         std::size_t height = 0;
     };
@@ -77,7 +77,7 @@ private:
         return value;
     }
 
-    /// What the object at `index` unfolds into, or nothing beyond the limits; a cycle ends at the depth's.
+    /// The tree of the object at `index`, or nothing beyond the limits; the limit of the depth ends a cycle.
     std::optional<Subtree> subtree(std::size_t index, std::size_t depth) {
         if (index >= subtrees_.size() || depth > maximumDepth) {
             return std::nullopt;

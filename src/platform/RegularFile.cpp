@@ -42,7 +42,7 @@ bool writeAll(int descriptor, std::string_view content) {
     return true;
 }
 
-/// A new, empty file in `folder` under a name of its own.
+/// A new, empty file in `folder` with a unique name.
 FileDescriptor makeTemporaryFile(int folder, std::string& name) {
     constexpr int attempts = 100;
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -70,7 +70,7 @@ FileReading readRegularFile(const std::string& path, std::size_t limit, FinalLin
     if (hasNul(path)) {
         return {};
     }
-    // O_NONBLOCK lets the open of a pipe without a writer return; regular files do not heed it.
+    // With O_NONBLOCK, opening a pipe without a writer returns; it has no effect on regular files.
     const int noFollow = finalLink == FinalLink::refuse ? O_NOFOLLOW : 0;
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | noFollow));
     if (!file) {

@@ -11,9 +11,9 @@ namespace zentrill {
 
 /// What came of reading a file.
 struct FileReading {
-    /// The whole content, or nothing when it could not be had.
+    /// The whole content, or nothing if it could not be read.
     std::optional<std::string> content;
-    /// Nothing stands at the path. False for whatever is there but was not read.
+    /// There is nothing at the path. False if there is an item that was not read.
     bool missing = false;
 };
 
@@ -22,9 +22,9 @@ struct FileReading {
 [[nodiscard]] FileReading readRegularFile(const std::string& path, std::size_t limit, FinalLink finalLink);
 
 /// Replaces the file at the absolute `path` in one step, readable and writable by its owner alone: a reader
-/// sees the old content or the new one, never a part. Missing parent folders are made, for their owner
-/// alone too. False when it could not be done; the old file is then whole. Where a link or anything but a
-/// regular file stands at `path`, nothing is written, neither over it nor through it.
+/// sees the old content or the new one, never a part. Missing parent folders are made, also for their owner
+/// alone. False if it failed; the old file is then intact. If the item at `path` is a link or anything else
+/// but a regular file, nothing is written over it or through it.
 [[nodiscard]] bool replaceRegularFile(const std::string& path, std::string_view content);
 
 } // namespace zentrill

@@ -29,7 +29,7 @@ int landlockVersion() noexcept {
     return version < 0 ? 0 : static_cast<int>(version);
 }
 
-/// What a domain takes away. A kernel refuses rules about what it does not know.
+/// What a domain forbids. A kernel refuses rules about rights that it does not know.
 std::uint64_t changesKnownTo(int version) noexcept {
     std::uint64_t changes = removals | LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_MAKE_CHAR |
                             LANDLOCK_ACCESS_FS_MAKE_DIR | LANDLOCK_ACCESS_FS_MAKE_REG |
@@ -61,7 +61,7 @@ int enterRemovalDomain(const DirectoryHandle& folder) noexcept {
     if (::syscall(SYS_landlock_add_rule, rules.get(), LANDLOCK_RULE_PATH_BENEATH, &below, 0) != 0) {
         return errno;
     }
-    // Asked of those who may not administrate the system; it holds for this thread alone.
+    // Required of processes without administrative rights; affects this thread alone.
     if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
         ::syscall(SYS_landlock_restrict_self, rules.get(), 0) != 0) {
         return errno;

@@ -15,7 +15,8 @@ namespace zentrill {
 
 namespace {
 
-constexpr std::int64_t blockSize = 512; // The unit of block counts, whatever the file system's own.
+// The unit of block counts, whatever the block size of the file system.
+constexpr std::int64_t blockSize = 512;
 
 EntryKind kindFromMode(unsigned mode) {
     if (S_ISDIR(mode)) {
@@ -32,7 +33,7 @@ RemovalForecast::RemovalForecast(const DirectoryHandle& directory) {
     if (::faccessat(directory.descriptor(), ".", W_OK | X_OK, AT_EACCESS) != 0) {
         error_ = errno;
     } else if (traits_.fixed) {
-        error_ = EPERM; // A folder that can only grow may be written, and lets nothing go.
+        error_ = EPERM; // An append-only folder is writable, but nothing can be removed from it.
     }
 }
 

@@ -7,9 +7,9 @@
 
 namespace zentrill {
 
-/// What can be known beforehand, by looking alone, of the removal of a directory's entries: permissions, a
-/// sticky folder, a file system that is read only, what was made immutable, files that something is mounted
-/// on. Access control that only acts on the removal itself cannot be known.
+/// Foresees, without changing anything, whether the entries of a directory could be removed: permissions, a
+/// sticky folder, a read-only file system, immutable files, files that something is mounted on. Access
+/// control that acts only on the removal itself cannot be foreseen.
 ///
 /// Errors are the system's numbers, 0 for success, as the removal would give them.
 class RemovalForecast {
@@ -26,10 +26,10 @@ public:
     [[nodiscard]] int removalError(const RemovalForecast& inner) const;
 
 private:
-    /// Of a file or directory, as far as its removal depends on it.
+    /// What the removal of a file or directory depends on.
     struct Traits {
         uid_t owner = 0;
-        /// Immutable, or such that it can only grow.
+        /// Immutable, or append-only.
         bool fixed = false;
         bool mountPoint = false;
     };

@@ -6,8 +6,8 @@
 
 namespace zentrill {
 
-/// Whether a zero byte is in the text. A C function ends a text there, and a path must not come to mean a
-/// shorter one.
+/// Whether the text contains a zero byte. C functions end a text there, so that a path would become a shorter
+/// one.
 [[nodiscard]] inline bool hasNul(std::string_view text) noexcept {
     return text.find('\0') != std::string_view::npos;
 }

@@ -11,8 +11,8 @@ namespace zentrill {
 
 namespace {
 
-/// Model stores are four folders deep, so that one never has to be opened again. Several walks go at once in
-/// a process that may open 256 files.
+/// Model stores are four folders deep, so that none has to be opened again. Several walks run at once, in a
+/// process that may open 256 files.
 constexpr std::size_t openDirectories = 8;
 
 } // namespace

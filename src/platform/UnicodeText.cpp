@@ -19,7 +19,7 @@ struct Form {
     bool isBigEndian = false;
 };
 
-/// UTF-32 stands before UTF-16: the mark of the one begins with that of the other.
+/// UTF-32 comes before UTF-16, because its mark begins with that of UTF-16.
 constexpr std::array forms{
     Form{.mark = "\xEF\xBB\xBF"sv},
     Form{.mark = "\0\0\xFE\xFF"sv, .unitSize = 4, .isBigEndian = true},
@@ -63,7 +63,7 @@ public:
 
     [[nodiscard]] bool atEnd() const { return bytes_.empty(); }
 
-    /// The next one, which there must be.
+    /// The next one; there must be one.
     char32_t next() {
         char32_t unit = 0;
         for (std::size_t index = 0; index < form_.unitSize; ++index) {

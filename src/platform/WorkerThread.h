@@ -4,8 +4,8 @@
 
 namespace zentrill {
 
-/// Makes the calling thread known to debuggers and profilers as `label`, cut to what the system keeps (15
-/// characters on Linux), and on a Mac tells the scheduler that a user waits for its work.
+/// Names the calling thread `label` for debuggers and profilers, cut to what the system keeps (15 characters
+/// on Linux). On a Mac it also tells the scheduler that a user waits for the thread's work.
 void beginWorkerThread(std::string_view label) noexcept;
 
 } // namespace zentrill
