@@ -172,7 +172,7 @@ std::vector<ApplicationDetectionRule> applicationDetectionCatalog() {
             .installedVia = std::nullopt,
         },
         {
-            // Stands for no real tool: it lets an uninstallation be tried without touching one.
+            // Not a real tool: it allows an uninstallation to be tried without touching one.
             .name = "VendorApp",
             .installedPaths = {"/Applications/VendorApp.app"},
             .residualDataPaths = {"~/Library/Application Support/VendorApp",

@@ -17,14 +17,14 @@ struct ApplicationDetectionRule {
     std::vector<std::string> residualDataPaths;
     /// Everything that an uninstall deletes, in that order; the last part may hold `*` wildcards.
     std::vector<std::string> uninstallPaths;
-    /// Kept under the Safety Shield whatever their names look like.
+    /// The Safety Shield keeps them, whatever their names look like.
     std::vector<std::string> credentialPaths;
     /// Names of running processes that block the removal.
     std::vector<std::string> processNames;
     std::optional<std::string> installedVia;
 
-    /// `residualDataPaths`, then every uninstall path that is no installed path. May repeat entries, which
-    /// its users, who only test for existence, do not mind.
+    /// `residualDataPaths`, then every uninstall path that is not an installed path. Entries may occur twice;
+    /// the callers only test whether they exist.
     [[nodiscard]] std::vector<std::string> scanResidualDataPaths() const;
 
     bool operator==(const ApplicationDetectionRule&) const = default;

@@ -6,8 +6,8 @@
 
 namespace zentrill {
 
-/// Every tool of the detection catalog as the applications list shows it, in the list's own order and
-/// neither found nor selected yet. Names are unique.
+/// Every tool of the detection catalog as the list of applications shows it, in the order of that list, not
+/// yet found or selected. Names are unique.
 [[nodiscard]] std::vector<AppInfo> applicationList();
 
 } // namespace zentrill

@@ -11,19 +11,20 @@
 
 namespace zentrill {
 
-/// Decides whether a tool is installed, has only left data behind, or is absent. Changes nothing, reports no
-/// errors: what cannot be read does not exist. Paths are literal; wildcards are expanded only for deletion.
+/// Decides whether a tool is installed, has only left data behind, or is absent. It changes nothing and
+/// reports no errors: what cannot be read counts as missing. Paths are literal; wildcards are expanded only
+/// for deletion.
 ///
 ///     InstallationDetector().presence(rule, expandHome)
 struct InstallationDetector {
     using PathPredicate = std::function<bool(const std::string& path)>;
 
-    /// Links are followed: a broken link in an executable's place does not make a tool installed.
+    /// Links are followed: a tool whose executable is a broken link is not installed.
     PathPredicate installedPathExists;
-    /// A dangling link counts: left in a data folder it is leftover data.
+    /// A dangling link counts, because it is leftover data.
     PathPredicate residualPathExists;
 
-    /// Over `fileManager`, which must outlive the detector.
+    /// Looks through `fileManager`, which must outlive the detector.
     explicit InstallationDetector(const FileSystem& fileManager = FileSystem::shared());
 
     InstallationDetector(PathPredicate installedPath, PathPredicate residualPath);

@@ -30,7 +30,7 @@ struct DockerAvailability {
         DockerConnection connection;
         std::vector<DockerContainer> containers;
         std::vector<DockerImage> images;
-        /// What was doubtful about the images, if anything.
+        /// A warning about doubts in the list of images, if there were any.
         std::optional<std::string> imageWarning;
 
         bool operator==(const Available&) const = default;

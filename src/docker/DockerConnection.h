@@ -7,8 +7,8 @@
 
 namespace zentrill {
 
-/// The daemon endpoint that a scan spoke to. It stays with every record of that scan, so that a later
-/// removal addresses the same daemon even if the user has switched contexts since.
+/// The daemon endpoint that a scan used. Every record of that scan keeps it, so that a later removal
+/// addresses the same daemon even if the user has switched contexts.
 struct DockerConnection {
     /// Global options placed before every subcommand: "--context" and a name, or "--host" and an address.
     std::vector<std::string> arguments;

@@ -7,12 +7,12 @@
 
 namespace zentrill {
 
-/// The folder in which the engine of a connection keeps images and containers, where that is known to be one
-/// of this machine: the connection is the socket of the machine's own engine, and the folder is there. An
-/// engine in a virtual machine, whose socket may have the same name, has its folder elsewhere.
+/// The folder in which the engine of a connection keeps images and containers, if it is known to be on this
+/// machine: the connection is the socket of the system's engine, and the folder exists. An engine in a
+/// virtual machine may have a socket of the same name, but its folder is elsewhere.
 ///
-/// No command is asked, since a removal does not wait for what only its report tells. `configuration` is the
-/// file of the engine that may name another folder than its default.
+/// It runs no command, because a removal should not wait for something that only its report shows.
+/// `configuration` is the engine's file, which may name another folder than the default.
 [[nodiscard]] std::optional<std::string>
 localDockerDataRoot(const DockerConnection& connection,
                     const std::string& configuration = "/etc/docker/daemon.json");

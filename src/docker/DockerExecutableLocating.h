@@ -10,8 +10,8 @@ class DockerExecutableLocating {
 public:
     virtual ~DockerExecutableLocating() = default;
 
-    /// The absolute path of a usable executable, or nothing. Asked afresh for every scan and removal, so
-    /// that a tool installed meanwhile is found.
+    /// The absolute path of a usable executable, or nothing. Called for every scan and removal, so that a
+    /// tool installed in between is found.
     [[nodiscard]] virtual std::optional<std::string> locate() const = 0;
 
 protected:

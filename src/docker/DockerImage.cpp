@@ -47,7 +47,7 @@ std::string DockerImage::displayName() const {
 }
 
 std::optional<double> DockerImage::sizeBytes() const {
-    // Not every standard library reads fractions without a look at the locale.
+    // Not every standard library can read fractions independently of the locale.
     double number = 0;
     double place = 1;
     bool isFraction = false;

@@ -32,7 +32,7 @@ struct DockerImage {
     /// The tags joined by ", ", or "Untagged image".
     [[nodiscard]] std::string displayName() const;
 
-    /// What that text says in bytes, as exactly as it does; nothing where it is no size.
+    /// The size in bytes, as exact as the text; nothing if that is not a size.
     [[nodiscard]] std::optional<double> sizeBytes() const;
 
     /// The first 12 characters of the ID without "sha256:".

@@ -67,7 +67,7 @@ private:
     std::size_t depth_ = 0;
     std::string key_;
 
-    /// False, which ends the parsing, for a line that is no object.
+    /// False, which ends the parsing, if the line is not an object.
     bool otherValue() {
         if (depth_ == 1) {
             texts.erase(key_);
@@ -86,7 +86,7 @@ private:
 DockerJsonLine::DockerJsonLine(Texts texts) noexcept : texts_(std::move(texts)) {}
 
 std::optional<DockerJsonLine> DockerJsonLine::parse(std::string_view line) {
-    // No JSON text holds one, but the parser would take it for the end and overlook what follows.
+    // JSON does not allow one, but the parser would take it for the end and ignore what follows.
     if (hasNul(line)) {
         return std::nullopt;
     }

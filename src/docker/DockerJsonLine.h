@@ -10,11 +10,11 @@ namespace zentrill {
 /// One line of the tool's JSON output, as far as it matters: the texts directly in the line's object.
 class DockerJsonLine {
 public:
-    /// Nothing unless the line is one whole JSON object. Neither depth nor length of the line matter: nothing
-    /// but the texts is kept. Of a key that occurs twice the last value counts.
+    /// Nothing unless the line is one complete JSON object. The line may be of any depth and length, because
+    /// only the texts are kept. If a key occurs twice, the last value counts.
     [[nodiscard]] static std::optional<DockerJsonLine> parse(std::string_view line);
 
-    /// The value of `key` if it is a text that is not empty.
+    /// The value of `key` if it is a text and not empty.
     [[nodiscard]] std::optional<std::string> nonemptyString(std::string_view key) const;
 
 private:

@@ -12,7 +12,7 @@
 #include <vector>
 
 /// Reads what the `docker` tool prints. Pure functions that take any bytes: lines cut short, of any length,
-/// nested to any depth or not UTF-8 are counted as unreadable, never guessed at.
+/// nested to any depth or not in UTF-8 count as unreadable; nothing is guessed.
 namespace zentrill::docker_listing {
 
 struct Containers {
@@ -22,7 +22,7 @@ struct Containers {
 };
 
 struct Images {
-    /// In the order in which the listing first names each; an image listed under several tags is one record.
+    /// In the order of their first lines; an image listed under several tags is one record.
     std::vector<DockerImageRecord> records;
     std::size_t malformedCount = 0;
 };

@@ -53,8 +53,8 @@ CommandResult activeContext(const Client& client) {
     if (shown.succeeded()) {
         return shown;
     }
-    // Tools before version 23, such as Debian 12's, cannot show it; to inspect a context that is not named is
-    // to inspect the active one.
+    // Tools before version 23, such as that of Debian 12, cannot show it; without a name, inspecting shows
+    // the active one.
     const CommandResult inspected =
         client.run({"context", "inspect", "--format", "{{.Name}}"}, contextTimeout);
     const bool isNamed = inspected.succeeded() && !docker_listing::trimmed(inspected.stdout).empty();
@@ -85,7 +85,7 @@ std::string counted(std::size_t count, std::string_view noun) {
     return std::to_string(count).append(" ").append(noun).append(count == 1 ? "" : "s");
 }
 
-/// The inventory of images with everything that is doubtful about it.
+/// The inventory of images, with a warning about everything doubtful.
 class ImageInventory {
 public:
     void list(const Client& client) {
@@ -118,7 +118,7 @@ public:
                  "; image removal is disabled until the next successful scan.");
         }
         const std::optional<std::set<std::string>> used = usedImageIDs(client, containers.records);
-        // An image that only an unreadable container uses would pass for unused.
+        // An image that only an unreadable container uses would seem unused.
         if (!used || containers.unreadableCount > 0) {
             return;
         }
@@ -139,7 +139,7 @@ private:
 
     void warn(const std::string& text) { warning_ = warning_ ? *warning_ + " " + text : text; }
 
-    /// Nothing, with a warning, where the tool's answer leaves a doubt.
+    /// Nothing, and a warning, if the tool's answer leaves a doubt.
     std::optional<std::set<std::string>> usedImageIDs(const Client& client,
                                                       const std::vector<DockerRecord>& containers) {
         if (containers.empty()) {
@@ -207,7 +207,7 @@ DockerAvailability DockerScanner::scan() const {
     docker_listing::Containers containers = docker_listing::containers(listed.stdout, client.connection());
 
     if (!listed.stdoutIsWhole) {
-        // Any number of containers may be missing, and with them any number of images that they use.
+        // Any number of containers may be missing, and so may the images that they use.
         containers.unreadableCount = std::max<std::size_t>(containers.unreadableCount, 1);
     }
 

@@ -12,8 +12,8 @@
 namespace zentrill {
 
 /// Takes the inventory of one Docker endpoint through the `docker` tool: containers, images, and which images
-/// are in use. Distrustful: any doubt about the use of one image makes that of every image unknown, which
-/// forbids their removal, and a warning says so.
+/// are in use. Any doubt about the use of one image makes the use of every image unknown, which forbids their
+/// removal, and a warning says so.
 class DockerScanner final {
 public:
     /// `environment` is where DOCKER_CONTEXT and DOCKER_HOST are looked up.
@@ -22,7 +22,7 @@ public:
         std::shared_ptr<const DockerExecutableLocating> locator = std::make_shared<DockerExecutableLocator>(),
         Environment environment = currentEnvironment());
 
-    /// Blocks for as long as the tool takes. Every failure is told in the result.
+    /// Blocks for as long as the tool takes. Failures are part of the result.
     [[nodiscard]] DockerAvailability scan() const;
 
 private:

@@ -25,7 +25,7 @@ std::optional<std::int64_t> wholeInteger(std::string_view text) {
 } // namespace
 
 std::optional<std::int64_t> integerFromDigits(std::string_view text) {
-    // std::from_chars knows no plus sign, and must not see the minus of "+-1".
+    // std::from_chars takes no plus sign, and must not get the minus of "+-1".
     if (text.starts_with('+')) {
         text.remove_prefix(1);
         if (text.starts_with('-')) {
@@ -38,7 +38,7 @@ std::optional<std::int64_t> integerFromDigits(std::string_view text) {
 std::optional<std::int64_t> integerFromNumber(std::string_view number) {
     const std::size_t exponentMark = std::min(number.find_first_of("eE"), number.size());
     const std::string_view mantissa = number.substr(0, exponentMark);
-    // Not always a point: the JSON parser rewrites it to the locale's.
+    // Not always a point: the JSON parser replaces it by that of the locale.
     const std::size_t point = std::min(mantissa.find_first_not_of("-0123456789"), mantissa.size());
     const std::string_view fraction = mantissa.substr(std::min(point + 1, mantissa.size()));
 

@@ -13,7 +13,7 @@ namespace zentrill {
 
 namespace {
 
-/// Bounds the descriptors that are open at once; a Mac grants 256 to a process.
+/// Limits the descriptors that are open at once; a process on a Mac may have 256.
 constexpr unsigned mostThreads = 16;
 
 } // namespace
@@ -50,7 +50,7 @@ std::vector<std::int64_t> folderSizes(const std::vector<std::string>& paths,
             helpers.emplace_back(work);
         }
     } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch)
-        // No more threads to be had: those that run, and this one, do the work.
+        // No more threads can be started: those that run, and this one, do the work.
     }
     work();
     for (std::thread& helper : helpers) {

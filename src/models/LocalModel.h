@@ -8,7 +8,7 @@
 
 namespace zentrill {
 
-/// Labels of the model stores; the deletion method is chosen by them.
+/// Labels of the model stores, which decide how a model is deleted.
 inline constexpr std::string_view ollamaSource = "Ollama";
 inline constexpr std::string_view huggingFaceSource = "HuggingFace / vLLM";
 inline constexpr std::string_view lmStudioSource = "LM Studio (GGUF)";
@@ -23,7 +23,7 @@ struct LocalModel {
     std::string path;
     bool isSelected = false;
 
-    /// `source`, a NUL and `path`: no label or path holds a NUL, so two models never share one.
+    /// `source`, a NUL and `path`. Labels and paths contain no NUL, so the IDs of two models differ.
     [[nodiscard]] std::string id() const;
 
     /// "4.66 GB", "850 MB" or "Unknown size".

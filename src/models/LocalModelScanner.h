@@ -10,8 +10,8 @@
 
 namespace zentrill {
 
-/// Finds the models that the local runners keep in one home folder. It only reads, and never fails: what
-/// cannot be read is not listed, or is listed with size 0.
+/// Finds the models that the local runners keep in one home folder. It only reads and never fails: what
+/// cannot be read is left out or has size 0.
 ///
 ///     const LocalModelScanner scanner(homeDirectory(), log);
 ///     std::vector<LocalModel> models = scanner.scanOllamaModels();

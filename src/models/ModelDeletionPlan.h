@@ -8,7 +8,7 @@
 
 namespace zentrill {
 
-/// What the deletion of one model would do, found out by looking alone.
+/// What the deletion of one model would do, found out without changing anything.
 struct ModelDeletionPlan {
     /// A part of the model that stays because other models need it.
     struct SharedBlob {
@@ -21,14 +21,14 @@ struct ModelDeletionPlan {
         bool operator==(const SharedBlob&) const = default;
     };
 
-    /// What goes. Ollama's own tool removes an Ollama model: its manifest, then the blobs that no other model
-    /// needs, in the manifest's order. Whether that fails nobody can tell beforehand; the failures are those
-    /// of the cleanup that follows it.
+    /// What goes. For an Ollama model, which Ollama's tool removes, that is the manifest, then the blobs that
+    /// no other model needs, in the manifest's order. Whether the tool fails cannot be foreseen; the failures
+    /// are those of the cleanup after it.
     DeletionPlan files;
     /// In the manifest's order.
     std::vector<SharedBlob> sharedBlobs;
-    /// The logical size, in bytes, of the files outside of the model's folder to which links in it lead, each
-    /// counted once. They stay, and nothing of them comes free.
+    /// The logical size, in bytes, of the files outside the model's folder that links in it lead to, each
+    /// counted once. They stay and free no space.
     std::int64_t bytesElsewhere = 0;
 
     bool operator==(const ModelDeletionPlan&) const = default;

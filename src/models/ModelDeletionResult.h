@@ -10,7 +10,7 @@ namespace zentrill {
 struct ModelDeletionResult {
     /// True only when the model is gone and nothing failed.
     bool succeeded = false;
-    // The braces keep GCC's missing-field-initializers quiet where a result names only some fields.
+    // Without braces GCC warns of missing initializers where a result names only some fields.
     /// One sentence for the user and the activity log.
     std::string message{}; // NOLINT(readability-redundant-member-init)
     /// What the deletion engine did; empty when it was not called.

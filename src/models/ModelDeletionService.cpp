@@ -19,14 +19,14 @@ namespace zentrill {
 
 namespace {
 
-/// A model holds no credentials, so there is nothing for the Safety Shield to keep.
+/// A model has no credentials for the Safety Shield to keep.
 DeletionOptions wholeItem() {
     DeletionOptions options;
     options.preserveCredentials = false;
     return options;
 }
 
-/// Adds a file to what goes.
+/// Adds a file to those that go.
 void addFile(const std::string& path, const EntryStatus& status, LinkedFiles& linkedFiles,
              const PlanOptions& options, DeletionPlan& plan) {
     constexpr unsigned onlyEnd = 0;
@@ -72,7 +72,7 @@ ModelDeletionResult ModelDeletionService::deleteModel(const std::string& name, c
 
 ModelDeletionResult ModelDeletionService::deleteOllamaModel(const std::string& name,
                                                             const std::string& manifestPath) const {
-    // Found through the runner's PATH: the tool has no one place.
+    // Found through the runner's PATH, because the tool has no fixed place.
     const CommandResult command = commands_->run("/usr/bin/env", {"ollama", "rm", name}, ollamaTimeout);
     if (!command.succeeded()) {
         return {.message = sentence("Ollama could not remove ", name, ": ").append(command.diagnostic())};
@@ -113,7 +113,7 @@ ModelDeletionPlan ModelDeletionService::plan(const std::string& source, const st
     return plan;
 }
 
-/// Ollama's tool goes its own way to the files, so what the deletion engine would refuse does not matter.
+/// Ollama's tool removes the files itself, so it does not matter what the deletion engine would refuse.
 ModelDeletionPlan ModelDeletionService::planOllamaModel(const std::string& manifestPath,
                                                         const PlanOptions& options) const {
     ModelDeletionPlan plan;

@@ -12,7 +12,7 @@
 namespace zentrill {
 
 /// Deletes one local model that a scan has listed. Ollama's models go through Ollama's own tool, which knows
-/// the blobs that they share; all others are a file or a folder of their own.
+/// the blobs that they share; all other models are one file or one folder.
 ///
 ///     const ModelDeletionResult result =
 ///         ModelDeletionService().deleteModel(model.name, model.source, model.path);
@@ -30,8 +30,8 @@ public:
     [[nodiscard]] ModelDeletionResult deleteModel(const std::string& name, const std::string& source,
                                                   const std::string& path) const;
 
-    /// What `deleteModel` would do, found out by looking alone; no tool is started. `options.earlier` and
-    /// `options.progress` count for files and folders only.
+    /// What `deleteModel` would do, found out without changing anything and without starting a tool.
+    /// `options.earlier` and `options.progress` apply only to files and folders.
     [[nodiscard]] ModelDeletionPlan plan(const std::string& source, const std::string& path,
                                          const PlanOptions& options = {}) const;
 

@@ -16,7 +16,7 @@ namespace zentrill {
 
 namespace {
 
-/// Registries take no manifest that is longer than 4 MiB; Ollama's own have about a kilobyte.
+/// Registries refuse manifests longer than 4 MiB; those of Ollama have about a kilobyte.
 constexpr std::size_t longestManifest = std::size_t{4} << 20U;
 
 } // namespace
@@ -26,7 +26,7 @@ std::optional<std::string> ollamaManifestText(const std::string& path) {
     if (hasNul(path)) {
         return std::nullopt;
     }
-    // Asked before opening as well, because opening a device can set it in motion.
+    // Checked before opening as well, because opening a device can start it.
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
@@ -36,7 +36,7 @@ std::optional<std::string> ollamaManifestText(const std::string& path) {
         return std::nullopt;
     }
     std::string text;
-    // One byte more than stated, so that the end is met in the same read; a file may still grow meanwhile.
+    // One byte more than stated, so that the same read reaches the end; a file may still grow meanwhile.
     text.resize(static_cast<std::size_t>(status.st_size) + 1);
     std::size_t length = 0;
     while (length <= longestManifest) {

@@ -5,7 +5,7 @@
 
 namespace zentrill {
 
-/// The text of the manifest at `path`. Nothing when it is no regular file, cannot be read, or is longer than
+/// The text of the manifest at `path`. Nothing if it is not a regular file, cannot be read or is longer than
 /// any manifest. Never waits: a FIFO or a device in the manifest's place is not opened.
 [[nodiscard]] std::optional<std::string> ollamaManifestText(const std::string& path);
 

@@ -13,7 +13,7 @@ namespace zentrill {
 
 namespace {
 
-/// How deep the Mac's own JSON reader goes.
+/// How deep the JSON reader of a Mac goes.
 constexpr std::size_t deepestNesting = 512;
 
 enum class Shape : std::uint8_t { object, array, scalar };
@@ -42,7 +42,7 @@ public:
         return value(Shape::scalar, static_cast<std::int64_t>(number));
     }
 
-    /// The text, because a double has no room for every 64-bit integer.
+    /// As text, because a double cannot hold every 64-bit integer.
     bool number_float(number_float_t /*unused*/, const string_t& text) override {
         return value(Shape::scalar, integerFromNumber(text));
     }
@@ -160,7 +160,7 @@ private:
 } // namespace
 
 std::optional<OllamaManifest> readOllamaManifest(std::string_view manifest) {
-    // The parser takes a NUL for the end of the text, whatever follows; JSON has none.
+    // The parser takes a NUL for the end of the text, whatever follows; JSON does not allow one.
     if (hasNul(manifest)) {
         return std::nullopt;
     }

@@ -10,9 +10,9 @@ namespace zentrill {
 
 /// One blob as a manifest states it.
 struct OllamaBlob {
-    /// In bytes; nothing where it is no integer in 64 bits.
+    /// In bytes; nothing if it is not a 64-bit integer.
     std::optional<std::int64_t> size{}; // NOLINT(readability-redundant-member-init): GCC warns
-    /// As it is written; empty where there is none.
+    /// As it is written; empty if there is none.
     std::string digest{}; // NOLINT(readability-redundant-member-init)
 };
 

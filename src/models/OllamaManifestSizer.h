@@ -9,9 +9,9 @@
 /// The blobs themselves are not looked at, so one that two models share is counted for both.
 namespace zentrill::OllamaManifestSizer {
 
-/// Nothing when the manifest is no regular file, cannot be read, is longer or nested deeper than any
-/// manifest, is not of a manifest's shape, or states a size that is missing, negative, no integer or,
-/// summed up, past 64 bits. Never waits: a FIFO or a device in the manifest's place is not opened.
+/// Nothing if the manifest is not a regular file, cannot be read, is longer or more deeply nested than any
+/// manifest, does not have the shape of one, or if a size in it is missing, negative or not an integer, or
+/// the sum does not fit 64 bits. Never waits: a FIFO or a device in the manifest's place is not opened.
 [[nodiscard]] std::optional<std::int64_t> size(const std::string& atPath);
 
 /// The same for a manifest's text.

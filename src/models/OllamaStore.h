@@ -12,14 +12,14 @@ namespace zentrill {
 inline constexpr std::string_view ollamaRegistryHost = "registry.ollama.ai";
 
 /// The folder in which Ollama keeps its models: "manifests/HOST/NAMESPACE/MODEL/TAG", and "blobs" with what
-/// the manifests name. Reads only; what cannot be read is not there.
+/// the manifests name. It only reads; what cannot be read counts as missing.
 class OllamaStore {
 public:
     /// The store that holds the manifest at `manifestPath`, whose last five parts are those above.
     explicit OllamaStore(const std::string& manifestPath);
 
     /// The paths of the blobs that the manifest names, each once: the config, then the layers. Digests that
-    /// Ollama would not take for any are left out.
+    /// Ollama would not accept are left out.
     [[nodiscard]] std::vector<std::string> blobs() const;
 
     /// For each of `blobs` that other manifests name as well, the names of their models as Ollama shows them,
