@@ -2,14 +2,17 @@ import QtQuick
 import QtQuick.Templates as T
 import Zentrill
 
+// Turns the Safety Shield on and off.
 T.Switch {
     id: control
 
     implicitWidth: implicitIndicatorWidth + spacing + implicitContentWidth
     implicitHeight: 22
     spacing: 10
+    text: qsTr("Safety Shield")
     font: Typography.control
     hoverEnabled: true
+    Accessible.name: qsTr("Safety Shield, retains recognized credentials and uncertain data when on")
 
     indicator: Rectangle {
         x: 0

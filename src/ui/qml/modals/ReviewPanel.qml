@@ -198,9 +198,7 @@ FocusScope {
                 anchors.leftMargin: 24
                 anchors.verticalCenter: parent.verticalCenter
                 visible: panel.review.shielded
-                text: qsTr("Safety Shield")
                 checked: panel.viewState.controller.preserveCredentials
-                Accessible.name: qsTr("Safety Shield, retains recognized credentials and uncertain data when on")
                 onToggled: panel.viewState.controller.preserveCredentials = checked
             }
 

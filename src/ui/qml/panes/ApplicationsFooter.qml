@@ -101,9 +101,7 @@ Rectangle {
         spacing: 5
 
         ShieldSwitch {
-            text: qsTr("Safety Shield")
             checked: footer.viewState.controller.preserveCredentials
-            Accessible.name: qsTr("Safety Shield, retains recognized credentials and uncertain data when on")
             onToggled: footer.viewState.controller.preserveCredentials = checked
         }
 

@@ -41,7 +41,7 @@ Rectangle {
         }
 
         Label {
-            text: "SYSTEM UTILITY"
+            text: qsTr("SYSTEM UTILITY")
             font: Typography.overline
             color: WarmPalette.secondary
         }
