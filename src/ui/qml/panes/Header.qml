@@ -46,7 +46,7 @@ Item {
 
         anchors.left: parent.left
         anchors.leftMargin: 20
-        anchors.right: busy.visible ? busy.left : parent.right
+        anchors.right: operation.visible ? operation.left : parent.right
         anchors.rightMargin: 20
         anchors.top: title.bottom
         anchors.topMargin: 6
@@ -58,72 +58,28 @@ Item {
         Accessible.name: text
     }
 
-    Row {
-        id: busy
+    Loader {
+        id: operation
 
-        // What the operation's text can have of the line, and what it has whatever the subtitle would like.
-        readonly property real mostRoom: header.width - 40 - cancel.width - 14 - 40 - progress.room
-        readonly property real fewest: progress.visible ? Math.max(60, Math.min(190, mostRoom)) : 110
+        // Named by its file, so that the first frame, in which nothing is removed yet, does without it.
+        readonly property bool wanted: header.viewState.windowShown || visible
+
+        function load() {
+            if (wanted && status === Loader.Null)
+                setSource("OperationStatus.qml", {
+                    viewState: header.viewState,
+                    room: Qt.binding(() => header.width - 40 - 40),
+                    subtitleRoom: Qt.binding(() => subtitle.implicitWidth)
+                });
+        }
 
         anchors.right: parent.right
         anchors.rightMargin: 20
         anchors.verticalCenter: subtitle.verticalCenter
-        spacing: 8
         visible: header.viewState.controller.isBusy
-
-        BusySpinner {
-            anchors.verticalCenter: parent.verticalCenter
-            running: busy.visible
-        }
-
-        ElidedText {
-            anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(implicitWidth, Math.max(busy.fewest, busy.mostRoom - subtitle.implicitWidth))
-            text: header.viewState.controller.operationDescription
-            font: Typography.body
-            color: WarmPalette.secondary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
-        }
-
-        Label {
-            id: progress
-
-            readonly property ProgressState state: header.viewState.progress
-            readonly property real room: visible ? width + busy.spacing : 0
-
-            anchors.verticalCenter: parent.verticalCenter
-            visible: text !== ""
-            text: state.text
-            font: Typography.body
-            color: WarmPalette.tertiary
-            Accessible.name: state.spokenText
-            Accessible.description: state.path
-
-            HoverHandler {
-                id: hover
-            }
-
-            // The keyboard leads no further here than to the button beside it.
-            TipLoader {
-                text: progress.state.path
-                wanted: text !== "" && (hover.hovered || cancel.visualFocus)
-            }
-        }
-
-        ActionButton {
-            id: cancel
-
-            anchors.verticalCenter: parent.verticalCenter
-            implicitHeight: 26
-            font: Typography.name
-            text: header.viewState.controller.isCancelling ? qsTr("Cancelling…") : qsTr("Cancel")
-            enabled: header.viewState.controller.canCancelOperation && !header.viewState.controller.isCancelling
-            // It stays the same button, and says what comes of it.
-            Accessible.name: qsTr("Cancel")
-            Accessible.description: header.viewState.controller.isCancelling ? text : ""
-            onClicked: header.viewState.controller.cancelOperation()
-        }
+        onWantedChanged: load()
+        onStatusChanged: if (status === Loader.Error) header.viewState.reportFailedPart(source)
+        Component.onCompleted: load()
     }
 
     Hairline {
