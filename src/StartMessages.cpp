@@ -11,14 +11,14 @@ StartMessages* StartMessages::current = nullptr;
 
 namespace {
 
-/// "qt.qpa.xcb", "qt.qpa.plugin" and the like: the layer that looks for displays. What says that no Wayland
+/// "qt.qpa.xcb", "qt.qpa.plugin" and the like: the layer that looks for displays. The message that no Wayland
 /// compositor answers names no layer.
 bool isAboutDisplays(const QMessageLogContext& context, const QString& message) {
     return QByteArray(context.category).startsWith("qt.qpa.") ||
            message.startsWith(QLatin1String("Failed to create wl_display"));
 }
 
-/// Qt wants a runtime folder for things that this program does not use, and is given none. See main.cpp.
+/// Qt wants a runtime folder for things that this program does not use, so it gets none. See main.cpp.
 bool isAboutTheRuntimeFolder(const QString& message) {
     return message.startsWith(QLatin1String("QStandardPaths: ")) &&
            message.contains(QLatin1String("'/dev/null/runtime-"));
@@ -73,8 +73,7 @@ bool StartMessages::takes(QtMsgType type, const QMessageLogContext& context, con
     if (type == QtDebugMsg || !isAboutDisplays(context, message)) {
         return false;
     }
-    // That a plugin could not be loaded "even though it was found" tells less than what it said itself
-    // before.
+    // That a plugin could not be loaded "even though it was found" says less than its own message before.
     if (!message.contains(QLatin1String("even though it was found"))) {
         obstacle_ = asReason(message);
     }

@@ -5,17 +5,17 @@
 
 namespace zentrill {
 
-/// Between the person and what Qt says while it looks for the display.
+/// Filters what Qt says while it looks for a display.
 ///
-/// Qt tries one kind of display after the other and tells of each that it cannot have. When none is left, it
-/// has the program crash. With this, nothing is said of a search that succeeds, and one that fails is told in
-/// a sentence and by the program's exit status, EXIT_FAILURE.
+/// Qt tries one kind of display after the other and complains about each that it cannot get. If there is
+/// none, it makes the program crash. With this, a search that succeeds is silent, and one that fails gives
+/// one sentence and the exit status EXIT_FAILURE.
 ///
 ///     StartMessages messages;
 ///     QGuiApplication application(argc, argv);
 ///     messages.displayFound();
 ///
-/// There is one at a time, on the main thread. What is not about this search is shown as ever.
+/// There is one at a time, on the main thread. Messages about anything else are shown as usual.
 class StartMessages {
 public:
     StartMessages();
@@ -26,14 +26,14 @@ public:
 
 private:
     static void handle(QtMsgType type, const QMessageLogContext& context, const QString& message);
-    /// Whether the message is one that nobody needs.
+    /// Whether nobody needs the message.
     bool takes(QtMsgType type, const QMessageLogContext& context, const QString& message);
     [[noreturn]] void refuse() const;
 
     static StartMessages* current;
     QtMessageHandler previous_;
     bool searching_ = true;
-    /// What stood against the kind of display that was tried last.
+    /// Why the kind of display that was tried last could not be used.
     QString obstacle_;
 };
 

@@ -54,18 +54,18 @@ std::string preferencesFile() {
 }
 
 /// A cleaner must not litter: no compiled QML, no shader cache, no font cache, no desktop plug-in that keeps
-/// files of its own, no message bus started for it, no folder made up for one.
+/// files, no message bus started for it, no runtime folder.
 void keepQtFromWritingFiles() {
     const std::string runtimeFolder = qgetenv("XDG_RUNTIME_DIR").toStdString();
     if (runtimeFolder.empty()) {
-        qputenv("TMPDIR", "/dev/null"); // Otherwise Qt makes a runtime folder of its own below /tmp.
+        qputenv("TMPDIR", "/dev/null"); // Otherwise Qt makes a runtime folder below /tmp.
     }
     if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") &&
         (runtimeFolder.empty() || !FileSystem::shared().fileExists(runtimeFolder + "/bus"))) {
         qputenv("DBUS_SESSION_BUS_ADDRESS",
                 "disabled:"); // Otherwise a bus is launched, which writes ~/.dbus.
     }
-    // The views are compiled ahead. Were the cache disabled, they would be compiled again at every start.
+    // The views are compiled ahead. With a disabled cache, they would be compiled again at every start.
     qputenv("QML_DISK_CACHE_PATH", "/dev/null");
     qputenv("QT_QPA_PLATFORMTHEME", "generic");
     const std::string fonts = paths::appending(bundleLocation(), "Contents/Resources/fonts.conf");
@@ -86,7 +86,7 @@ void endWithoutViews(const QString& reason) {
 
 int main(int argc, char* argv[]) {
     leaveTerminalBehind();
-    // Taken first, so that programs that it starts see the person's own environment.
+    // Made first, so that the programs it starts get the person's own environment.
     const auto commandRunner = std::make_shared<ShellCommandRunner>();
     keepQtFromWritingFiles();
     StartMessages messages;
@@ -121,7 +121,8 @@ int main(int argc, char* argv[]) {
     forgetful = &delegate;
     delegate.applicationDidFinishLaunching();
     const int status = QGuiApplication::exec();
-    // A worker deep in a system call must not keep a closed program alive; nothing of it needs an ending.
+    // A worker that is stuck in a system call must not keep a closed program alive, and has nothing to clean
+    // up.
     if (!controller->shutDown()) {
         std::_Exit(status);
     }

@@ -6,8 +6,8 @@
 
 namespace zentrill {
 
-/// What the controller asks of the program around it. The defaults are the running program's own; a test
-/// replaces every one that would end or change the test's process.
+/// What the controller needs of the program around it. Tests replace the hooks that would end or change their
+/// process.
 struct ApplicationHooks {
     /// The bundle to remove in a self-uninstall: an absolute path, "….app" for an installed program.
     std::function<std::string()> bundleLocation;
@@ -17,7 +17,7 @@ struct ApplicationHooks {
     std::function<void()> forgetWindowState;
     /// Main thread, after a successful self-uninstall. Ends the process at once; nothing may be saved.
     std::function<void()> exitProcess;
-    /// Main thread, on closing: ends every child program that still runs, so that the worker gets free.
+    /// Main thread, on closing: ends every child program that still runs, so that the worker is not held up.
     std::function<void()> endCommands;
 
     /// The hooks of the real program, without any window.

@@ -18,12 +18,12 @@ namespace zentrill {
 
 namespace {
 
-/// The one tool that its package manager has to let go of before its files do.
+/// The only tool whose package manager has to remove it before its files go.
 constexpr std::string_view npmInstalledName = "Claude Code";
 constexpr CommandExecuting::Timeout npmTimeout{45.0};
 constexpr const char* cancelledMessage = ApplicationUninstallResult::cancelledMessage;
 
-/// What the services said of all applications so far.
+/// The services' results for all applications so far.
 struct Tally {
     std::size_t appCount = 0;
     std::size_t removedCount = 0;
@@ -41,7 +41,7 @@ struct Tally {
         std::ranges::move(result.deletionReport.failures, std::back_inserter(failures));
     }
 
-    /// Tools share folders: what one had to leave, the next may have removed.
+    /// Tools share folders, so the next one may have removed what one had to leave.
     void dropWhatIsGone(const InstallationDetector& detector) {
         for (auto& [name, paths] : remainingData) {
             paths = detector.existingPaths(std::move(paths));
@@ -82,7 +82,7 @@ ApplicationUninstallResult uninstall(const OperationContext& context, const AppI
     if (app.name == npmInstalledName) {
         removeNpmPackage(context, app);
     }
-    // Closing the window ends the process listing too, and an empty listing would say that nothing runs.
+    // Closing the window also ends the process listing, and an empty listing would mean that nothing runs.
     const auto isAlive = [listed =
                               ApplicationUninstallService::liveProcessAliveChecker(context.commandRunner),
                           isAbandoned = context.isAbandoned](const std::vector<std::string>& names) {
@@ -121,7 +121,7 @@ ResultAlert uninstallApps(const OperationContext& context, const std::vector<App
         tally.add(app.name, uninstall(context, app, preserveCredentials));
     }
     const std::string freeSpace = context.hasRemoved() ? meter.text() : std::string();
-    // Applications that were never begun are missing from the results, so the report has to say why.
+    // Applications that were not begun are missing from the results, so the report has to say why.
     if (tally.appCount < targets.size() && !tally.cancelled) {
         tally.cancelled = true;
         tally.failures.emplace_back(cancelledMessage);

@@ -9,7 +9,7 @@
 
 namespace zentrill {
 
-/// What a line of the log begins with that tells of a path which the Safety Shield has kept.
+/// How a line of the log begins if it names a path that the Safety Shield has kept.
 inline constexpr std::string_view preservedPathMark = "[Safety Shield] Preserved: ";
 
 /// The applications that an uninstall of the selection removes: those of `apps` that are selected and

@@ -12,7 +12,7 @@ struct ApplicationUninstallNotice {
     std::string title;
     /// Lines joined by "\n".
     std::string message;
-    /// What `message` says remains, in its order.
+    /// The paths that `message` lists as remaining, in its order.
     std::vector<std::string> remainingPaths;
 
     /// `remainingData` maps the name of an application to its paths that still exist; `failures` are

@@ -14,8 +14,8 @@
 
 namespace zentrill {
 
-/// Finds something out on a thread of its own, which there is from the first time on. An operation does not
-/// wait for it. The main thread gets the newest result when it has time, however fast they come.
+/// Finds something out on a thread that is started when it is first needed. Operations do not wait for it.
+/// The main thread gets the newest result when it has time, however fast the results come.
 ///
 ///     BackgroundWork<Size> sizes(link, "com.zentrill.sizes");
 ///     sizes.start([](const auto& publish, const auto& shouldStop) { … publish(size); … }, show);
@@ -30,7 +30,7 @@ public:
     /// Called on the main thread.
     using Show = std::function<void(const Result&)>;
 
-    /// `threadLabel` as for `OperationQueue`, and for good.
+    /// `threadLabel` is as for `OperationQueue`, and must live as long as the program.
     BackgroundWork(std::shared_ptr<MainQueue> link, std::string_view threadLabel)
         : link_(std::move(link)), threadLabel_(threadLabel) {}
 
@@ -41,7 +41,7 @@ public:
     BackgroundWork(BackgroundWork&&) = delete;
     BackgroundWork& operator=(BackgroundWork&&) = delete;
 
-    /// Cancels the work before.
+    /// Cancels the previous work.
     void start(Work work, Show show) {
         cancel();
         run_ = std::make_shared<Run>(std::move(show));
@@ -56,7 +56,7 @@ public:
         });
     }
 
-    /// Returns at once, and nothing more is shown; the thread ends its work when that asks the next time.
+    /// Returns at once, and nothing more is shown; the work ends when it next asks whether it should stop.
     void cancel() {
         if (run_) {
             run_->cancelled = true;
@@ -83,7 +83,7 @@ private:
             {
                 const std::lock_guard guard(mutex);
                 if (std::exchange(latest, std::move(result))) {
-                    return; // The main thread has not come to the one before, which this one replaces.
+                    return; // The main thread has not taken the previous result yet, which this one replaces.
                 }
             }
             link.post([run = this->shared_from_this()] { run->showLatest(); });
@@ -104,7 +104,7 @@ private:
         std::atomic<bool> cancelled{false};
         std::mutex mutex;
         std::optional<Result> latest;
-        // The main thread's own.
+        // Used by the main thread alone.
         Show show;
     };
 

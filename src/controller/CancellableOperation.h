@@ -5,7 +5,7 @@
 namespace zentrill {
 
 /// The cancellation flag of one operation, shared by the main thread, which sets it, and the worker, which
-/// polls it between steps. There is no way back: the next operation gets a new one.
+/// polls it between steps. It is never reset: the next operation gets a new one.
 class CancellableOperation final {
 public:
     [[nodiscard]] bool isCancelled() const {

@@ -27,7 +27,7 @@ std::string generate(const std::function<std::uint32_t()>& randomValue) {
 }
 
 std::uint32_t uniformValue(const std::function<std::uint32_t()>& bits) {
-    // Values past the last whole multiple would make the smaller codes likelier; they are drawn again.
+    // Values beyond the last whole multiple would make smaller codes more likely, so they are drawn again.
     constexpr std::uint64_t valueCount = std::uint64_t{std::numeric_limits<std::uint32_t>::max()} + 1;
     constexpr std::uint64_t accepted = valueCount - (valueCount % codeCount);
     std::uint32_t value = bits();

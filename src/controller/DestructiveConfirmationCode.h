@@ -12,16 +12,16 @@ namespace zentrill::DestructiveConfirmationCode {
 
 inline constexpr std::size_t length = 8;
 
-/// A code out of the system's secure random generator. May repeat the code before.
+/// A code from the system's secure random generator. It may be the same as the previous one.
 [[nodiscard]] std::string generate();
 
-/// The same out of `randomValue`, taken modulo 100,000,000.
+/// A code from `randomValue`, taken modulo 100,000,000.
 [[nodiscard]] std::string generate(const std::function<std::uint32_t()>& randomValue);
 
 /// Uniform in 0 to 99,999,999; cryptographically secure. `bits` supplies 32 uniform bits per call.
 [[nodiscard]] std::uint32_t uniformValue(const std::function<std::uint32_t()>& bits);
 
-/// What of a typed text may stand in the code field: its ASCII digits, at most the first eight.
+/// The part of a typed text that the code field may show: its ASCII digits, at most the first eight.
 [[nodiscard]] std::string filteredInput(std::string_view text);
 
 /// Whether `input` is eight ASCII digits and equal to `expected`; it is neither filtered nor trimmed.

@@ -16,8 +16,8 @@ namespace {
 
 enum class LineMarks { escaped, kept };
 
-/// Controls, line ends, and what Unicode calls format characters: they change the direction of what follows,
-/// join or separate what stands around them, or are not seen at all.
+/// Controls, line ends, and what Unicode calls format characters: they change the direction of the text that
+/// follows, join or separate their neighbours, or cannot be seen.
 bool misleads(char32_t character) {
     switch (QChar::category(character)) {
     case QChar::Other_Control:
@@ -46,7 +46,7 @@ void appendEscaped(QString& text, char32_t character) {
     }
 }
 
-/// How long a sequence is that begins with this byte, if it is valid at all.
+/// The length of a valid sequence that begins with this byte.
 constexpr std::size_t announcedLength(unsigned char first) {
     if (first < 0x80) {
         return 1;
@@ -71,7 +71,7 @@ std::size_t validLength(std::string_view bytes) {
 }
 
 void appendText(QString& text, std::string_view valid, LineMarks lineMarks) {
-    // A byte order mark is shown like anything else that nobody would see.
+    // A byte order mark is shown like every other character that cannot be seen.
     QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
     const QString decoded = decode(QByteArrayView(valid.data(), static_cast<qsizetype>(valid.size())));
     for (const uint character : decoded.toUcs4()) {

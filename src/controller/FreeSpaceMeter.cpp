@@ -18,7 +18,7 @@ struct Change {
     std::int64_t after = 0;
 };
 
-/// Opens the folder, or where only its owner may, the one around it if that is on the same file system.
+/// Opens the folder or, if only its owner may do so, the folder around it if that is on the same file system.
 bool openOnItsFileSystem(const std::string& path, DirectoryHandle& folder) {
     if (DirectoryHandle::open(path, FinalLink::follow, folder) == 0) {
         return true;
@@ -39,7 +39,7 @@ std::optional<std::int64_t> FreeSpaceMeter::measured(const DirectoryHandle& fold
 }
 
 void FreeSpaceMeter::watchItem(const std::string& path) {
-    // What a link at the path leads to stays, and a mounted folder does too.
+    // The target of a link stays, and so does a mounted folder.
     if (FileSystem::shared().itemExistsWithoutFollowingSymlink(path)) {
         watchFolder(std::string(paths::parent(path)));
     }

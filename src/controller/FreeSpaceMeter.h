@@ -17,9 +17,8 @@ namespace zentrill {
 ///     remove(path);
 ///     alert.freeSpace = meter.text(); // right after
 ///
-/// Where several file systems are concerned there is one line all the same: it counts those whose free space
-/// has changed, and adds them up. Two that have the same free space to the byte share it, as volumes of one
-/// pool do, and are counted once.
+/// Several file systems share one line, which adds up those whose free space has changed. Two with exactly
+/// the same free space are taken for volumes of one pool and count once.
 class FreeSpaceMeter {
 public:
     /// As `freeSpace` does.
@@ -33,12 +32,12 @@ public:
     /// Measures the file system of the folder at `path`, if there is one.
     void watchFolder(const std::string& path);
 
-    /// "Free space: 41.2 GB → 46.8 GB", before and now; empty where nothing was measured.
+    /// "Free space: 41.2 GB → 46.8 GB", before and now; empty if nothing was measured.
     [[nodiscard]] std::string text() const;
 
 private:
     struct Volume {
-        /// Kept open, so that it can be asked for again whatever becomes of its path.
+        /// Kept open, so that it can be measured again whatever happens to its path.
         DirectoryHandle folder;
         std::int64_t before = 0;
     };

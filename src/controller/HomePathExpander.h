@@ -4,7 +4,7 @@
 
 namespace zentrill {
 
-/// Expands "~" to the home folder that the user has now; without one such a path stays as it is.
+/// Expands "~" to the user's present home folder; without one, such a path stays as it is.
 [[nodiscard]] PathExpander homePathExpander();
 
 } // namespace zentrill

@@ -5,18 +5,18 @@
 
 namespace zentrill {
 
-/// Writes the time stamps of the activity log, "[14:03:27] ", in the user's time zone. A line gets the room
-/// for its stamp where it is written and the stamp itself where it is appended, so that appending neither
-/// allocates nor copies the line. Not for use by several threads at once.
+/// Writes the time stamps of the activity log, "[14:03:27] ", in the user's time zone. Space for the stamp is
+/// added where a line is written, and filled where it is appended, so that appending neither allocates nor
+/// copies the line. Not for several threads at once.
 ///
 ///     std::string entry = LogClock::roomFor(message);    // any thread
 ///     clock.stamp(entry);                                // the log's own thread
 class LogClock {
 public:
-    /// `message` behind as many bytes as a stamp has.
+    /// `message` after as many bytes as a stamp needs.
     [[nodiscard]] static std::string roomFor(const std::string& message);
 
-    /// Fills the room at the front of `entry` with the stamp of the present moment.
+    /// Fills the space at the front of `entry` with the stamp of this moment.
     void stamp(std::string& entry) { stamp(entry, std::time(nullptr)); }
 
     /// The same for the moment `now`. Formatted once a second, however many lines carry it.

@@ -51,7 +51,7 @@ void MainQueue::close() {
     }
     notifier_->setEnabled(false);
     if (isDraining_) {
-        notifier_.release()->deleteLater(); // It is the sender of the very call that leads here.
+        notifier_.release()->deleteLater(); // It is the sender of the call that leads here.
     } else {
         notifier_.reset();
     }
@@ -90,8 +90,7 @@ void MainQueue::drain() {
 }
 
 // The main thread never waits for the lock: a thread that holds it may itself be waiting for a processor.
-// While the pipe is readable the next turn of the event loop comes at once, so a turn may as well be left
-// out.
+// While the pipe is readable the next turn of the event loop comes at once, so a turn may be skipped.
 
 void MainQueue::takeIncoming() {
     if (!draining_.empty()) {

@@ -16,7 +16,7 @@ class QSocketNotifier;
 namespace zentrill {
 
 /// The mailbox through which any thread reaches the main thread, and the weak link between the work and its
-/// owner: once `close` was called, whatever still waits is dropped, and so is what comes later.
+/// owner: after `close`, everything that still waits or comes later is dropped.
 ///
 ///     auto mailbox = std::make_shared<MainQueue>([](std::vector<std::string> lines) { … });
 ///     mailbox->post([this] { … });    // on any thread
@@ -31,13 +31,12 @@ public:
     /// Consecutive log lines, at least one.
     using LineSink = std::function<void(std::vector<std::string> lines)>;
 
-    /// The longest that one turn of the event loop is taken up before the others have theirs. A task is
-    /// never divided.
+    /// How long one turn of the event loop may take before other events have theirs. A task is never divided.
     static constexpr std::chrono::milliseconds turnLimit{8};
 
-    /// On the main thread, with a QCoreApplication there.
+    /// To be made on the main thread, once there is a QCoreApplication.
     explicit MainQueue(LineSink sink);
-    /// On any thread, after `close`.
+    /// May be destroyed on any thread, after `close`.
     ~MainQueue();
 
     MainQueue(const MainQueue&) = delete;
@@ -53,7 +52,7 @@ public:
 
     [[nodiscard]] bool isOpen() const;
 
-    /// On the main thread; may be called by a task of this very mailbox.
+    /// On the main thread; a task of this mailbox may call it.
     void close();
 
 private:
@@ -71,7 +70,7 @@ private:
     bool open_ = true;
     bool wakePending_ = false;
 
-    // The main thread's own.
+    // Used by the main thread alone.
     LineSink sink_;
     std::deque<Item> draining_;
     bool isDraining_ = false;

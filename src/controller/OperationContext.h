@@ -18,7 +18,7 @@ namespace zentrill {
 struct OperationContext {
     std::shared_ptr<CommandExecuting> commandRunner;
     std::shared_ptr<const SafeDeletionEngine> deletionEngine;
-    /// What the engine tells how far it has come.
+    /// Where the engine says how far it has come.
     std::shared_ptr<const DeletionProgress> deletionProgress;
     std::shared_ptr<const DockerExecutableLocating> dockerLocator;
     /// The application list as it was when the operation began.
@@ -27,7 +27,7 @@ struct OperationContext {
     std::function<void(std::string)> log;
     /// Whether the user asked this operation to stop. False once the controller is gone.
     std::function<bool()> isCancelled;
-    /// Whether the controller is gone, so that whatever is still to do had better not be begun.
+    /// Whether the controller is gone, so that nothing more should be begun.
     std::function<bool()> isAbandoned;
 
     /// Whether the engine has removed anything in this operation.

@@ -17,7 +17,7 @@ public:
 
     /// `threadLabel` as for `beginWorkerThread`.
     explicit OperationQueue(std::string_view threadLabel = label);
-    /// Without a `stop` before, drops the waiting jobs and waits for the running one, however long.
+    /// If `stop` was not called, drops the waiting jobs and waits for the running one, however long it takes.
     ~OperationQueue();
 
     OperationQueue(const OperationQueue&) = delete;
@@ -29,7 +29,7 @@ public:
     void submit(Job job);
 
     /// Drops the waiting jobs and gives the running one `patience` to end. Returns whether the worker has
-    /// ended; if not, it is left to itself, holding only what its job holds.
+    /// ended; if not, it is left alone and keeps only what its job uses.
     bool stop(std::chrono::milliseconds patience);
 
 private:

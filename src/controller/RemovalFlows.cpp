@@ -35,7 +35,7 @@ ResultAlert report(const OperationContext& context, const Titles& titles, Result
             .retainedPathCount = 0};
 }
 
-/// Of what goes with the model, as far as that is known.
+/// Watches what goes with the model, as far as that is known.
 void watchModel(const LocalModel& model, FreeSpaceMeter& meter) {
     meter.watchItem(model.path);
     if (model.source == ollamaSource) {
@@ -45,7 +45,7 @@ void watchModel(const LocalModel& model, FreeSpaceMeter& meter) {
     }
 }
 
-/// Where the engine keeps what it removes, if that is here.
+/// Watches the folder where the engine keeps what it removes, if it is on this machine.
 void watchEngine(const DockerConnection& connection, FreeSpaceMeter& meter) {
     if (const std::optional<std::string> root = localDockerDataRoot(connection)) {
         meter.watchFolder(*root);

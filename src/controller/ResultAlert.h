@@ -16,10 +16,9 @@ struct ResultAlert {
     ResultOutcome outcome = ResultOutcome::unknown;
     /// Number of paths deliberately left in place.
     std::int64_t retainedPathCount = 0;
-    /// Those of them that `message` lists below its heading, each on a line of its own behind a name and ":
-    /// ".
+    /// Those of them that `message` lists below its heading, each on a separate line after a name and ": ".
     std::vector<std::string> retainedPaths;
-    /// The free space before and after, in one line; empty where it was not measured or nothing went.
+    /// The free space before and after, in one line; empty if it was not measured or nothing was removed.
     std::string freeSpace{}; // NOLINT(readability-redundant-member-init): GCC warns
 
     bool operator==(const ResultAlert&) const = default;

@@ -10,10 +10,10 @@
 
 namespace zentrill {
 
-/// By `AppInfo::name`: the paths that are there of what is not installed any more.
+/// By `AppInfo::name`: the paths that remain of a tool that is no longer installed.
 using RemainingPaths = std::map<std::string, std::vector<std::string>>;
 
-/// By `AppInfo::name`: the first of a tool's executables and bundles that is there.
+/// By `AppInfo::name`: the first executable or bundle of a tool that exists.
 using InstalledPaths = std::map<std::string, std::string>;
 
 /// Everything that one scan found.

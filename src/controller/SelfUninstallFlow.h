@@ -5,7 +5,7 @@
 
 namespace zentrill {
 
-/// What a self-uninstall that did not succeed has to tell: why, what is gone already and what is still there.
+/// The result of a self-uninstall that failed: why, what is gone and what is still there.
 [[nodiscard]] ResultAlert selfUninstallFailure(const SelfUninstallResult& result);
 
 } // namespace zentrill

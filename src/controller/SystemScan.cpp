@@ -69,8 +69,8 @@ ScanSnapshot collectScan(const OperationContext& context) {
         beginWorkerThread(OperationQueue::label);
         return scanner.scan();
     };
-    // Docker mostly keeps its caller waiting. It shares nothing with the rest that changes, and logs nothing.
-    // Without a policy the libraries start a thread; where none is to be had, they leave the call to `get`.
+    // Docker mostly keeps its caller waiting. Its scan logs nothing and shares no changing data with the
+    // rest. Without a policy the libraries start a thread or, if they cannot, make the call in `get`.
     std::future<DockerAvailability> docker = std::async(scanDocker);
     ScanSnapshot snapshot;
     scanApplications(context, snapshot);

@@ -131,7 +131,7 @@ bool UninstallerViewModel::shutDown() {
             hooks_.endCommands();
         }
         cancelLooks();
-        // Each is asked to stop, whatever the one before did.
+        // All of them are asked to stop, even if one does not.
         const std::array ended{operationQueue_.stop(closingPatience), reviews_.stop(closingPatience),
                                notes_.stop(closingPatience), selectionSizes_.stop(closingPatience)};
         workerEnded_ = std::ranges::all_of(ended, std::identity());
@@ -219,7 +219,7 @@ void UninstallerViewModel::publishDocker(DockerAvailability availability) {
 }
 
 void UninstallerViewModel::showResult(const ResultAlert& alert) {
-    // Before the message, whose lines are about them.
+    // Set before the message, whose lines refer to them.
     resultRetainedPaths_ = alert.retainedPaths;
     assign(resultAlertTitle_, displayed(alert.title), &UninstallerViewModel::resultAlertTitleChanged);
     assign(resultAlertMessage_, displayed(alert.message), &UninstallerViewModel::resultAlertMessageChanged);
@@ -228,7 +228,7 @@ void UninstallerViewModel::showResult(const ResultAlert& alert) {
            &UninstallerViewModel::resultAlertRetainedPathCountChanged);
     assign(resultAlertFreeSpace_, displayed(alert.freeSpace),
            &UninstallerViewModel::resultAlertFreeSpaceChanged);
-    // Last, so that the window opens with everything in place.
+    // Set last, so that the window opens with everything in place.
     assign(showResultAlert_, true, &UninstallerViewModel::showResultAlertChanged);
 }
 

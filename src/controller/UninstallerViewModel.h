@@ -119,26 +119,27 @@ public:
 
     [[nodiscard]] bool canCancelOperation() const { return canCancelOperation_; }
 
-    /// Shows what a removal would do. An operation that begins ends the review that is being computed.
+    /// Computes what a removal would do. An operation that begins ends that.
     [[nodiscard]] ReviewWorker& reviews() { return reviews_; }
 
-    /// How far the deletions of the operation that runs, or ran last, have come.
+    /// How far the deletions of the present or last operation have come.
     [[nodiscard]] DeletionProgress& deletionProgress() const { return *deletionProgress_; }
 
-    /// What a row's tooltip adds, and how much of a selection would go; an operation that begins ends both.
+    /// Compute what a row's tooltip adds and how much of a selection would go. An operation that begins ends
+    /// both.
     [[nodiscard]] NoteWorker& notes() { return notes_; }
 
     [[nodiscard]] SelectionSizeWorker& selectionSizes() { return selectionSizes_; }
 
-    /// Whether the running operation was asked to stop and has yet to come to it.
+    /// Whether the running operation was asked to stop and has not stopped yet.
     [[nodiscard]] bool isCancelling() const { return isCancelling_; }
 
-    /// What the last scan found of the application of that `AppInfo::name` that is no longer installed, as
-    /// absolute paths; empty for any other.
+    /// What the last scan found of an application that is no longer installed, by `AppInfo::name`, as
+    /// absolute paths; empty for other applications.
     [[nodiscard]] std::vector<std::string> remainingPaths(const std::string& name) const;
 
-    /// Where the application of that `AppInfo::name` is, as an absolute path: the first executable or bundle
-    /// that the last scan found or, where none is left, the first of `remainingPaths`. Empty for any other.
+    /// Where an application is, by `AppInfo::name`, as an absolute path: the first executable or bundle that
+    /// the last scan found or, without any, the first of `remainingPaths`. Empty if there is neither.
     [[nodiscard]] std::string pathOf(const std::string& name) const;
 
     /// The paths that the shown result says were left in place, in its order.
@@ -167,7 +168,7 @@ public:
     void removeContainer(const DockerContainer& container);
     void removeDockerImage(const DockerImage& image);
 
-    /// Removes the program and its data; on success the process ends within this object's lifetime.
+    /// Removes the program and its data; on success the process ends while this object lives.
     Q_INVOKABLE void performSelfUninstall();
 
     Q_INVOKABLE void clearLogs();
@@ -177,9 +178,9 @@ public:
     /// when the main thread comes to it.
     void log(const std::string& message);
 
-    /// For good: cuts the link through which work reaches this object, ends running commands and gives the
-    /// worker a moment to finish. Returns whether it did; if not, the process must leave without waiting
-    /// for it (`std::_Exit`). Further calls give the same answer.
+    /// Cannot be undone: cuts the link through which work reaches this object, ends running commands and
+    /// gives the worker a moment to finish. Returns whether it did; if not, the process must end without
+    /// waiting for it (`std::_Exit`). Further calls return the same.
     bool shutDown();
 
 Q_SIGNALS:
@@ -210,7 +211,7 @@ Q_SIGNALS:
 private:
     /// What an operation does to the controller at its end, on the main thread.
     using Completion = std::function<void(UninstallerViewModel&)>;
-    /// What it does before, on the worker. An empty completion is for a controller that is gone.
+    /// What it does before that, on the worker. It returns an empty completion if the controller is gone.
     using Body = std::function<Completion(const OperationContext&)>;
     using AlertingBody = std::function<ResultAlert(const OperationContext&)>;
 
@@ -225,19 +226,19 @@ private:
 
     bool beginOperation(const std::string& description, OperationTraits traits);
     void endOperation();
-    /// Ends what is looked at beside the operations.
+    /// Ends the background work beside the operations.
     void cancelLooks();
     void publishScan(ScanSnapshot snapshot, const std::optional<ResultAlert>& alert);
     void publishDocker(DockerAvailability availability);
     void showResult(const ResultAlert& alert);
     /// Stamps `entries` (`LogClock::roomFor`) and appends them.
     void appendLogs(std::vector<std::string> entries);
-    /// Frees `entries` bit by bit.
+    /// Frees `entries` a part at a time.
     void discard(std::deque<std::string> entries);
 
     [[nodiscard]] OperationContext operationContext() const;
-    /// Has the worker run `body` with copies of what it may use, and the main thread its completion. Neither
-    /// happens any more once this object is shut down.
+    /// Has the worker run `body` with copies of what it may use, and then the main thread its completion.
+    /// Neither happens once this object is shut down.
     void submit(Body body);
     void submitThenRescan(AlertingBody body);
     /// Scans on the calling thread; the completion publishes the findings and the alert together.

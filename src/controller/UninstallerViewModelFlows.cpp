@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char* uninstallStartLine = "=== Starting Application Uninstallation ===";
 
-/// The identifier as a person reads it: shortened where it is a digest, otherwise as it stands.
+/// The identifier for people: shortened if it is a digest, otherwise unchanged.
 std::string displayedID(const DockerImage& image) {
     return image.imageID.starts_with("sha256:") ? image.shortID() : image.imageID;
 }

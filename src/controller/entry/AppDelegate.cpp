@@ -15,7 +15,7 @@ namespace {
 
 constexpr QSize initialSize{950, 700};
 
-/// Lets the window become smaller than `minimum` where the screen is.
+/// Allows the window to be smaller than `minimum` if the screen is.
 void fitMinimum(QWindow& window, QSize minimum) {
     if (const QScreen* screen = window.screen()) {
         window.setMinimumSize(
@@ -23,7 +23,7 @@ void fitMinimum(QWindow& window, QSize minimum) {
     }
 }
 
-/// In the middle of its screen, as far as that leaves its title bar in sight.
+/// In the middle of its screen, but with its title bar in sight.
 void centre(QWindow& window) {
     const QScreen* screen = window.screen();
     if (screen == nullptr) {

@@ -5,7 +5,8 @@ class QWindow;
 namespace zentrill {
 
 /// Gives the window the Mac's full-size content: a transparent title bar without its text, the dark vibrant
-/// appearance, movable by its background. Nothing on other systems, where the window keeps its native frame.
+/// appearance, movable by its background. Does nothing on other systems, where the window keeps its native
+/// frame.
 #ifdef __APPLE__
 void styleMacWindow(QWindow& window);
 #else

@@ -19,13 +19,13 @@ namespace {
 /// A drag or a resize is written once it has come to rest.
 constexpr std::chrono::milliseconds restTime{400};
 
-/// How much of the top edge must be in sight for the window to be taken hold of.
+/// How much of the top edge must be in sight to grab the window.
 constexpr QSize handle{120, 40};
 
-/// What a title bar takes above a window's content. How high it really is shows only with the window.
+/// The assumed height of a title bar. The real one is known only once the window is shown.
 constexpr int titleBarHeight = 36;
 
-/// Larger than any screen; a saved number beyond it is damage.
+/// Larger than any screen; a larger saved number means that the file is damaged.
 constexpr int largestCoordinate = 1 << 20;
 
 } // namespace
@@ -48,8 +48,7 @@ void WindowFrameAutosave::setAutosaveName(const QString& name) {
         return;
     }
     restore();
-    // With nothing saved, what is there once the system has placed the window is what changes are seen
-    // against.
+    // If nothing was saved, changes are compared with where the system has placed the window.
     if (saved_.isEmpty()) {
         settled_.start();
     }
@@ -70,7 +69,7 @@ bool WindowFrameAutosave::write() {
     }
     const QScreen* screen = window_.screen();
     const QString now = text(window_.geometry(), screen != nullptr ? screen->availableGeometry() : QRect());
-    // Where the system first put the window is nothing that a person chose.
+    // Nobody chose the place where the system first put the window.
     if (saved_.isEmpty()) {
         saved_ = now;
     }
@@ -163,7 +162,7 @@ void WindowFrameAutosave::restore() {
     }
     const QRect placed = broughtBack(*frame, screens, window_.minimumSize());
     window_.setGeometry(placed);
-    // Where a frame had to give way to the screen, the saved one is still what the person chose.
+    // If a frame was made to fit the screen, the saved one is still what the person chose.
     if (placed != *frame) {
         saved_.clear();
     }

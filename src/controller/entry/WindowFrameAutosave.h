@@ -24,27 +24,27 @@ public:
     WindowFrameAutosave(QWindow& window, std::string propertyList, QObject* parent = nullptr);
 
     /// Places the window where it was last saved under `name` and saves it there from now on. An empty name
-    /// ends the saving: from then on nothing is written, not even a change that is pending.
+    /// ends the saving: nothing is written any more, not even a pending change.
     void setAutosaveName(const QString& name);
 
     [[nodiscard]] const QString& autosaveName() const { return name_; }
 
-    /// Whether no change waits to come to rest.
+    /// Whether no change is pending.
     [[nodiscard]] bool isSettled() const { return !settled_.isActive(); }
 
     /// Writes a pending change now. Returns false when the file could not be written.
     bool save();
 
-    /// The saved text of a frame, and back; nothing for a text that holds no frame of sensible size.
+    /// Converts a frame to its saved text and back; nothing for a text without a frame of sensible size.
     [[nodiscard]] static QString text(const QRect& frame, const QRect& screen);
     [[nodiscard]] static std::optional<QRect> frame(const QString& text);
 
     /// The part of a screen's available `geometry` that a window's content can fill, below its title bar.
     [[nodiscard]] static QRect room(const QRect& geometry);
 
-    /// `frame` as it is if enough of its top edge is on one of the `screens` to be taken hold of, otherwise
-    /// centred on the first; not smaller than `minimum`. One that is larger than its screen is made to fit
-    /// the room on it, even where that is below the minimum.
+    /// `frame` unchanged if enough of its top edge is on one of the `screens` to grab it, otherwise centred
+    /// on the first one; not smaller than `minimum`. A frame larger than its screen is made to fit, even if
+    /// that is below the minimum.
     [[nodiscard]] static QRect broughtBack(QRect frame, const QList<QRect>& screens, QSize minimum);
 
 private:

@@ -16,7 +16,7 @@ namespace zentrill {
 
 namespace {
 
-/// The one tool that its package manager has to let go of before its files do.
+/// The only tool whose package manager has to remove it before its files go.
 constexpr std::string_view npmInstalledName = "Claude Code";
 
 /// An item of a tool while its plan is made.

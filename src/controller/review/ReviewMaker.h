@@ -16,13 +16,13 @@
 
 namespace zentrill {
 
-/// Computes one review on the calling thread. Looks and changes nothing; no program is started.
+/// Computes one review on the calling thread. It changes nothing and starts no program.
 class ReviewMaker {
 public:
-    /// Takes what is known so far, several times a second; on any thread, but never on two at once.
+    /// Receives what is known so far, several times a second, on any thread but never on two at once.
     using Show = std::function<void(ReviewContent)>;
 
-    /// Of each item and each fate the first `listedEntries` entries are listed and the others counted.
+    /// For each item and fate, the first `listedEntries` entries are listed and the others counted.
     ReviewMaker(std::shared_ptr<const SafeDeletionEngine> engine, SafetyShield shield,
                 std::size_t listedEntries, Show show, std::function<bool()> shouldStop);
 
@@ -34,10 +34,10 @@ private:
     void reviewTool(const AppInfo& tool, bool isOneOfSeveral, EarlierPlans& earlier);
     void reviewModel(const LocalModel& model);
     [[nodiscard]] PlanRecord emptyRecord() const;
-    /// What no plan is made for.
+    /// Shows an object for which no plan is made.
     void showKnown(std::vector<ReviewRow> rows, const QString& size);
 
-    /// Shows what is finished and `more`, of what is being planned.
+    /// Shows the finished rows and `more`, those of what is being planned.
     void show(std::vector<ReviewRow> more, std::int64_t goingBytes, std::int64_t freedBytes,
               ReviewStage stage);
 
@@ -46,7 +46,7 @@ private:
     std::size_t listedEntries_;
     Show show_;
     std::function<bool()> shouldStop_;
-    // Of the tools that are finished.
+    // For the tools that are finished.
     std::vector<ReviewRow> rows_;
     std::int64_t goingBytes_ = 0;
     std::int64_t freedBytes_ = 0;

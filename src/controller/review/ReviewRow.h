@@ -24,12 +24,12 @@ struct ReviewRow {
     };
     enum class Fate : std::uint8_t { none, goes, partly, stays, fails };
 
-    /// Unique within the review, and the same while it is computed.
+    /// Unique within the review, and unchanged while it is computed.
     std::string key;
     Kind kind = Kind::item;
     Fate fate = Fate::none;
     QString text;
-    /// Null where it is not known.
+    /// Null if it is not known.
     QString size;
     /// The fate and its reason in words.
     QString reason;
@@ -43,7 +43,7 @@ struct ReviewContent {
     /// The logical size of what goes and what the disk gets back, in words.
     QString going;
     QString comingFree;
-    /// Whether this is all.
+    /// Whether nothing is missing any more.
     bool complete = false;
 
     bool operator==(const ReviewContent&) const = default;

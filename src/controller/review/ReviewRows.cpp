@@ -14,7 +14,7 @@ namespace {
 using Fate = ReviewRow::Fate;
 using Kind = ReviewRow::Kind;
 
-/// What items meet, in the order in which they are shown.
+/// The fates of items, in the order in which they are shown.
 struct End {
     DeletionPlan::Items DeletionPlan::* items;
     Fate fate;
@@ -42,7 +42,7 @@ QString joined(const std::vector<std::string>& names) {
     return text;
 }
 
-/// The system's word for what would fail at `path`, from the line of the failures that names it.
+/// The system's description of what would fail at `path`, taken from the failure that names it.
 QString failureReason(const DeletionPlan& plan, const std::string& path) {
     const std::string beginning = path + ": ";
     for (const std::string& line : plan.failures) {
@@ -54,7 +54,7 @@ QString failureReason(const DeletionPlan& plan, const std::string& path) {
     return QStringLiteral("Would fail");
 }
 
-/// Of an item of which nothing goes: the one reason, or that there are several.
+/// Describes an item of which nothing goes: the only reason, or that there are several.
 void describeKept(ReviewRow& row, const DeletionPlan& plan, const std::string& path) {
     const auto isMet = [&plan](const End& end) { return (plan.*end.items).count > 0; };
     const auto* const first = std::ranges::find_if(ends, isMet);
@@ -96,7 +96,7 @@ void describe(ReviewRow& row, const ApplicationUninstallPlan::Item& item, Review
     }
 }
 
-/// An entry's path from its item on.
+/// The path of an entry relative to its item.
 QString nameIn(const std::string& item, const std::string& path) {
     const bool isInside = path.starts_with(item + "/");
     return displayName(isInside ? std::string_view(path).substr(item.size() + 1) : std::string_view(path));
@@ -119,7 +119,7 @@ void appendEntries(std::vector<ReviewRow>& rows, const std::string& tool, const 
                                                                   : QString::fromLatin1(end.reason)});
             }
         }
-        // The item itself comes last of what goes: it has its own line.
+        // The item itself, the last of what goes, has its own line.
         const bool countsItem = end.fate == Fate::goes && plan.itemGoes && items.count > shown;
         const std::uint64_t others = items.count - std::min(items.count, shown + (countsItem ? 1 : 0));
         if (others > 0) {

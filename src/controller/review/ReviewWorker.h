@@ -22,10 +22,10 @@ public:
 
     ReviewWorker(std::shared_ptr<MainQueue> link, std::shared_ptr<const SafeDeletionEngine> engine);
 
-    /// A person reads the first ones and the number of the others.
+    /// Enough to read; the others are counted.
     static constexpr std::size_t firstEntries = 200;
 
-    /// Ends the review before, of which nothing is shown any more. `listedEntries` as for `ReviewMaker`.
+    /// Ends the previous review, of which nothing more is shown. `listedEntries` is as for `ReviewMaker`.
     void start(ReviewSubject subject, SafetyShield shield, Show show,
                std::size_t listedEntries = firstEntries);
 
@@ -35,7 +35,7 @@ public:
     /// Whether something is being computed that has not been shown.
     [[nodiscard]] bool isRunning() const { return work_.isStarted() && !complete_; }
 
-    /// For good: gives the thread `patience` to end, and returns whether it did.
+    /// To be called last: gives the thread `patience` to end, and returns whether it did.
     bool stop(std::chrono::milliseconds patience) { return work_.stop(patience); }
 
 private:

@@ -18,21 +18,21 @@ namespace zentrill {
 /// Belongs to the main thread.
 class NoteWorker {
 public:
-    /// Called on the main thread, once; with nothing where there is nothing to add.
+    /// Called once, on the main thread; with an empty text if there is nothing to add.
     using Show = BackgroundWork<QString>::Show;
 
     NoteWorker(std::shared_ptr<MainQueue> link, std::shared_ptr<const SafeDeletionEngine> engine);
 
-    /// What the deletion of the model frees, where that is not what its size says.
+    /// What the deletion of the model frees, if that differs from its size.
     void explainModel(LocalModel model, Show show);
 
-    /// How large the data are that lie at these paths.
+    /// How large the data at these paths are.
     void explainRemainingData(std::vector<std::string> paths, Show show);
 
     /// Returns at once; the thread ends its work at the next entry.
     void cancel() { work_.cancel(); }
 
-    /// For good: gives the thread `patience` to end, and returns whether it did.
+    /// To be called last: gives the thread `patience` to end, and returns whether it did.
     bool stop(std::chrono::milliseconds patience) { return work_.stop(patience); }
 
 private:

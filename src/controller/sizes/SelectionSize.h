@@ -15,7 +15,7 @@ namespace zentrill {
 
 /// How much the removal of the selected tools takes.
 struct SelectionSize {
-    /// The logical size of what goes, in bytes, as the review of the same tools has it.
+    /// The logical size of what goes, in bytes; the same as in the review of these tools.
     std::int64_t goingBytes = 0;
     /// Whether everything was looked at; otherwise more goes.
     bool isWhole = true;
@@ -23,9 +23,9 @@ struct SelectionSize {
     bool operator==(const SelectionSize&) const = default;
 };
 
-/// Looks on the calling thread, and changes nothing. What two of the tools share is counted once.
-/// `shouldStop` is asked before each entry, on several threads at once; so is the clock, where there is a
-/// `patience`.
+/// Computed on the calling thread, without changing anything. What two tools share is counted once.
+/// `shouldStop` is asked before each entry, on several threads at once. With a `patience` it ends after that
+/// time.
 [[nodiscard]] SelectionSize selectionSize(const std::shared_ptr<const SafeDeletionEngine>& engine,
                                           const std::vector<AppInfo>& tools, SafetyShield shield,
                                           const std::function<bool()>& shouldStop,

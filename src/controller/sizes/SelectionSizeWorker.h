@@ -12,8 +12,8 @@
 
 namespace zentrill {
 
-/// Computes the size of a selection in the background. Nobody has asked for it, so that a home folder on a
-/// network is looked at for a few seconds only.
+/// Computes the size of a selection in the background. Because nobody has asked for it, a home folder on a
+/// network is looked at for only a few seconds.
 ///
 /// Belongs to the main thread.
 class SelectionSizeWorker {
@@ -25,13 +25,13 @@ public:
 
     SelectionSizeWorker(std::shared_ptr<MainQueue> link, std::shared_ptr<const SafeDeletionEngine> engine);
 
-    /// Ends the computation before, of which nothing is shown any more.
+    /// Ends the previous computation, of which nothing more is shown.
     void start(std::vector<AppInfo> tools, SafetyShield shield, Show show);
 
     /// Returns at once; the thread ends its work at the next entry.
     void cancel() { work_.cancel(); }
 
-    /// For good: gives the thread `patience` to end, and returns whether it did.
+    /// To be called last: gives the thread `patience` to end, and returns whether it did.
     bool stop(std::chrono::milliseconds patience) { return work_.stop(patience); }
 
 private:

@@ -16,7 +16,7 @@ using review_rows::sizeText;
 
 namespace {
 
-/// A tooltip is no list: the first names, and how many more there are.
+/// A tooltip has room for the first names and the number of the others.
 constexpr std::size_t mostNames = 6;
 
 QString listed(const std::set<std::string>& names) {

@@ -14,11 +14,10 @@ namespace zentrill {
 /// "1.2 GB would go".
 [[nodiscard]] QString selectionSizeText(const SelectionSize& size);
 
-/// What the deletion of a model frees and why that is not what its size says; empty where nothing of it
-/// stays.
+/// What the deletion of a model frees and why that differs from its size; empty if nothing of it stays.
 [[nodiscard]] QString modelNote(const ModelDeletionPlan& plan);
 
-/// The paths line by line under a heading, each with its size in bytes where `sizes` has one.
+/// The paths line by line under a heading, each with its size if `sizes` has one, in bytes.
 [[nodiscard]] QString remainingDataNote(const std::vector<std::string>& paths,
                                         const std::vector<std::int64_t>& sizes);
 
