@@ -31,8 +31,8 @@ public:
     /// Draws a code of eight digits.
     using CodeSource = std::function<std::string()>;
 
-    /// `controller` outlives this object. Without a source of its own, codes come from the system's secure
-    /// random generator.
+    /// `controller` outlives this object. Without a `CodeSource`, codes come from the system's secure random
+    /// generator.
     explicit ConfirmationState(UninstallerViewModel& controller, CodeSource codes = {},
                                QObject* parent = nullptr);
 

@@ -24,10 +24,10 @@ namespace zentrill {
 
 namespace {
 
-/// The smallest content at which nothing has to give way.
+/// The smallest content at which everything fits.
 constexpr QSize minimumContentSize{900, 650};
 
-/// Opens the fonts of the first frame, which its texts would otherwise wait for.
+/// Opens the fonts of the first frame, so that its texts need not wait for them.
 void openFirstFonts() {
     const Typography type;
     for (const QFont& font : {type.brand(), type.overline(), type.title(), type.control(), type.body()}) {
@@ -35,8 +35,8 @@ void openFirstFonts() {
     }
 }
 
-/// Lets the views speak for themselves to assistive tools. Whose account was installed last is asked first,
-/// and Qt Quick installs its own when it is first imported.
+/// Installs what the views tell assistive tools. The factory that was installed last is asked first, and Qt
+/// Quick installs its own when it is first imported.
 void installAccessibles(QQmlEngine& engine) {
     QQmlComponent(&engine).setData("import QtQuick\nQtObject {}", {});
     QAccessible::installFactory(&ItemAccessible::make);
@@ -52,7 +52,7 @@ ContentView::ContentView(const ControllerFactory& makeController) {
     setColor(WarmPalette().canvas);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     const QUrl source(QStringLiteral("qrc:/qt/qml/Zentrill/ContentView.qml"));
-    // The engine's own thread loads the types of the views while this one does what needs none of them.
+    // The engine's thread loads the types of the views while this one does what does not need them.
     const QQmlComponent early(engine(), source, QQmlComponent::Asynchronous);
     controller_ = makeController();
     state_ = std::make_unique<ContentViewState>(*controller_);
@@ -66,7 +66,7 @@ ContentView::ContentView(const ControllerFactory& makeController) {
     setInitialProperties({{QStringLiteral("viewState"), QVariant::fromValue(state_.get())}});
     // What comes in later than the first frame.
     connect(state_.get(), &ContentViewState::partFailed, this, &ContentView::reportFailure);
-    // Not from within the key's own event, which the window has to outlive.
+    // Not while the key event is handled, which the window has to outlive.
     connect(state_.get(), &ContentViewState::closeRequested, this, &QWindow::close, Qt::QueuedConnection);
     setSource(source);
     if (status() == QQuickView::Error) {
@@ -78,7 +78,7 @@ ContentView::ContentView(const ControllerFactory& makeController) {
 }
 
 ContentView::~ContentView() {
-    // The items bind to the state, which binds to the controller: they go in that order.
+    // The items bind to the state, which binds to the controller, so they are destroyed in that order.
     setSource({});
 }
 
@@ -118,7 +118,7 @@ void ContentView::keyPressEvent(QKeyEvent* event) {
 }
 
 void ContentView::deliverPress(QKeyEvent& press) {
-    // What a modal leaves is for nothing below it, not even where the press has just closed it.
+    // What a modal does not take must not reach anything below it, even if the press has just closed it.
     const bool belowModal = state_->modalShown();
     QQuickView::keyPressEvent(&press);
     if (press.isAccepted() || press.isAutoRepeat() || belowModal) {

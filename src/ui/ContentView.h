@@ -20,7 +20,7 @@ class ContentView : public QQuickView {
 public:
     using ControllerFactory = std::function<std::unique_ptr<UninstallerViewModel>()>;
 
-    /// Calls `makeController` once, while the views are being loaded beside it.
+    /// Calls `makeController` once, while another thread loads the views.
     explicit ContentView(const ControllerFactory& makeController);
     ~ContentView() override;
 
@@ -34,8 +34,8 @@ public:
     [[nodiscard]] ContentViewState& state() const { return *state_; }
 
 Q_SIGNALS:
-    /// A part of the views cannot be loaded, such as for a module that is not installed. `reason` names what
-    /// is missing, in the words of the QML engine.
+    /// A part of the views cannot be loaded, for example because a module is not installed. `reason` says
+    /// what is missing, in the words of the QML engine.
     void failed(const QString& reason);
 
 protected:
@@ -46,20 +46,20 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    /// Looks up why that file cannot be loaded, and says so once the event loop runs.
+    /// Finds out why the file cannot be loaded, and says so once the event loop runs.
     void reportFailure(const QUrl& file);
     void setKeyboardUsed(bool used);
-    /// Gives a press to the items, and to the shortcuts what none of them takes.
+    /// Gives a press to the items, and then to the shortcuts if no item takes it.
     void deliverPress(QKeyEvent& press);
-    /// Whether this is the press of a mouse button that was meant for what was there before.
+    /// Whether this is the press of a mouse button that was meant for what was shown before.
     [[nodiscard]] bool isStalePress(const QEvent& event);
 
     std::unique_ptr<UninstallerViewModel> controller_;
     std::unique_ptr<ContentViewState> state_;
-    /// The engine's; none when the views could not be loaded.
+    /// The state of the views; null if they could not be loaded.
     KeyboardUse* keyboardUse_ = nullptr;
     KeyTimes keyTimes_;
-    /// Whether the last press of the pointer counted: what comes of it does only then.
+    /// Whether the last press of the pointer counted; otherwise what follows from it does not count either.
     bool pressAdmitted_ = true;
 };
 

@@ -29,7 +29,7 @@ constexpr std::array tabs{
         QLatin1String("View a real-time log of background processes.")},
 };
 
-/// The row of the tab; an unknown one stands for the last, the console.
+/// The row of the tab; that of the console, the last one, for an unknown tab.
 std::size_t rowOf(const QString& tab) {
     for (std::size_t row = 0; row < tabs.size(); ++row) {
         if (tab == tabs.at(row).name) {
@@ -39,7 +39,7 @@ std::size_t rowOf(const QString& tab) {
     return tabs.size() - 1;
 }
 
-/// The record of that row, or nothing where the row is none of that kind.
+/// The record of that row, or nothing if the row is of another kind.
 template <typename Record>
 const Record* recordIn(const DockerListModel& rows, int row) {
     const DockerRow* found = rows.record(row);
@@ -162,7 +162,7 @@ void ContentViewState::toggleApplication(int row) {
     }
 }
 
-/// Nothing is asked for below a review.
+/// No confirmation opens below a review.
 void ContentViewState::present(PendingConfirmation pending) {
     if (acceptsRequests()) {
         confirmation_.presentConfirmation(std::move(pending));
@@ -212,7 +212,7 @@ void ContentViewState::stopContainer(int row) {
 void ContentViewState::connectToController() {
     using Controller = UninstallerViewModel;
     connect(&controller_, &Controller::appsChanged, this, &ContentViewState::showApplications);
-    // An operation ends with what its scan has found, and each begins with what the one before has.
+    // The end of an operation brings what its scan has found; the next one begins with that.
     connect(&controller_, &Controller::isBusyChanged, this, &ContentViewState::noteFindings);
     connect(&controller_, &Controller::localModelsChanged, this, &ContentViewState::showModels);
     connect(&modelStrip_, &ListStripState::arrangementChanged, this, &ContentViewState::showModels);
@@ -241,7 +241,7 @@ void ContentViewState::showApplications() {
 }
 
 void ContentViewState::noteFindings() {
-    // While something runs, what was said stays.
+    // While something runs, the text stays.
     const bool nothing =
         controller_.isBusy() ? nothingFound_ : std::ranges::none_of(controller_.apps(), &AppInfo::isDetected);
     if (nothing != nothingFound_) {
@@ -261,7 +261,7 @@ InputGuard::Surface ContentViewState::surface() const {
 }
 
 void ContentViewState::showModal() {
-    // Before the views show it: they ask at once whether it can have been seen.
+    // Before the views show it, because they ask at once whether it can have been seen.
     input_.setSurface(surface());
     if (modalShown() || review_.isShown()) {
         setShortcutsShown(false);

@@ -80,10 +80,10 @@ public:
 
     void setSelectedTab(const QString& tab);
 
-    /// The sidebar's row of the chosen tab, from 0 on.
+    /// The row of the chosen tab in the sidebar, from 0.
     [[nodiscard]] int selectedRow() const;
 
-    /// Chooses the tab of that row of the sidebar; there is nothing beyond the first and the last.
+    /// Chooses the tab of that row in the sidebar; rows beyond the first and the last are ignored.
     Q_INVOKABLE void selectRow(int row);
 
     /// The pane that is shown for the chosen tab: the console's for a tab that is none of the four.
@@ -101,7 +101,7 @@ public:
 
     [[nodiscard]] ListStripState* dockerStrip() { return &dockerStrip_; }
 
-    /// The log as the console shows it; selection and search are those of its lines.
+    /// The log as the console shows it; selection and search work on its lines.
     [[nodiscard]] FoldedLogModel* logs() { return &foldedLogs_; }
 
     [[nodiscard]] LineSelection* logSelection() const { return logSelection_.get(); }
@@ -124,69 +124,69 @@ public:
 
     [[nodiscard]] InputGuard* input() { return &input_; }
 
-    /// Whether a confirmation or a result lies over the window.
+    /// Whether a confirmation or a result is shown over the window.
     [[nodiscard]] bool modalShown() const;
 
     /// Whether that is a result.
     [[nodiscard]] bool resultShown() const { return controller_.showResultAlert(); }
 
-    /// Whether a destructive request would be taken up now.
+    /// Whether a destructive request would be accepted now.
     [[nodiscard]] bool acceptsRequests() const { return confirmation_.canPresent() && !review_.isShown(); }
 
     /// Whether the selected applications can be reviewed.
     [[nodiscard]] bool canReviewSelection() const { return canUninstall(); }
 
-    /// The same for the selected applications, of which there must be one.
+    /// The same for the selected applications; at least one must be selected.
     [[nodiscard]] bool canUninstall() const;
 
-    /// Whether the window's first frame is on the screen. The panes are built after it, so that the window
-    /// stands as soon as it can.
+    /// Whether the window's first frame is on the screen. The panes are built after it, so that the window is
+    /// there as early as possible.
     [[nodiscard]] bool windowShown() const { return windowShown_; }
 
     void setWindowShown();
 
-    /// Whether the list of all shortcuts lies over the window; a modal takes its place.
+    /// Whether the list of all shortcuts is shown over the window; a modal replaces it.
     [[nodiscard]] bool shortcutsShown() const { return shortcutsShown_; }
 
     void setShortcutsShown(bool shown);
 
-    /// Does what a shortcut asks for; below a modal nothing.
+    /// Does what a shortcut asks for; does nothing below a modal.
     void perform(ShortcutAction action);
 
     /// "1 line", "12 lines".
     [[nodiscard]] QString logCountText() const;
 
-    /// Whether a scan has found none of the applications.
+    /// Whether a scan has found no application.
     [[nodiscard]] bool nothingFound() const { return nothingFound_; }
 
     /// How many applications are selected, in words: "2 selected".
     [[nodiscard]] QString selectionCount() const;
     [[nodiscard]] QString shieldCaption() const;
 
-    /// Icon and heading of the notice that stands in for the Docker lists; empty while they can be shown.
+    /// Icon and heading of the notice that replaces the Docker lists; empty while these can be shown.
     [[nodiscard]] QString dockerNoticeIcon() const;
     [[nodiscard]] QString dockerNoticeHeading() const;
 
     /// The nearest row of the Docker list from `row` on, in steps of 1 or -1, at which the keyboard stops; -1
-    /// where there is none.
+    /// if there is none.
     Q_INVOKABLE [[nodiscard]] int dockerStop(int row, int step) const;
 
     /// Selects or deselects the application of that row.
     Q_INVOKABLE void toggleApplication(int row);
 
-    /// Selects every application that was found, or none where all of them are selected.
+    /// Selects every application that was found, or none if all of them are selected.
     void toggleAllApplications();
 
-    /// Each opens the confirmation of one destructive action on the records as they are now. A row
-    /// that is not in the list, or holds something else, opens nothing.
+    /// Each opens the confirmation of one destructive action on the records as they are now. A row that does
+    /// not exist or has something else opens nothing.
     Q_INVOKABLE void requestUninstall();
     Q_INVOKABLE void requestModelDeletion(int row);
     Q_INVOKABLE void requestContainerRemoval(int row);
     Q_INVOKABLE void requestImageRemoval(int row);
     Q_INVOKABLE void requestSelfUninstall();
 
-    /// Each opens the review of what a request would remove. A row that is not in the list, or holds
-    /// something else, opens nothing.
+    /// Each opens the review of what a request would remove. A row that does not exist or has something else
+    /// opens nothing.
     Q_INVOKABLE void reviewSelection();
     Q_INVOKABLE void reviewApplication(int row);
     Q_INVOKABLE void reviewModel(int row);
@@ -195,12 +195,11 @@ public:
     /// Whether there is something to review in that row now.
     Q_INVOKABLE [[nodiscard]] bool canReviewApplication(int row) const;
 
-    /// Where the application or the model of that row is, in bytes; empty, never null, where that is not
-    /// known.
+    /// The path of the application or the model of that row, in bytes; empty, never null, if it is not known.
     Q_INVOKABLE [[nodiscard]] QByteArray applicationPath(int row) const;
     Q_INVOKABLE [[nodiscard]] QByteArray modelPath(int row) const;
 
-    /// Each puts on the clipboard what the row stands for: its path or, without one, its name.
+    /// Each copies what the row stands for to the clipboard: its path or, without one, its name.
     Q_INVOKABLE void copyApplication(int row) const;
 
     Q_INVOKABLE void copyModel(int row) const { PathActions::copy(modelPath(row)); }
@@ -237,7 +236,7 @@ private:
     void noteFindings();
     void showModels();
     void showDocker();
-    /// What takes the input now.
+    /// The surface that takes the input now.
     [[nodiscard]] InputGuard::Surface surface() const;
     void showModal();
     void present(PendingConfirmation pending);

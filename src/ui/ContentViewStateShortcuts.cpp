@@ -38,7 +38,7 @@ void ContentViewState::perform(ShortcutAction action) {
         enterPane(3);
         break;
     case ShortcutAction::toggleAllApplications:
-        // Nobody selects what is not in sight.
+        // Only rows in sight are selected.
         if (selectedRow() == 0) {
             toggleAllApplications();
         }

@@ -6,7 +6,7 @@
 
 namespace zentrill {
 
-/// Makes the controller's type known to QML, which the controller itself knows nothing of.
+/// Makes the controller's type known to QML; the controller itself does not depend on QML.
 struct ControllerForeign {
     Q_GADGET
     QML_FOREIGN(zentrill::UninstallerViewModel)

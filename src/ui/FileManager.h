@@ -7,16 +7,16 @@
 
 namespace zentrill {
 
-/// The desktop's file manager, asked over the session bus that is there (`org.freedesktop.FileManager1`). No
-/// bus is started for it; a desktop that starts its file manager when that is first asked does so. On a Mac
-/// it is the workspace.
+/// The desktop's file manager, reached over the existing session bus (`org.freedesktop.FileManager1`). No bus
+/// is started for it, but the desktop may start its file manager when it is first asked. On a Mac it is the
+/// workspace.
 ///
-/// Nothing waits for an answer: what comes of a question is a signal.
+/// Nothing waits for an answer; answers are signals.
 class FileManager : public QObject {
     Q_OBJECT
 
 public:
-    /// Over the bus at that address instead of the session's own.
+    /// Uses the bus at that address instead of the session's.
     explicit FileManager(QString busAddress = {}, QObject* parent = nullptr);
     ~FileManager() override;
 
@@ -25,18 +25,18 @@ public:
     FileManager(FileManager&&) = delete;
     FileManager& operator=(FileManager&&) = delete;
 
-    /// What was known last; not before `look`.
+    /// The last known answer; false before `look`.
     [[nodiscard]] bool isThere() const { return isThere_; }
 
     /// Asks whether there is one now.
     void look();
 
-    /// Has the folder of that absolute path, given in bytes, shown with the item in it selected.
+    /// Shows the folder of that absolute path, in bytes, with the item selected.
     void show(const std::string& path);
 
 Q_SIGNALS:
     void isThereChanged();
-    /// It did not show that path; `reason` is in the words of the bus.
+    /// The path could not be shown; `reason` is in the words of the bus.
     void failed(const std::string& path, const QString& reason);
 
 private:

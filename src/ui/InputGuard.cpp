@@ -21,7 +21,7 @@ void InputGuard::setSurface(Surface surface) {
     settling_.stop();
     stale_ = held_;
     lastRelease_.wasStale = true;
-    // A confirmation asks for a code, which nobody has typed by mistake, and Escape leaves it at any time.
+    // A confirmation asks for a code, which nobody types by mistake, and Escape may close it at any time.
     const bool asksForCode = surface_ == Surface::confirmation;
     lastKey_.ofFormerSurface = lastKey_.isThere && !asksForCode;
     lastClick_.ofFormerSurface = lastClick_.isThere;
@@ -62,7 +62,7 @@ bool InputGuard::admits(const QKeyEvent& event) {
         return admitted;
     }
     if (lastKey_.isThere && lastKey_.what == key) {
-        lastKey_.time = timeOf(event); // What counts is how soon after its release it is pressed again.
+        lastKey_.time = timeOf(event); // What matters is how soon after its release it is pressed again.
     }
     held_.erase(key);
     const bool wasStale = stale_.erase(key) != 0;
@@ -89,7 +89,7 @@ void InputGuard::forgetHeldKeys() {
 
 bool InputGuard::admitsRepetition(KeyCode key, Timestamp time) {
     if (!held_.contains(key) && lastRelease_.goesOnWith(key, time)) {
-        held_.insert(key); // It was never let go.
+        held_.insert(key); // It was not released.
         if (lastRelease_.wasStale) {
             stale_.insert(key);
         }
@@ -129,7 +129,7 @@ void InputGuard::setSettled(bool settled) {
 }
 
 InputGuard::KeyCode InputGuard::code(const QKeyEvent& event) {
-    // The key itself: what it stands for changes with the modifiers while it is down.
+    // The physical key, because its meaning changes with the modifiers while it is down.
     return event.nativeScanCode() != 0 ? event.nativeScanCode() : static_cast<KeyCode>(event.key());
 }
 

@@ -16,8 +16,8 @@ QT_END_NAMESPACE
 
 namespace zentrill {
 
-/// Keeps what was meant for one surface from the one that takes its place: a key or a click counts for what
-/// the person saw when it came.
+/// Keeps input that was meant for one surface away from the one that replaces it: a key or a click counts for
+/// what the person saw at the time.
 ///
 ///  - A key that is down while a modal opens or closes counts again once it was let go and pressed anew.
 ///  - After a modal closed, nothing counts before the window without it is on the screen; nor does the key
@@ -28,11 +28,11 @@ class InputGuard : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by ContentViewState")
-    /// Whether what takes the input now was seen by the person.
+    /// Whether the person can have seen what takes the input now.
     Q_PROPERTY(bool settled READ isSettled NOTIFY settledChanged FINAL)
 
 public:
-    /// What lies on top and takes the input.
+    /// The surface on top, which takes the input.
     enum class Surface { window, review, confirmation, result };
 
     explicit InputGuard(QObject* parent = nullptr);
@@ -41,11 +41,11 @@ public:
 
     void setSurface(Surface surface);
 
-    /// The window has been drawn as it is now.
+    /// To be called when the window has been drawn as it is now.
     void noteFrame();
 
-    /// Whether a press is the repetition of a held key that the toolkit took for a press: it knows one by its
-    /// release only when it reads both at once. Nobody lets a key go and presses it within the same instant.
+    /// Whether a press is really the repetition of a held key: the toolkit recognises that only if it reads
+    /// the release and the press together. Nobody can release and press a key in the same instant.
     [[nodiscard]] bool isRepetition(const QKeyEvent& press) const;
 
     /// Whether the press, repetition or release of a key, or the press of a mouse button, counts; to be asked
@@ -53,7 +53,7 @@ public:
     [[nodiscard]] bool admits(const QKeyEvent& event);
     [[nodiscard]] bool admits(const QMouseEvent& press);
 
-    /// From here on the window does not learn which keys are let go.
+    /// To be called when the window no longer learns which keys are released.
     void forgetHeldKeys();
 
 Q_SIGNALS:
@@ -61,8 +61,8 @@ Q_SIGNALS:
 
 private:
     using KeyCode = quint32;
-    /// In milliseconds; events tell when they came from the person, however late they are read. For those
-    /// that do not it is when they were read.
+    /// In milliseconds: the time of the event itself, however late it is read, or the time of reading for
+    /// events without one.
     using Timestamp = quint64;
 
     /// The last press of one key or place, and whether what follows it as fast as a double click belongs to
@@ -90,7 +90,7 @@ private:
 
     [[nodiscard]] static KeyCode code(const QKeyEvent& event);
     [[nodiscard]] Timestamp timeOf(const QInputEvent& event) const;
-    /// Presses that are so many milliseconds apart do not belong together.
+    /// Presses further apart than this, in milliseconds, do not belong together.
     [[nodiscard]] static quint64 pause();
 
     [[nodiscard]] bool admitsRepetition(KeyCode key, Timestamp time);
@@ -105,7 +105,7 @@ private:
     QTimer settling_;
     QElapsedTimer clock_;
     std::unordered_set<KeyCode> held_;
-    /// Those of the held ones that do not count until they are pressed anew.
+    /// The held keys that do not count until they are pressed again.
     std::unordered_set<KeyCode> stale_;
     LastPress<KeyCode> lastKey_;
     LastPress<QPoint> lastClick_;

@@ -12,8 +12,7 @@ namespace zentrill {
 
 namespace {
 
-/// More than the toolkit ever leaves unread: an input method keeps some for itself, and those are never asked
-/// for.
+/// More than the toolkit ever leaves unread. An input method takes some, which are never asked for.
 constexpr std::size_t notedLimit = 256;
 
 } // namespace
@@ -54,7 +53,7 @@ void KeyTimes::setTime(QKeyEvent& event) {
     if (event.timestamp() == 0) {
         event.setTimestamp(noted->time);
     }
-    // Those before it did not become events of this window.
+    // Those before it did not become events of the window.
     noted_.erase(noted_.begin(), noted + 1);
 }
 

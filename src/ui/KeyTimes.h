@@ -11,16 +11,16 @@ QT_END_NAMESPACE
 
 namespace zentrill {
 
-/// When keys were pressed and let go, which the toolkit's own key events leave out on X: theirs is 0.
+/// When keys were pressed and released. On X the toolkit's key events do not say that: their time is 0.
 ///
-/// The window sees what the X server sent, with the server's time, before the toolkit makes a key event of
-/// it. Elsewhere nothing is noted, and the events stay as they are.
+/// The window sees what the X server sent, with the server's time, before the toolkit turns it into a key
+/// event. On other systems nothing is noted, and the events stay as they are.
 class KeyTimes {
 public:
-    /// For every native event of the window, as `QWindow::nativeEvent` gets it.
+    /// To be called for every native event of the window, as `QWindow::nativeEvent` gets it.
     void noteNativeEvent(const QByteArray& type, const void* message);
 
-    /// For one key of that native code; `time` is in milliseconds.
+    /// Notes one key of that native code; `time` is in milliseconds.
     void note(QEvent::Type type, quint32 scanCode, quint64 time);
 
     /// Gives the event the time that was noted for it, if it has none itself. To be called for every key

@@ -5,8 +5,8 @@
 
 namespace zentrill {
 
-/// Whether the person uses the keyboard just now: only then is it worth marking where the focus is. However
-/// the focus came there, a mark stands on what has it.
+/// Whether the person is using the keyboard. Only then the item with the focus is marked, however it got the
+/// focus.
 class KeyboardUse : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -16,7 +16,7 @@ class KeyboardUse : public QObject {
 public:
     using QObject::QObject;
 
-    /// Whether the last input was a key rather than a press of the pointer.
+    /// Whether the last input was a key and not a press of the pointer.
     [[nodiscard]] bool isCurrent() const { return current_; }
 
     void setCurrent(bool current) {

@@ -9,8 +9,8 @@
 
 namespace zentrill {
 
-/// The strip at the foot of a list: what it says of the list, and how the person has it arranged. Nothing of
-/// it outlives the window.
+/// The strip at the foot of a list: what it says about the list, and how the person has arranged it. It is
+/// not saved.
 class ListStripState : public SearchState {
     Q_OBJECT
     QML_ELEMENT
@@ -28,16 +28,16 @@ public:
     /// Without a needle everything is shown.
     [[nodiscard]] Arrangement arrangement() const { return {.order = order_, .needle = needle()}; }
 
-    /// Whether there is a list to say something of.
+    /// Whether there is a list to say something about.
     [[nodiscard]] bool isShown() const { return all_ > 0; }
 
-    /// What is there or, while something is searched for, how much of it is shown.
+    /// What the list has or, during a search, how much of it is shown.
     [[nodiscard]] QString summary() const;
 
     /// What the tooltip adds to it; may be empty.
     [[nodiscard]] QString detail() const { return detail_; }
 
-    /// Whether there is something, but nothing that is searched for.
+    /// Whether the list has something, but nothing that the search finds.
     [[nodiscard]] bool findsNothing() const { return all_ > 0 && shown_ == 0; }
 
     /// "As scanned", "Largest", "Name", in the order of `ListOrder`.
@@ -45,10 +45,11 @@ public:
 
     [[nodiscard]] int order() const { return static_cast<int>(order_); }
 
-    /// One of `orderNames`, from 0 on; there is nothing beyond the first and the last.
+    /// The index of one of `orderNames`; others are ignored.
     void setOrder(int order);
 
-    /// What the list holds now: what is said of all of it and in the tooltip, and how many records are shown.
+    /// Takes what the list has now: the texts for all of it and for the tooltip, and how many records are
+    /// shown.
     void setSummary(const QString& totals, const QString& detail, std::size_t shown, std::size_t all);
 
 Q_SIGNALS:

@@ -14,7 +14,7 @@ class PathActions : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by ContentViewState")
-    /// Whether there is a file manager to show a path in, as far as `look` has found.
+    /// Whether there is a file manager to show a path, as far as `look` has found out.
     Q_PROPERTY(bool canShow READ canShow NOTIFY canShowChanged FINAL)
 
 public:
@@ -25,13 +25,13 @@ public:
 
     Q_INVOKABLE void look() { fileManager_.look(); }
 
-    /// Puts the bytes on the clipboard; without any it stays as it is.
+    /// Copies the bytes to the clipboard; without any the clipboard stays as it is.
     Q_INVOKABLE static void copy(const QByteArray& path);
 
-    /// What is text already.
+    /// The same for text.
     Q_INVOKABLE static void copyText(const QString& text) { copy(text.toUtf8()); }
 
-    /// Has the file manager show the item in its folder. What goes wrong is a line of the log.
+    /// Asks the file manager to show the item in its folder. A failure is a line of the log.
     Q_INVOKABLE void showInFolder(const QByteArray& path) { fileManager_.show(path.toStdString()); }
 
 Q_SIGNALS:

@@ -24,7 +24,7 @@ std::unique_ptr<QMimeData> pathData(std::string_view path) {
     auto data = std::make_unique<QMimeData>();
     const QByteArray bytes = bytesOf(path);
     if (isValidUtf8(path)) {
-        // A name may begin with what a text would take for a byte order mark.
+        // A name may begin with what would be a byte order mark in a text.
         QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
         data->setText(decode(bytes));
     } else {

@@ -11,8 +11,8 @@
 
 namespace zentrill {
 
-/// A destructive action that awaits its typed code, with exactly what its wording and its operation need.
-/// The records are copies: whatever changes in the lists meanwhile, this is what was confirmed.
+/// A destructive action that awaits its typed code, with exactly what its wording and its operation need. The
+/// records are copies: whatever changes in the lists, this is what was confirmed.
 struct PendingConfirmation {
     struct Apps {
         std::vector<AppInfo> apps;

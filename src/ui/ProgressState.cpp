@@ -10,7 +10,7 @@ namespace zentrill {
 
 namespace {
 
-/// What counts nothing shows its time from here on: most of it is over sooner.
+/// When an operation that counts nothing begins to show its time; most of them end sooner.
 constexpr std::chrono::seconds timeAloneAfter{1};
 
 QString timeText(std::chrono::seconds time) {
@@ -52,7 +52,7 @@ void ProgressState::refresh() {
     }
     DeletionProgress& progress = controller_.deletionProgress();
     const std::uint64_t removedCount = progress.removedCount();
-    // Asked each time, so that the path which is shown is not a second old.
+    // Asked each time, so that the path shown is never a second old.
     const std::string path = progress.path();
     const auto time = std::chrono::duration_cast<seconds>(clock_() - begin_);
     if (removedCount == 0 && time < timeAloneAfter) {
@@ -65,7 +65,7 @@ void ProgressState::refresh() {
     }
 }
 
-/// The description is what an operation gets last when it begins, and loses last when it ends.
+/// An operation sets the description last when it begins, and clears it last when it ends.
 void ProgressState::follow() {
     spokenTime_ = std::chrono::seconds(-1);
     setText({});

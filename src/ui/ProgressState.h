@@ -13,8 +13,8 @@
 
 namespace zentrill {
 
-/// How far the operation has come that removes something: what the header says beside its description. It
-/// looks a few times a second while one runs, and never otherwise.
+/// How far a removal has come, as the header says it beside the description of the operation. It looks a few
+/// times a second while a removal runs, and never otherwise.
 class ProgressState : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -33,20 +33,20 @@ public:
     explicit ProgressState(const UninstallerViewModel& controller,
                            Clock clock = &std::chrono::steady_clock::now, QObject* parent = nullptr);
 
-    /// "28,445 items · 0:41" after so many removals and seconds, "1:02:03" above an hour; the time alone
-    /// where nothing has been removed.
+    /// "28,445 items · 0:41" after so many removals and seconds, "1:02:03" above an hour; only the time if
+    /// nothing has been removed.
     [[nodiscard]] static QString progressText(std::uint64_t removedCount, std::chrono::seconds time);
 
     /// Empty until there is something to say, and while nothing is being removed.
     [[nodiscard]] QString text() const { return text_; }
 
-    /// The same for who has it read aloud: it changes once a second at most, and so does the path.
+    /// The same for screen readers: it and the path change at most once a second.
     [[nodiscard]] QString spokenText() const { return spokenText_; }
 
-    /// What is being removed, as text for people; empty where nothing is.
+    /// What is being removed, as display text; empty if nothing is.
     [[nodiscard]] QString path() const { return path_; }
 
-    /// Looks how far it is, if something is being removed.
+    /// Finds out how far it is, if something is being removed.
     void refresh();
 
 Q_SIGNALS:
@@ -62,7 +62,7 @@ private:
     Clock clock_;
     QTimer timer_;
     std::chrono::steady_clock::time_point begin_;
-    /// At which it was last spoken; negative before.
+    /// The second of the last spoken text; negative before the first.
     std::chrono::seconds spokenTime_{-1};
     QString text_;
     QString spokenText_;

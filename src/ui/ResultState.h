@@ -30,13 +30,14 @@ public:
     /// `controller` outlives this object.
     explicit ResultState(const UninstallerViewModel& controller, QObject* parent = nullptr);
 
-    /// The message up to "\nErrors:\n", all of it when that does not occur.
+    /// The message up to "\nErrors:\n", or all of it without that.
     [[nodiscard]] static QString messageText(const QString& message);
 
     /// The lines after the first "\nErrors:\n" without the empty ones.
     [[nodiscard]] static QStringList parsedErrorLines(const QString& message);
 
-    /// The path that a row of the message says was left in place, in bytes; empty, never null, for any other.
+    /// The path that a row of the message lists as left in place, in bytes; empty, never null, for other
+    /// rows.
     Q_INVOKABLE [[nodiscard]] QByteArray retainedPath(int row) const;
 
     [[nodiscard]] QAbstractItemModel* messageLines() { return &messageLines_; }

@@ -14,8 +14,8 @@
 
 namespace zentrill {
 
-/// What the review shows of a selection or a record: it can remove nothing. It follows the Safety Shield, and
-/// an operation that begins closes it.
+/// What the review shows of a selection or a record. It cannot remove anything, follows the Safety Shield,
+/// and is closed when an operation begins.
 class ReviewState : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -46,18 +46,17 @@ public:
 
     [[nodiscard]] QString comingFree() const { return content_.comingFree; }
 
-    /// Whether `listMore` would list more, where there is more.
+    /// Whether `listMore` would list more, if there is more.
     [[nodiscard]] bool canListMore() const { return content_.complete && listedEntries_ < mostEntries; }
 
     [[nodiscard]] QAbstractItemModel* rows() { return &rows_; }
 
-    /// Opens it, unless it is open or an operation runs.
+    /// Opens the review, unless it is open or an operation runs.
     void open(ReviewSubject subject);
 
     Q_INVOKABLE void close();
 
-    /// Lists ten times as many entries as now, at most `mostEntries`. What is listed stays until they are
-    /// known.
+    /// Lists ten times as many entries, at most `mostEntries`. The present list stays until they are known.
     Q_INVOKABLE void listMore();
 
 Q_SIGNALS:
@@ -65,7 +64,7 @@ Q_SIGNALS:
     void contentChanged();
 
 private:
-    /// Of each item and fate; more would hold the main thread for too long when they are taken over.
+    /// For each item and fate; showing more would block the main thread for too long.
     static constexpr std::size_t mostEntries = 10'000;
 
     void compute();

@@ -14,13 +14,13 @@
 
 namespace zentrill {
 
-/// What the tooltips of rows add to the rows, found out when a row is pointed at or reached; an operation
-/// that begins makes it forget everything.
+/// What the tooltips of rows add to the rows, found out when the pointer or the keyboard comes to a row. An
+/// operation that begins discards everything.
 class RowNotes : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by ContentViewState")
-    /// Another number for other notes.
+    /// Changes whenever a note does.
     Q_PROPERTY(int revision READ revision NOTIFY revisionChanged FINAL)
 
 public:
@@ -30,15 +30,15 @@ public:
 
     [[nodiscard]] int revision() const { return revision_; }
 
-    /// Has the note of a row found out, unless it is known or something runs.
+    /// Starts to find out the note of a row, unless it is known or an operation runs.
     Q_INVOKABLE void wantApplication(int row);
     Q_INVOKABLE void wantModel(int row);
 
-    /// What remains of the tool of that row: the paths at once, their sizes when they are known. Empty where
-    /// nothing does. A view that names the revision learns of another note.
+    /// What remains of the tool of that row: the paths at once, their sizes when they are known; empty if
+    /// nothing remains. A view that binds to the revision learns of changes.
     Q_INVOKABLE [[nodiscard]] QString application(int row, int revision = 0) const;
 
-    /// What the deletion of that row's model frees, where its size does not say it.
+    /// What the deletion of that row's model frees, if that differs from its size.
     Q_INVOKABLE [[nodiscard]] QString model(int row, int revision = 0) const;
 
 Q_SIGNALS:
@@ -62,7 +62,7 @@ private:
     const ApplicationListModel& applications_;
     const LocalModelListModel& models_;
     std::unordered_map<std::string, QString> notes_;
-    /// The first one is being found out.
+    /// The first one is being worked on.
     std::deque<Wish> wishes_;
     int revision_ = 0;
 };

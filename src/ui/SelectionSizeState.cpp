@@ -18,7 +18,7 @@ void SelectionSizeState::update() {
     std::vector<AppInfo> selected;
     std::vector<std::string> names;
     for (const AppInfo& app : controller_.apps()) {
-        // An operation has ended the computation, and what it leaves is another matter.
+        // An operation ends the computation, and what it leaves has another size.
         if (app.isSelected && app.isDetected && !controller_.isBusy()) {
             selected.push_back(app);
             names.push_back(app.name);

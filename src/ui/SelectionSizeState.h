@@ -12,8 +12,8 @@
 
 namespace zentrill {
 
-/// How much of the selected tools would go, in words, once it is known: computed beside the operations, anew
-/// with each change of the selection or the Safety Shield and after each scan.
+/// How much of the selected tools would go, in words, once it is known. It is computed between the
+/// operations, after each scan and each change of the selection or the Safety Shield.
 class SelectionSizeState : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -12,7 +12,7 @@ namespace {
 constexpr std::array paneActions{ShortcutAction::showApplications, ShortcutAction::showModels,
                                  ShortcutAction::showDocker, ShortcutAction::showConsole};
 
-/// The platform's own keys for it, and those that are taken everywhere.
+/// The platform's keys for it, and those that work everywhere.
 QList<QKeySequence> keys(QKeySequence::StandardKey standard, const QList<QKeySequence>& everywhere) {
     QList<QKeySequence> found = QKeySequence::keyBindings(standard);
     for (const QKeySequence& key : everywhere) {
@@ -68,7 +68,7 @@ struct ListKeys {
     QString purpose;
 };
 
-/// What lists and texts take by themselves.
+/// The keys that lists and texts handle themselves.
 std::vector<ListKeys> listKeys() {
     return {
         {{{Qt::Key_Home}, {Qt::Key_End}}, QStringLiteral("Go to the first or the last row of a list")},

@@ -31,7 +31,7 @@ enum class ShortcutAction {
     close,
 };
 
-/// One action with its keys, the first of which is the one that a tooltip names.
+/// One action with its keys; tooltips name the first.
 struct Shortcut {
     ShortcutAction action;
     QList<QKeySequence> keys;
@@ -57,8 +57,8 @@ public:
     /// In the order in which they are listed.
     [[nodiscard]] static const std::vector<Shortcut>& all();
 
-    /// What the press asks for, if anything. Neither the number pad nor the Shift that a keyboard needs for
-    /// "?" makes a difference.
+    /// What the press asks for, if anything. The number pad counts like the other keys, and "?" may need
+    /// Shift.
     [[nodiscard]] static std::optional<ShortcutAction> actionOf(const QKeyEvent& press);
 
     /// The first key of the action as the platform writes it: "F5", "Ctrl+1".
@@ -72,13 +72,14 @@ public:
 
     [[nodiscard]] static QString findPreviousKeys() { return keysOf(ShortcutAction::findPrevious); }
 
-    /// What leaves a search field.
+    /// The keys that leave a search field.
     [[nodiscard]] static QString leaveKeys();
 
-    /// The key that shows the pane of that row of the sidebar, from 0 on.
+    /// The key that shows the pane of that row in the sidebar, from 0.
     Q_INVOKABLE [[nodiscard]] static QString paneKeys(int row);
 
-    /// The list of all of them, with what the lists take by themselves: keys and purposes, line by line.
+    /// The list of all shortcuts and of the keys that lists handle themselves: keys and purposes, line by
+    /// line.
     [[nodiscard]] static QStringList keyTexts();
     [[nodiscard]] static QStringList purposes();
 };

@@ -8,7 +8,7 @@
 
 namespace zentrill {
 
-/// The type of every view: Inter where it is installed, otherwise the system's own face. Sizes are in
+/// The type of every view: Inter if it is installed, otherwise the system's face. Sizes are in
 /// device-independent pixels.
 class Typography : public QObject {
     Q_OBJECT

@@ -7,8 +7,8 @@
 
 namespace zentrill {
 
-/// Ten fading spokes in a 14 × 14 frame; they turn in steps, so that they cost a repaint only ten times a
-/// second, and none while they are out of sight.
+/// Ten fading spokes in a 14 × 14 frame; they turn in steps, so that they are repainted only ten times a
+/// second, and never while out of sight.
 class BusyWheel : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

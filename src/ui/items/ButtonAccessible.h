@@ -4,8 +4,8 @@
 
 namespace zentrill {
 
-/// What assistive tools are told about a button, a check box, a switch or a tab, and how they press it: a
-/// press that Qt Quick's own account passes on, as of 6.4, never arrives.
+/// What assistive tools are told about a button, a check box, a switch or a tab, and how they press it. A
+/// press through Qt Quick's own implementation, as of 6.4, never arrives.
 ///
 ///     QAccessible::installFactory(&ButtonAccessible::make);
 class ButtonAccessible final : public ItemAccessible {

@@ -13,11 +13,11 @@ namespace zentrill {
 
 namespace {
 
-/// More than a window can show at once; a drawing takes some kilobytes.
+/// More than a window shows at once; a drawing takes some kilobytes.
 constexpr int keptDrawings = 200;
 
-/// Rows come and go while a list is scrolled, with the same few glyphs. Scene graphs that render in a thread
-/// of their own ask from there, one per window.
+/// While a list is scrolled, rows come and go with the same few glyphs. Scene graphs that render in another
+/// thread ask from there, one for each window.
 QImage keptIcon(const QString& name, const QColor& tint, int pixels) {
     thread_local QCache<QString, QImage> kept(keptDrawings);
     const QString key =

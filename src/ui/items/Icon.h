@@ -7,8 +7,8 @@
 
 namespace zentrill {
 
-/// One of the program's own glyphs, tinted, drawn at the pixels of the screen. Nothing is shown for a name
-/// that is empty or unknown. Assistive tools do not see it.
+/// One of the program's glyphs, tinted, drawn in the pixels of the screen. An empty or unknown name shows
+/// nothing. Assistive tools do not see it.
 class Icon : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

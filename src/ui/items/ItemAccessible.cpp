@@ -23,8 +23,8 @@ std::vector<const QObject*> accessibleProperties(const QObject& item) {
 /// The function in QML of an item that has a menu.
 constexpr const char* showMenu = "showMenu()";
 
-/// A list's rows lie in an item of its own, in the order in which they were made. Those that wait to be used
-/// again are there as well, hidden.
+/// The rows of a list are in a separate item, in the order of their creation. Rows that wait to be reused are
+/// there as well, hidden.
 bool holdsRows(const QQuickItem& item) {
     const QQuickItem* list = item.parentItem();
     return list != nullptr && list->inherits("QQuickListView") &&
@@ -36,7 +36,7 @@ std::vector<QQuickItem*> childrenInReadingOrder(const QQuickItem& item) {
     std::vector<QQuickItem*> ordered(children.begin(), children.end());
     if (holdsRows(item)) {
         std::erase_if(ordered, [](const QQuickItem* row) { return !row->isVisible(); });
-        std::ranges::sort(ordered, {}, &QQuickItem::y); // No two rows begin at the same height.
+        std::ranges::sort(ordered, {}, &QQuickItem::y); // No two rows start at the same height.
     }
     return ordered;
 }
@@ -135,7 +135,7 @@ QAccessible::State ItemAccessible::state() const {
     state.selectable = attachedFlag("selectable");
     state.selected = attachedFlag("selected");
     state.readOnly = kind == QAccessible::StaticText;
-    // Every dialog of the views has the window to itself.
+    // Every dialog of the views blocks the rest of the window.
     state.modal = kind == QAccessible::Dialog;
     state.invisible = !item()->isVisible() || item()->window() == nullptr || !item()->window()->isVisible();
     state.offscreen = visiblePart().isEmpty();

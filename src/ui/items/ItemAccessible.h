@@ -8,9 +8,9 @@
 
 namespace zentrill {
 
-/// What assistive tools are told about an item of the views. Qt Quick's own account, as of 6.4, calls what is
-/// disabled enabled, knows no modal dialogs, and gives a list's rows in the order in which they were made,
-/// which is not the one on the screen once rows are used again.
+/// What assistive tools are told about an item of the views. Qt Quick's own implementation, as of 6.4,
+/// reports disabled items as enabled, has no modal dialogs, and gives the rows of a list in the order of
+/// their creation, which differs from the order on the screen once rows are reused.
 ///
 ///     QAccessible::installFactory(&ItemAccessible::make);
 ///
@@ -21,8 +21,8 @@ class ItemAccessible : public QAccessibleObject,
                        public QAccessibleActionInterface,
                        public QAccessibleValueInterface {
 public:
-    /// Takes every item with Accessible properties but the code's field, whose text Qt's own account knows;
-    /// to be given to QAccessible::installFactory.
+    /// Handles every item with Accessible properties but the code field, whose text Qt's implementation
+    /// knows; to be given to QAccessible::installFactory.
     static QAccessibleInterface* make(const QString& className, QObject* object);
 
     explicit ItemAccessible(QQuickItem* item);
@@ -62,7 +62,7 @@ protected:
     /// Whether it can be used now.
     [[nodiscard]] virtual bool isAvailable() const { return item()->isEnabled(); }
 
-    /// Tells who listens that isAvailable() has changed.
+    /// Tells listeners that isAvailable() has changed.
     static void announceAvailability(QQuickItem* item);
 
     /// One of the item's Accessible properties.
@@ -70,7 +70,7 @@ protected:
     [[nodiscard]] bool attachedFlag(const char* property) const;
 
 private:
-    /// Adds the items below `item` that are shown; what is below one that is not may be shown all the same.
+    /// Adds the items below `item` that assistive tools are shown, even below items that they are not shown.
     static void collectShown(const QQuickItem& item, std::vector<QQuickItem*>& found);
     /// The items below it that assistive tools are shown, in the order in which they are read.
     [[nodiscard]] std::vector<QQuickItem*> shownItems() const;

@@ -33,7 +33,7 @@ Q_SIGNALS:
     void proportionChanged();
 
 private:
-    /// A new text comes without the spacing of the one before.
+    /// A new text does not keep the previous spacing.
     void apply();
 
     QPointer<QQuickTextDocument> document_;

@@ -9,8 +9,8 @@ namespace zentrill {
 namespace {
 
 bool isTypedDigit(const QKeyEvent& event) {
-    // One character per event: a longer text was put together by something other than a key. Shift is a
-    // part of typing digits on some keyboards, the keypad flag comes with the number pad.
+    // One character per event: a longer text does not come from a key. Some keyboards need Shift for digits,
+    // and the number pad sets the keypad flag.
     const Qt::KeyboardModifiers others = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
     const QString text = event.text();
     return others == Qt::NoModifier && text.size() == 1 && text.front() >= QLatin1Char('0') &&

@@ -8,13 +8,13 @@
 
 namespace zentrill {
 
-/// The text behind the code field. It changes through single key presses and in no other way: it takes no
-/// input method, no paste, no drop, no undo and no text from assistive tools, because it listens to none of
-/// them. The view that draws it is read-only.
+/// The text behind the code field. It changes only through single key presses. It takes no input method, no
+/// paste, no drop, no undo and no text from assistive tools, because it does not listen to any of them. The
+/// view that draws it is read-only.
 class ManualCodeTextView : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    // Read-only: the accessibility bus writes to a property of this name without asking anybody.
+    // Read-only, because the accessibility bus writes to a property of this name without asking.
     Q_PROPERTY(QString text READ text NOTIFY textChanged FINAL)
     Q_PROPERTY(int cursorPosition READ cursorPosition NOTIFY selectionChanged FINAL)
     Q_PROPERTY(int selectionStart READ selectionStart NOTIFY selectionChanged FINAL)
@@ -25,8 +25,7 @@ public:
 
     [[nodiscard]] QString text() const { return text_; }
 
-    /// Takes over a text from outside (the field is emptied when a confirmation opens), filtered like all
-    /// else.
+    /// Takes a text from outside, filtered like any other: the field is emptied when a confirmation opens.
     Q_INVOKABLE void setText(const QString& text);
 
     [[nodiscard]] int cursorPosition() const { return cursor_; }
@@ -50,7 +49,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    /// Puts `text` in place of the characters from `first` up to `last`, unless the result breaks a rule.
+    /// Replaces the characters from `first` up to `last` by `text`, unless the result breaks a rule.
     void replace(int first, int last, const QString& text);
     bool handleEditing(const QKeyEvent& event);
     bool handleMovement(const QKeyEvent& event);

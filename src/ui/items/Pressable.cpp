@@ -70,7 +70,7 @@ void Pressable::keyPressEvent(QKeyEvent* event) {
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        // A key that is held down presses once.
+        // A key that is held down counts once.
         if (!event->isAutoRepeat()) {
             click();
         }

@@ -6,18 +6,18 @@
 
 namespace zentrill {
 
-/// What every push button is made of: a surface that a click, Space, Return or Enter presses, that knows
-/// whether the pointer is over it. How it looks is up to who draws on it.
-/// It is lighter than a control of the toolkit's own, which would be loaded before the first frame.
+/// The base of every push button: a surface that a click, Space, Return or Enter presses, and that knows
+/// whether the pointer is over it. It draws nothing. It is lighter than a control of the toolkit, which would
+/// be loaded before the first frame.
 class Pressable : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged FINAL)
-    /// Whether a press does anything. Unlike a disabled one, what is not available keeps the focus, so that
-    /// the arrow keys do not pass over it.
+    /// Whether a press does anything. Unlike a disabled item, one that is not available can have the focus,
+    /// so that the arrow keys do not skip it.
     Q_PROPERTY(bool available READ isAvailable WRITE setAvailable NOTIFY availableChanged FINAL)
     Q_PROPERTY(bool hovered READ hovered NOTIFY hoveredChanged FINAL)
-    /// Whether letting go now would press it.
+    /// Whether releasing now would press it.
     Q_PROPERTY(bool down READ down NOTIFY downChanged FINAL)
 
 public:
@@ -65,7 +65,7 @@ private:
     bool hovered_ = false;
     bool down_ = false;
     bool available_ = true;
-    /// Space went down here: only then does its release press.
+    /// Space was pressed here; only then its release counts.
     bool spaceHeld_ = false;
 };
 

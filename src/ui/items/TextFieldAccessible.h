@@ -4,19 +4,19 @@
 
 namespace zentrill {
 
-/// What assistive tools are told about a line of text, and how they write into it: Qt Quick's own account, as
-/// of 6.4, lets them only read. A field that is disabled or hidden, such as one below a modal, stays as it
-/// is.
+/// What assistive tools are told about a line of text, and how they write into it. With Qt Quick's own
+/// implementation, as of 6.4, they can only read. A field that is disabled or hidden, such as one below a
+/// modal, does not change.
 ///
 ///     QAccessible::installFactory(&TextFieldAccessible::make);
 ///
-/// Offsets are those of UTF-16, as in Qt's texts; what lies beyond the text means its end.
+/// Offsets are those of UTF-16, as in Qt's texts; an offset beyond the text means its end.
 class TextFieldAccessible final : public ItemAccessible,
                                   public QAccessibleTextInterface,
                                   public QAccessibleEditableTextInterface {
 public:
-    /// Takes every TextInput with Accessible properties; to be given to QAccessible::installFactory. The
-    /// code's field is none, and is not written into by anything but keys.
+    /// Handles every TextInput with Accessible properties; to be given to QAccessible::installFactory. The
+    /// code field is not a TextInput: only keys write into it.
     static QAccessibleInterface* make(const QString& className, QObject* object);
 
     explicit TextFieldAccessible(QQuickItem* item) : ItemAccessible(item) {}
@@ -46,7 +46,7 @@ public:
 private:
     [[nodiscard]] QString content() const { return item()->property("text").toString(); }
 
-    /// The nearest offset that there is; a negative one means the end.
+    /// The nearest valid offset; a negative one means the end.
     [[nodiscard]] int within(int offset) const;
 };
 

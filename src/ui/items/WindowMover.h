@@ -5,7 +5,7 @@
 
 namespace zentrill {
 
-/// Lets a part of the background move the window. It lies below the controls, which take their own presses.
+/// Lets a part of the background move the window. It is below the controls, which take presses first.
 class WindowMover : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

@@ -14,7 +14,7 @@ namespace zentrill {
 
 namespace {
 
-/// A record with what it is ordered by, so that neither is made anew for each comparison.
+/// A record with its sort key, so that this is not made again for each comparison.
 template <typename Record>
 struct Candidate {
     const Record* record = nullptr;
@@ -22,7 +22,7 @@ struct Candidate {
     double size = 0;
 };
 
-/// The run of digits at the front without its leading zeros, which is taken away from the text.
+/// Removes the digits at the front of the text and returns them without leading zeros.
 QStringView takeNumber(QStringView& text) {
     qsizetype end = 0;
     while (end < text.size() && text[end].isDigit()) {
@@ -79,8 +79,7 @@ void sort(std::vector<Candidate<Record>>& candidates, ListOrder order) {
     }
 }
 
-/// `found` tells whether the needle is in what a record is found by; `size` is negative where it is not
-/// known.
+/// `found` says whether a search for the needle finds a record; `size` is negative if it is not known.
 template <typename Record>
 std::vector<Record> arrangedBy(const std::vector<Record>& records, const Arrangement& arrangement,
                                const std::function<bool(const Record&, const QStringMatcher&)>& found,

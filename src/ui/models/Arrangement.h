@@ -10,19 +10,19 @@
 
 namespace zentrill {
 
-/// In which order a list shows its records. What is equal in it stays as it was scanned.
+/// The order in which a list shows its records. Equal records stay in the order of the scan.
 enum class ListOrder {
     asScanned,
-    /// What has no size that is known comes last.
+    /// Records without a known size come last.
     largestFirst,
-    /// Whatever the case of letters; numbers within names count as numbers.
+    /// Without regard to case; numbers within names count as numbers.
     byName,
 };
 
 /// What of a list is shown, and how.
 struct Arrangement {
     ListOrder order = ListOrder::asScanned;
-    /// Part of the name of what is shown, whatever the case of letters; everything is where this is empty.
+    /// What the names of the shown records contain, without regard to case; if empty, all are shown.
     QString needle;
 
     bool operator==(const Arrangement&) const = default;
@@ -39,7 +39,7 @@ struct Arrangement {
 [[nodiscard]] std::vector<DockerContainer> arranged(const std::vector<DockerContainer>& containers,
                                                     const Arrangement& arrangement);
 
-/// Whether `left` comes before `right` among names that have no capital letters.
+/// Whether `left` comes before `right`; both in lower case.
 [[nodiscard]] bool isNameBefore(QStringView left, QStringView right);
 
 } // namespace zentrill

@@ -12,7 +12,7 @@
 
 namespace zentrill {
 
-/// Stands above the containers or the images, with their number.
+/// The line above the containers or the images, with their number.
 struct DockerHeading {
     enum class Section { containers, images };
 
@@ -29,7 +29,7 @@ struct DockerRemark {
     enum class Kind {
         /// How the sizes of images are to be read.
         notice,
-        /// What the scan could not find out.
+        /// A doubt that the scan has left.
         warning,
         noContainers,
         noImages,
@@ -47,11 +47,11 @@ using DockerRow = std::variant<DockerHeading, DockerRemark, DockerContainer, Doc
 /// Unique within the list and the same for the same object in every scan.
 [[nodiscard]] std::string dockerRowKey(const DockerRow& row);
 
-/// Whether there is something to do with the line, so that the keyboard stops at it.
+/// Whether the line has actions, so that the keyboard stops at it.
 [[nodiscard]] bool isDockerStop(const DockerRow& row);
 
-/// The whole list: containers under their count, images under theirs. A null `warning` is none. The counts
-/// are those of all records, whatever the arrangement shows of them.
+/// The whole list: containers under their count, images under theirs. `warning` may be null. The counts are
+/// those of all records, even if the arrangement hides some.
 [[nodiscard]] std::vector<DockerRow> dockerRows(const std::vector<DockerContainer>& containers,
                                                 const std::vector<DockerImage>& images,
                                                 const QString& warning, const Arrangement& arrangement = {});

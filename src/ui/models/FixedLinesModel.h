@@ -20,7 +20,7 @@ public:
 
     [[nodiscard]] bool isListed(int row) const override { return heading_ >= 0 && row > heading_; }
 
-    /// `heading` is the row under which all that follow are listed; none when negative.
+    /// `heading` is the row under which all following ones are listed; none if negative.
     void setLines(const QStringList& lines, int heading = -1);
 
 private:

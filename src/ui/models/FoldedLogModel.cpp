@@ -114,14 +114,14 @@ void FoldedLogModel::goOn(int end) {
         }
         Q_EMIT dataChanged(index(last.row), index(last.row));
     } else if (end - runBegin_ >= fewestFolded && runBegin_ < lineCount_) {
-        // They are shown anew, together with those that follow.
+        // They are shown again, together with those that follow.
         beginRemoveRows({}, folds_.rowOf(runBegin_), rowCount() - 1);
         lineCount_ = runBegin_;
         endRemoveRows();
     }
 }
 
-/// Shows the lines that are not shown yet; none of them goes on with what is.
+/// Shows the new lines, none of which continues what is there.
 void FoldedLogModel::show() {
     const int count = lines_.rowCount();
     std::vector<Run> folded;

@@ -13,7 +13,7 @@ class FoldedLogModel : public TextLinesModel {
     Q_OBJECT
 
 public:
-    /// As many lines in a row are folded.
+    /// The number of consecutive lines from which on they are folded.
     static constexpr int fewestFolded = 10;
 
     /// `lines` outlives the model.
@@ -27,17 +27,17 @@ public:
     [[nodiscard]] int lastLine(int row) const override;
     [[nodiscard]] Fold fold(int row) const override;
 
-    /// Opens what is folded in that row, or folds it again.
+    /// Opens the fold of that row, or closes it.
     void toggle(int row) override;
 
-    /// The row that shows a line, which is unfolded for it.
+    /// The row that shows a line, after unfolding it.
     Q_INVOKABLE int reveal(int line);
 
 private:
-    /// The fold whose own row that is; null for any other row.
+    /// The fold that this row heads; null for any other row.
     [[nodiscard]] const LineFolds::Fold* headed(int row) const;
     void take();
-    /// Adds to what is there the lines up to `end`, which go on with it.
+    /// Adds the lines up to `end`, which continue what is there.
     void goOn(int end);
     void show();
     void setOpen(int row, bool open);
@@ -46,7 +46,7 @@ private:
     LineFolds folds_;
     /// How many lines the rows stand for: it trails the log while a change is being announced.
     int lineCount_ = 0;
-    /// The first of the last lines that are too few to be folded yet; `lineCount_` where there are none.
+    /// The first of the last lines that are still too few to be folded; `lineCount_` if there are none.
     int runBegin_ = 0;
 };
 

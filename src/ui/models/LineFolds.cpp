@@ -6,7 +6,7 @@ namespace zentrill {
 
 namespace {
 
-/// The last fold of which `member` is not beyond `place`; null where there is none.
+/// The last fold whose `member` is not beyond `place`; null if there is none.
 const LineFolds::Fold* lastUpTo(const std::vector<LineFolds::Fold>& folds, int place,
                                 int LineFolds::Fold::* member) {
     const auto after = std::ranges::upper_bound(folds, place, {}, member);

@@ -8,7 +8,7 @@ namespace zentrill {
 
 namespace {
 
-/// What a turn of the event loop has time for.
+/// How much a turn of the event loop has time for.
 constexpr int linesPerTurn = 5'000;
 
 QString grouped(std::size_t number) {

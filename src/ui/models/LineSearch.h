@@ -13,9 +13,9 @@
 
 namespace zentrill {
 
-/// Finds the lines that hold a text, whatever the case of letters, and steps through them: the text at hand
-/// is selected. A long list is read bit by bit between the turns of the event loop; what is appended is
-/// searched as well.
+/// Finds the lines that contain a text, without regard to case, and steps through them, selecting the current
+/// one. A long list is searched in parts between the turns of the event loop; appended lines are searched as
+/// well.
 class LineSearch : public SearchState {
     Q_OBJECT
     QML_ELEMENT
@@ -32,29 +32,29 @@ public:
 
     [[nodiscard]] bool findsAny() const { return !found_.empty(); }
 
-    /// To the next line, or the one before; after the last comes the first.
+    /// Goes to the next or the previous line; after the last comes the first.
     Q_INVOKABLE void next();
     Q_INVOKABLE void previous();
 
 Q_SIGNALS:
     void foundChanged();
-    /// The text of that row is selected and wants to be seen.
+    /// The text of that row is selected and should be scrolled into view.
     void shown(int row);
 
 private:
-    /// Begins at the first line that holds the needle.
+    /// Starts with the first line that contains the needle.
     void restart();
-    /// Reads some more lines.
+    /// Searches some more lines.
     void advance();
     void show(std::size_t place);
 
     const TextLinesModel& lines_;
     LineSelection& selection_;
     QTimer turn_;
-    /// The rows that hold it, of the first `read_` ones.
+    /// The rows that contain it, among the first `read_` ones.
     std::vector<int> found_;
     int read_ = 0;
-    /// Which of them is at hand, while there is one.
+    /// The index of the current one, if there is one.
     std::size_t current_ = 0;
 };
 

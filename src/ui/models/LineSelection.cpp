@@ -35,7 +35,7 @@ void LineSelection::extend(int row, int column) {
 void LineSelection::selectWord(int row, int column) {
     const QString line = lines_.entry(row);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, line);
-    // Behind the last character it is the last word that is meant.
+    // After the last character, the last word is meant.
     finder.setPosition(std::clamp(column, 0, std::max(0, static_cast<int>(line.size()) - 1)));
     const auto last = static_cast<int>(finder.toNextBoundary());
     const auto first = static_cast<int>(finder.toPreviousBoundary());

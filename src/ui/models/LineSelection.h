@@ -10,13 +10,13 @@
 
 namespace zentrill {
 
-/// A run of selected text across the rows of a list of lines, from an anchor to where the pointer is. It
-/// lives apart from the rows on screen, so that it survives scrolling them out of sight.
+/// A run of selected text across the rows of a list of lines, from an anchor to where the pointer is. It is
+/// independent of the rows on the screen, so that scrolling does not change it.
 class LineSelection : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by ContentViewState")
-    /// Counts the changes; a row that reads it looks its part of the selection up again.
+    /// Counts the changes; a row that binds to it looks up its part of the selection again.
     Q_PROPERTY(int revision READ revision NOTIFY changed FINAL)
     Q_PROPERTY(bool empty READ isEmpty NOTIFY changed FINAL)
     Q_PROPERTY(int firstRow READ firstRow NOTIFY changed FINAL)
@@ -32,21 +32,22 @@ public:
     /// Where it begins.
     [[nodiscard]] int firstRow() const { return from().row; }
 
-    /// Starts anew before the character `column` of `row`; both from 0 on, beyond the end meaning the end.
+    /// Starts again before the character `column` of `row`; both from 0, and a place beyond the end means the
+    /// end.
     Q_INVOKABLE void begin(int row, int column);
     Q_INVOKABLE void extend(int row, int column);
     Q_INVOKABLE void selectWord(int row, int column);
     Q_INVOKABLE void selectAll();
     Q_INVOKABLE void clear();
 
-    /// The selected characters of a row: [startIn, endIn), equal where there are none.
+    /// The selected characters of a row: [startIn, endIn), equal if there are none.
     Q_INVOKABLE [[nodiscard]] int startIn(int row) const;
     Q_INVOKABLE [[nodiscard]] int endIn(int row) const;
 
-    /// The selected text, rows parted by line feeds.
+    /// The selected text, with line feeds between rows.
     [[nodiscard]] QString text() const;
 
-    /// Puts the text on the clipboard; without a selection the clipboard stays as it is.
+    /// Copies the text to the clipboard; without a selection the clipboard stays as it is.
     Q_INVOKABLE void copy() const;
 
 Q_SIGNALS:
@@ -64,7 +65,7 @@ private:
 
     [[nodiscard]] Place to() const { return std::max(anchor_, head_); }
 
-    /// The nearest place that there is in the text.
+    /// The nearest place that exists in the text.
     [[nodiscard]] Place within(Place place) const;
     void set(Place anchor, Place head);
 

@@ -16,12 +16,12 @@ struct ListRange {
     bool operator==(const ListRange&) const = default;
 };
 
-/// How one list becomes another.
+/// How to turn one list into another.
 struct ListDifference {
-    /// Rows of the old list to take out, to be done in this order: the last ones first, so that a removal
-    /// leaves the numbers of those still to come as they are.
+    /// Rows of the old list to remove, in this order: the last ones first, so that a removal does not change
+    /// the numbers of the following ones.
     std::vector<ListRange> removals;
-    /// Rows of the new list to put in afterwards, in ascending order; the numbers are the new list's own.
+    /// Rows of the new list to insert afterwards, in ascending order, by their numbers in the new list.
     std::vector<ListRange> insertions;
 
     bool operator==(const ListDifference&) const = default;

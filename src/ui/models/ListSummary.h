@@ -9,11 +9,10 @@
 
 namespace zentrill {
 
-/// "60 models · 812 GB": the sum of the sizes that the rows show. Without one that is known, the number
-/// alone.
+/// "60 models · 812 GB": the sum of the sizes that the rows show. If no size is known, only the number.
 [[nodiscard]] QString modelTotals(const std::vector<LocalModel>& models);
 
-/// The same for each source that has models, line by line, and how such a sum is to be read.
+/// The same for each source that has models, line by line, and a line that explains the sum.
 [[nodiscard]] QString modelTotalsBySource(const std::vector<LocalModel>& models);
 
 /// "3 containers · 12 images".

@@ -20,7 +20,7 @@ int LogListModel::rowCount(const QModelIndex& parent) const {
 }
 
 QString LogListModel::entry(int row) const {
-    // While a clearing is being announced the rows are still here, the lines no longer.
+    // While the clearing is being announced, the rows still exist but the lines do not.
     if (row < 0 || row >= count_ || static_cast<std::size_t>(row) >= controller_.logs().size()) {
         return {};
     }

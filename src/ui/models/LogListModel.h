@@ -5,7 +5,7 @@
 
 namespace zentrill {
 
-/// The activity log, straight from the controller: nothing is copied but the rows in sight.
+/// The activity log, directly from the controller: only the rows in sight are copied.
 class LogListModel : public TextLinesModel {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ public:
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QString entry(int row) const override;
 
-    /// Whether the line tells of a path that the Safety Shield has kept.
+    /// Whether the line names a path that the Safety Shield has kept.
     [[nodiscard]] bool isPreservedPath(int row) const;
 
 private:

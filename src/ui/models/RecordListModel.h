@@ -14,9 +14,9 @@
 
 namespace zentrill {
 
-/// Shows a list of records to QML through a table of roles, and takes in a new list as the smallest set of
-/// removals, insertions and changes, so that a view keeps its scroll position and builds only what is new. A
-/// list that is shuffled replaces the old one as a whole: thousands of small steps would stall the view.
+/// Shows a list of records to QML through a table of roles. It takes over a new list as the smallest set of
+/// removals, insertions and changes, so that a view keeps its scroll position and builds only new rows. A
+/// reordered list replaces the old one as a whole, because thousands of small steps would block the view.
 ///
 ///     RecordListModel<LocalModel> models(&LocalModel::id, {{"name", [](const LocalModel& m) { … }}});
 ///     models.setRecords(found);
@@ -58,7 +58,7 @@ public:
 
     [[nodiscard]] const std::vector<Record>& records() const noexcept { return records_; }
 
-    /// The record of a row, or nothing if the list has no such row.
+    /// The record of a row, or nothing if the row does not exist.
     [[nodiscard]] const Record* record(int row) const noexcept {
         return row >= 0 && row < rowCount() ? &records_[static_cast<std::size_t>(row)] : nullptr;
     }
@@ -89,7 +89,7 @@ public:
 
 private:
     static constexpr int firstRole = Qt::UserRole;
-    /// More than a scan brings when something was installed or removed, less than takes as long as a reset.
+    /// More than installing or removing something changes, but still faster than a reset.
     static constexpr std::size_t mostSteps = 64;
 
     [[nodiscard]] std::vector<std::string> keys(const std::vector<Record>& records) const {
@@ -101,7 +101,7 @@ private:
         return result;
     }
 
-    /// Takes over the records whose keys stayed but whose content did not, a signal for each run of them.
+    /// Takes over records with the same key and other content, with one signal for each run of them.
     void updateChanged(const std::vector<Record>& records) {
         std::size_t row = 0;
         while (row < records.size()) {

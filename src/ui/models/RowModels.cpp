@@ -7,7 +7,7 @@ namespace zentrill {
 
 namespace {
 
-/// Which of the pane's views shows the line.
+/// The view of the pane that shows the line.
 QString dockerRowView(const DockerRow& row) {
     return std::visit(Overloaded{
                           [](const DockerHeading&) { return QStringLiteral("heading"); },
@@ -75,7 +75,7 @@ QString dockerUsageText(const DockerRow& row) {
     return QStringLiteral("Usage unknown");
 }
 
-/// A container that runs, an image that one uses.
+/// Whether a container runs, or one uses the image.
 bool isDockerRowInUse(const DockerRow& row) {
     return std::visit(Overloaded{
                           [](const DockerContainer& container) { return container.isRunning(); },

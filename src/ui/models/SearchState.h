@@ -6,7 +6,7 @@
 
 namespace zentrill {
 
-/// Whether a search field is open, and what is typed into it. Nothing is searched for without one.
+/// Whether a search field is open, and what has been typed into it. There is no search while it is closed.
 class SearchState : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -7,7 +7,7 @@
 
 namespace zentrill {
 
-/// Lines of text as a list; only those in sight are ever made into strings.
+/// Lines of text as a list; only those in sight are made into strings.
 class TextLinesModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ public:
 
     using QAbstractListModel::QAbstractListModel;
 
-    /// The text of a row as it is shown; empty for a row that is not there.
+    /// The text of a row as it is shown; empty for a row that does not exist.
     [[nodiscard]] virtual QString entry(int row) const = 0;
 
     /// Whether a row is the heading of a list, and whether it belongs to the list under one.
@@ -33,7 +33,7 @@ public:
 
     [[nodiscard]] virtual bool isListed(int /*row*/) const { return false; }
 
-    /// The lines of the text that a row stands for; where nothing is folded, each for the one of its number.
+    /// The lines of the text that a row stands for; without folds, the one with its number.
     Q_INVOKABLE [[nodiscard]] virtual int firstLine(int row) const { return row; }
 
     Q_INVOKABLE [[nodiscard]] virtual int lastLine(int row) const { return row; }
