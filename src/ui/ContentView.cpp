@@ -54,10 +54,11 @@ ContentView::ContentView(const ControllerFactory& makeController) {
     const QUrl source(QStringLiteral("qrc:/qt/qml/Zentrill/ContentView.qml"));
     // The engine's thread loads the types of the views while this one does what does not need them.
     const QQmlComponent early(engine(), source, QQmlComponent::Asynchronous);
-    controller_ = makeController();
-    state_ = std::make_unique<ContentViewState>(*controller_);
     openFirstFonts();
     installAccessibles(*engine());
+    // The scan that it may begin starts other programs, which would take the processors from that thread.
+    controller_ = makeController();
+    state_ = std::make_unique<ContentViewState>(*controller_);
     connect(this, &QQuickWindow::frameSwapped, state_.get(), &ContentViewState::setWindowShown,
             Qt::QueuedConnection);
     connect(state_.get(), &ContentViewState::windowShownChanged, this, [this] {
