@@ -20,7 +20,8 @@ class ContentView : public QQuickView {
 public:
     using ControllerFactory = std::function<std::unique_ptr<UninstallerViewModel>()>;
 
-    /// Calls `makeController` once, while another thread loads the views.
+    /// Calls `makeController` once, when the views are loaded: a scan that it begins does not hold up the
+    /// window.
     explicit ContentView(const ControllerFactory& makeController);
     ~ContentView() override;
 
