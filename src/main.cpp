@@ -13,13 +13,16 @@
 #include "process/Environment.h"
 #include "process/ShellCommandRunner.h"
 #include "ui/ContentView.h"
+#include "ui/ContentViewState.h"
 #include "ui/Typography.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <future>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,6 +30,10 @@
 namespace {
 
 using namespace zentrill;
+
+/// How long a first scan waits for the window before it starts programs: longer than a window needs on a slow
+/// machine, no more than nobody notices where none is ever shown.
+constexpr std::chrono::milliseconds longestStart{250};
 
 /// Where Linux distributions install `docker`.
 std::vector<std::string> additionalDockerCandidates() {
@@ -99,6 +106,7 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setQuitOnLastWindowClosed(
         AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 
+    std::promise<void> firstFrame;
     UninstallerViewModel* controller = nullptr;
     AppDelegate* forgetful = nullptr;
     AppDelegate delegate(
@@ -106,6 +114,9 @@ int main(int argc, char* argv[]) {
             ApplicationHooks hooks = ApplicationHooks::ofThisProgram();
             hooks.additionalOwnedData = menuItems();
             hooks.forgetWindowState = [&] { forgetful->forgetWindowState(); };
+            hooks.awaitFirstFrame = [shown = firstFrame.get_future().share()] {
+                static_cast<void>(shown.wait_for(longestStart));
+            };
             auto view = std::make_unique<ContentView>([&] {
                 return std::make_unique<UninstallerViewModel>(
                     commandRunner, std::make_shared<SafeDeletionEngine>(),
@@ -115,6 +126,8 @@ int main(int argc, char* argv[]) {
             });
             controller = &view->controller();
             QObject::connect(view.get(), &ContentView::failed, &endWithoutViews);
+            QObject::connect(&view->state(), &ContentViewState::windowShownChanged,
+                             [&] { firstFrame.set_value(); });
             return view;
         },
         preferencesFile());

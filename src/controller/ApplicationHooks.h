@@ -17,6 +17,9 @@ struct ApplicationHooks {
     std::function<void()> forgetWindowState;
     /// Main thread, after a successful self-uninstall. Ends the process at once; nothing may be saved.
     std::function<void()> exitProcess;
+    /// Any thread: returns once the window shows its first frame, at the latest after a fraction of a second.
+    /// The programs of a scan would compete with the window for the processors. None: nothing is waited for.
+    std::function<void()> awaitFirstFrame;
     /// Main thread, on closing: ends every child program that still runs, so that the worker is not held up.
     std::function<void()> endCommands;
 

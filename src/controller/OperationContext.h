@@ -21,6 +21,8 @@ struct OperationContext {
     /// Where the engine says how far it has come.
     std::shared_ptr<const DeletionProgress> deletionProgress;
     std::shared_ptr<const DockerExecutableLocating> dockerLocator;
+    /// Returns once programs may be started, see `ApplicationHooks`; may be empty.
+    std::function<void()> awaitFirstFrame;
     /// The application list as it was when the operation began.
     std::vector<AppInfo> apps;
     /// Appends to the activity log; returns at once.

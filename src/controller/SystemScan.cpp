@@ -65,8 +65,12 @@ std::vector<LocalModel> scanModels(const OperationContext& context) {
 } // namespace
 
 ScanSnapshot collectScan(const OperationContext& context) {
-    const auto scanDocker = [scanner = DockerScanner(context.commandRunner, context.dockerLocator)] {
+    const auto scanDocker = [scanner = DockerScanner(context.commandRunner, context.dockerLocator),
+                             await = context.awaitFirstFrame] {
         beginWorkerThread(OperationQueue::label);
+        if (await) {
+            await();
+        }
         return scanner.scan();
     };
     // Docker mostly keeps its caller waiting. Its scan logs nothing and shares no changing data with the

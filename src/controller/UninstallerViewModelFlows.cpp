@@ -118,6 +118,7 @@ OperationContext UninstallerViewModel::operationContext() const {
         std::make_shared<const SafeDeletionEngine>(deletionEngine_->tellingTo(deletionProgress_));
     context.deletionProgress = deletionProgress_;
     context.dockerLocator = dockerLocator_;
+    context.awaitFirstFrame = hooks_.awaitFirstFrame;
     context.apps = apps_;
     context.log = [link = mainQueue_](const std::string& message) {
         link->postLine(LogClock::roomFor(message));

@@ -88,6 +88,7 @@ protected:
         hooks.additionalOwnedData = ownedData_;
         hooks.forgetWindowState = [this] { events_.emplace_back("window state forgotten"); };
         hooks.exitProcess = [this] { events_.emplace_back("exit"); };
+        hooks.awaitFirstFrame = awaitFirstFrame_;
         hooks.endCommands = [this] { endCommands_(); };
         return hooks;
     }
@@ -137,6 +138,8 @@ protected:
     std::string bundle_;
     std::vector<std::string> ownedData_;
     std::vector<std::string> events_;
+    /// None: nothing is waited for.
+    std::function<void()> awaitFirstFrame_;
     std::function<void()> endCommands_ = [] {};
     int markers_ = 0;
     std::unique_ptr<UninstallerViewModel> controller_;

@@ -52,6 +52,21 @@ protected:
     std::string extraImageLine_;
 };
 
+TEST_F(ScanFlowTest, AsksDockerOnceTheWindowShows) {
+    std::atomic<int> waits = 0;
+    std::atomic<bool> dockerWasAsked = false;
+    awaitFirstFrame_ = [&] { waits += dockerWasAsked ? 0 : 1; };
+    locator_->set("/opt/docker");
+    answer_ = [&](const FakeCommandRunner::Call&) {
+        dockerWasAsked = true;
+        return test::failed(1, "no context\n");
+    };
+    start(true);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_TRUE(dockerWasAsked);
+    EXPECT_EQ(waits, 1);
+}
+
 TEST_F(ScanFlowTest, LogsWhatItFindsAndCountsLeftoverDataAsFound) {
     start();
     home_.makeExecutable(".local/bin/ollama", "");

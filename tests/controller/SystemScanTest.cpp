@@ -91,6 +91,25 @@ TEST_F(SystemScanTest, LooksAtTheDiskWhileDockerAnswers) {
     EXPECT_EQ(met, 5 + 2) << "lines of the log, and the two ways to ask for the context";
 }
 
+TEST_F(SystemScanTest, StartsNoProgramBeforeTheFirstFrameWhileItLooksAtTheDisk) {
+    std::atomic<bool> diskIsDone = false;
+    std::atomic<bool> shown = false;
+    std::atomic<int> tooEarly = 0;
+    answer_ = [&](const FakeCommandRunner::Call&) {
+        tooEarly += shown ? 0 : 1;
+        return test::failed(1, "no context\n");
+    };
+    OperationContext starting = context();
+    starting.awaitFirstFrame = [&] { shown = test::eventually([&] { return diskIsDone.load(); }); };
+    starting.log = [&, log = starting.log](const std::string& line) {
+        log(line);
+        diskIsDone = line == "Scanning LM Studio models...";
+    };
+    expectEverythingFound(collectScan(starting));
+    EXPECT_TRUE(shown);
+    EXPECT_EQ(tooEarly, 0);
+}
+
 TEST_F(SystemScanTest, LogsOnItsOwnThreadAlone) {
     std::vector<std::thread::id> threads;
     OperationContext watched = context();
