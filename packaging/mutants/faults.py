@@ -83,13 +83,20 @@ def _fault(folder, number, entry, checkout):
 
 
 def read_lists(folder, checkout, names=()):
-    """The faults of these lists in the folder, or of all of them. Tells of everything that is wrong at once."""
+    """The faults of these lists in the folder, or of all of them; "list/7" stands for a single one. Tells of everything
+    that is wrong at once."""
     there = {path.stem: path for path in sorted(Path(folder).glob("*.toml"))}
-    wrong = [f"there is no list {name}; there are: {' '.join(there)}" for name in names if name not in there]
-    faults = []
-    for path in [there[name] for name in names if name in there] if names else there.values():
+    faults, wrong = [], []
+    for name in names or there:
+        folder_name, single, _ = name.partition("/")
+        if folder_name not in there:
+            wrong.append(f"there is no list {folder_name}; there are: {' '.join(there)}")
+            continue
         try:
-            faults += read_list(path, checkout)
+            found = [fault for fault in read_list(there[folder_name], checkout) if not single or fault.name == name]
+            if not found:
+                wrong.append(f"there is no fault {name}")
+            faults += found
         except ListError as error:
             wrong.append(str(error))
     if wrong:

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Puts small faults into the sources, one at a time, and sees whether the tests notice: run.py [--check] [FOLDER ...]
+"""Puts small faults into the sources, one at a time, and sees whether the tests notice: run.py [--check] [NAME ...]
 
-The lists next to this file hold them, one list for each folder of the sources. Prints a line for each fault. Ends with
-0 when every fault was noticed but those of which the list says why they change nothing; where there can be no
-container, nothing is tried. With --check it only sees that every fault fits the sources.
+The lists next to this file hold them, one list for each folder of the sources; a name is a list's, or that of a single
+fault ("models/7"). Prints a line for each fault. Ends with 0 when every fault was noticed but those of which the list
+says why they change nothing; where there can be no container, nothing is tried. With --check it only sees that every
+fault fits the sources.
 """
 
 import os

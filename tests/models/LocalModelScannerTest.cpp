@@ -4,6 +4,7 @@
 #include "OwnSize.h"
 #include "support/ChildProcess.h"
 #include "support/OrdinaryUser.h"
+#include "support/Processes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace zentrill {
 namespace {
@@ -48,6 +50,15 @@ TEST_F(LocalModelScannerTest, AnUnknownHomeGivesNothing) {
     EXPECT_THAT(homeless.scanHuggingFaceModels(), IsEmpty());
     EXPECT_THAT(homeless.scanLMStudioModels(), IsEmpty());
     EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(LocalModelScannerTest, AnUnknownHomeIsNoFolderThatHappensToHaveTheName) {
+    home.makeFile("~/.lmstudio/models/one.gguf");
+    EXPECT_TRUE(test::holdsInForkedChild([this] {
+        return ::chdir(home.path().c_str()) == 0 &&
+               LocalModelScanner("~", {}).scanLMStudioModels().size() == 1 &&
+               LocalModelScanner("", {}).scanLMStudioModels().empty();
+    }));
 }
 
 TEST_F(LocalModelScannerTest, WorksWithoutALog) {
@@ -134,6 +145,7 @@ TEST_F(LocalModelScannerTest, ListsHubModelsByOrganisationAndName) {
     home.makeLink(in(hub, "models--meta-llama--Llama-3-8B/snapshots/main/model.bin"), "../../blobs/abc");
     home.makeFile(in(hub, "datasets--x--y/blobs/abc"), "12345");
     home.makeFile(in(hub, "spaces--x--y/blobs/abc"), "12345");
+    home.makeFile(in(hub, "old-models--x--y/blobs/abc"), "12345");
     home.makeDirectory(in(hub, ".locks/models--meta-llama--Llama-3-8B"));
     home.makeFile(in(hub, "version.txt"), "1");
     home.makeFile(in(hub, "Models--upper--case/blobs/abc"), "12345");

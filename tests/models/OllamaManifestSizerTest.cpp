@@ -1,10 +1,13 @@
 #include "models/OllamaManifestSizer.h"
 
+#include "models/OllamaManifestFile.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -190,6 +193,16 @@ TEST_F(OllamaManifestFileTest, WhatIsNoFileIsUnknownAtOnce) {
     EXPECT_EQ(OllamaManifestSizer::size(socketPath), std::nullopt);
     ::close(socket);
 }
+
+#ifdef __linux__
+// The kernel's own files state no length, like one that grows while it is read.
+TEST_F(OllamaManifestFileTest, AFileLongerThanItStatesIsReadWhole) {
+    std::ifstream stream("/proc/self/auxv");
+    const std::string content(std::istreambuf_iterator<char>(stream), {});
+    ASSERT_GT(content.size(), 16U);
+    EXPECT_EQ(ollamaManifestText("/proc/self/auxv"), content);
+}
+#endif
 
 TEST_F(OllamaManifestFileTest, AFileLongerThanAnyManifestIsNotRead) {
     constexpr std::uintmax_t limit = 4U << 20U;

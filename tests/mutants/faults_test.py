@@ -57,6 +57,12 @@ class ListsTest(unittest.TestCase):
         self.assertIn("numbers/1: its text is not there in src/numbers/Numbers.cpp", told)
         self.assertIn("is there 2 times", self.complaint(entry.format("return")))
 
+    def test_a_single_fault_can_be_named(self):
+        lists = "".join(f"[[fault]]\nfile = 'Numbers.cpp'\ntext = 'return {n}'\nreplacement = ''\n" for n in (0, 1))
+        self.assertEqual([fault.name for fault in self.read(lists, ("numbers/2",))], ["numbers/2"])
+        self.assertEqual([fault.name for fault in self.read(lists, ("numbers",))], ["numbers/1", "numbers/2"])
+        self.assertEqual("there is no fault numbers/3", self.complaint(lists, ("numbers/3",)))
+
     def test_everything_else_that_is_wrong_is_told(self):
         self.assertIn("No such file", self.complaint("[[fault]]\nfile = 'Sums.cpp'\ntext = 'a'\nreplacement = 'b'\n"))
         self.assertIn("by itself", self.complaint("[[fault]]\nfile = 'Numbers.cpp'\ntext = '1'\nreplacement = '1'\n"))
