@@ -1,5 +1,6 @@
 #include "platform/DirectoryStack.h"
 
+#include "platform/FileDescriptor.h"
 #include "support/ChildProcess.h"
 #include "support/PrivateMounts.h"
 #include "support/TemporaryDirectory.h"
@@ -12,7 +13,9 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <vector>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 
 namespace zentrill {
@@ -152,6 +155,32 @@ TEST_F(DirectoryStackTest, ADeepTreeTakesFewDescriptorsAndIsSeenWholeOnce) {
         for (const std::size_t openDirectories : {1U, 2U, 16U, 1000U}) {
             DirectoryStack stack = stackAt("tree", Mounts::refuse, openDirectories);
             EXPECT_EQ(walk(stack), made) << openDirectories;
+        }
+    }));
+}
+
+// The oldest directories have the highest numbers, so that none of the first ones to be closed makes room.
+TEST_F(DirectoryStackTest, ClosesAsManyDirectoriesAsItTakesToEnterOne) {
+    folder.makeFile("a/b/c/d/file");
+    EXPECT_TRUE(test::passesInChild([&] {
+        DirectoryStack stack = stackAt(".", Mounts::refuse, DirectoryStack::usualOpenDirectories);
+        std::vector<FileDescriptor> taken;
+        for (int count = 0; count < 3; ++count) {
+            taken.emplace_back(::open("/", O_RDONLY | O_CLOEXEC));
+        }
+        ASSERT_EQ(stack.enter("a"), 0);
+        const auto highest = static_cast<rlim_t>(stack.directory().descriptor());
+        taken.pop_back();
+        ASSERT_EQ(stack.enter("b"), 0);
+        taken.pop_back();
+        ASSERT_EQ(stack.enter("c"), 0);
+        const rlimit few{.rlim_cur = highest, .rlim_max = highest};
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+        ASSERT_EQ(::open("/", O_RDONLY | O_CLOEXEC), -1);
+        EXPECT_EQ(stack.enter("d"), 0);
+        for (const char* path : {"a/b/c", "a/b", "a", ""}) {
+            EXPECT_TRUE(stack.leave());
+            EXPECT_EQ(stack.relativePath(), path);
         }
     }));
 }
