@@ -5,12 +5,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <set>
 #include <string>
 #include <utility>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -233,6 +235,21 @@ TEST_F(DirectoryHandleTest, ACopyIsAHandleOfItsOwnOnTheSameDirectory) {
     handle.close();
     EXPECT_EQ(copy.removeFile("file"), 0);
     EXPECT_FALSE(fs::exists(folder.path("file")));
+}
+
+TEST_F(DirectoryHandleTest, IsOpenToNoProgramThatIsStarted) {
+    folder.makeDirectory("inner");
+    std::array<DirectoryHandle, 7> handles;
+    ASSERT_EQ(DirectoryHandle::openRoot(handles[0]), 0);
+    ASSERT_EQ(DirectoryHandle::open(folder.path(), FinalLink::follow, handles[1]), 0);
+    ASSERT_EQ(handle.openForSearch("inner", handles[2]), 0);
+    ASSERT_EQ(handle.openChild("inner", Mounts::refuse, handles[3]), 0);
+    ASSERT_EQ(handle.openChild("inner", Mounts::enter, handles[4]), 0);
+    ASSERT_EQ(handle.openParent(handles[5]), 0);
+    ASSERT_EQ(handle.duplicate(handles[6]), 0);
+    for (const DirectoryHandle& opened : handles) {
+        EXPECT_EQ(::fcntl(opened.descriptor(), F_GETFD), FD_CLOEXEC) << &opened - handles.data();
+    }
 }
 
 } // namespace
