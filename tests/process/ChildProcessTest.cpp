@@ -186,7 +186,10 @@ TEST_P(ChildEndNoticeTest, TellsAnEndThatCameBeforeTheQuestion) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Methods, ChildEndNoticeTest,
-                         testing::Values(ChildEndNotice::Method::best, ChildEndNotice::Method::thread));
+                         testing::Values(ChildEndNotice::Method::best, ChildEndNotice::Method::thread),
+                         [](const testing::TestParamInfo<ChildEndNotice::Method>& method) {
+                             return method.param == ChildEndNotice::Method::best ? "Best" : "Thread";
+                         });
 
 class ChildEndingTest : public testing::Test {
 protected:
