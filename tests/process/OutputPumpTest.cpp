@@ -3,13 +3,21 @@
 #include "platform/Pipe.h"
 #include "process/ChildEndNotice.h"
 #include "process/SpawnChild.h"
+#include "support/Processes.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cerrno>
 #include <chrono>
+#include <csignal>
+#include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 
+#include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace zentrill {
@@ -91,6 +99,48 @@ TEST_F(OutputPumpTest, APauseLastsThoughNothingIsToBeRead) {
     pumping.pause(50ms);
     EXPECT_GE(Clock::now() - start, 50ms);
 }
+
+TEST_F(OutputPumpTest, DrainsAndClosesBothStreams) {
+    OutputPump pumping = pump();
+    write(output.writing, "out");
+    write(errorOutput.writing, "err");
+    pumping.drain();
+    EXPECT_EQ(pumping.takeOutput().text, "out");
+    EXPECT_EQ(pumping.takeErrorOutput().text, "err");
+    for (const FileDescriptor* writing : {&output.writing, &errorOutput.writing}) {
+        pollfd entry{.fd = writing->get(), .events = POLLOUT, .revents = 0};
+        ASSERT_EQ(::poll(&entry, 1, 0), 1);
+        EXPECT_TRUE((entry.revents & POLLERR) != 0) << "the pipe is still open";
+    }
+}
+
+#ifdef F_GETPIPE_SZ
+TEST_F(OutputPumpTest, DrainsNoMoreThanAPipeHeldHoweverMuchIsStillWritten) {
+    const int capacity = ::fcntl(output.writing.get(), F_GETPIPE_SZ);
+    ASSERT_GT(capacity, 0);
+    OutputPump pumping = pump();
+    std::atomic<int> written = 0;
+    std::thread writer([&] {
+        // It writes until nobody can read any more.
+        sigset_t brokenPipe;
+        ::sigemptyset(&brokenPipe);
+        ::sigaddset(&brokenPipe, SIGPIPE);
+        ::pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
+        const std::string page(4096, 'x');
+        while (true) {
+            if (::write(output.writing.get(), page.data(), page.size()) > 0) {
+                ++written;
+            } else if (errno != EAGAIN) {
+                break;
+            }
+        }
+    });
+    EXPECT_TRUE(test::eventually([&] { return written >= capacity / 4096; }));
+    pumping.drain();
+    writer.join();
+    EXPECT_EQ(pumping.takeOutput().text.size(), static_cast<std::size_t>(capacity));
+}
+#endif
 
 TEST_F(OutputPumpTest, ARealCommandLeavesNothingOnItsWay) {
     SpawnedChild spawned = spawnChild("/bin/sh", {"-c", "echo out; echo err >&2"}, {}, output.writing.get(),
