@@ -13,7 +13,7 @@ _IDLE = ("sh", "-c", "sleep infinity & wait")
 _CHECKOUT = "/root/zentrill"
 _LOG = "build/release/Testing/Temporary/LastTest.log"
 _COSTS = "build/release/Testing/Temporary/CTestCostData.txt"
-_FAILED = re.compile(r"^ *\d+/\d+ Test +#\d+: (.*?) \.*\**\*\*\*(Failed|Timeout|Exception)", re.MULTILINE)
+_FAILED = re.compile(r"^ *\d+/\d+ Test +#\d+: (.*?) \.*(?:[A-Z][a-z ]+)?\**\*\*\*(Failed|Timeout|Exception)", re.MULTILINE)
 _BUILD_LIMIT = 1800
 # A fault may have a test collect things for as long as it is let.
 _MEMORY = "4g"

@@ -102,6 +102,17 @@ TEST_F(ApplicationUninstallFlowTest, KeepsAndReportsWhatTheShieldProtects) {
     EXPECT_TRUE(app("VendorApp").isSelected);
 }
 
+TEST_F(ApplicationUninstallFlowTest, AddsUpWhatAllToolsLost) {
+    home_.makeFile(std::string(support) + "/settings.json");
+    home_.makeFile(std::string(caches) + "/file");
+    home_.makeFile(".claude/history");
+    startScanned();
+    controller_->uninstallAppsFromConfirmation(targets({"VendorApp", "Claude Code"}), false);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(controller_->resultAlertMessage(),
+              QStringLiteral("Removed 3 filesystem items for 2 application(s)."));
+}
+
 TEST_F(ApplicationUninstallFlowTest, OpensTheResultOverListsThatAreFresh) {
     home_.makeFile(std::string(caches) + "/file");
     startScanned();

@@ -138,7 +138,10 @@ TEST_F(MainQueueTest, DropsEverythingOnceItIsClosed) {
     EXPECT_TRUE(watched.expired());
 
     bool turned = false;
-    queue_->post([] { FAIL(); });
+    auto late = std::make_shared<int>(0);
+    const std::weak_ptr<int> watchedLate = late;
+    queue_->post([kept = std::move(late)] { FAIL() << *kept; });
+    EXPECT_TRUE(watchedLate.expired()) << "kept, though nothing will ever take it";
     queue_->postLine("never seen");
     QTimer::singleShot(0, [&turned] { turned = true; });
     EXPECT_TRUE(waitUntil([&turned] { return turned; }));

@@ -53,6 +53,15 @@ TEST(OperationQueueTest, LetsGoOfAJobAsSoonAsItIsDone) {
     EXPECT_TRUE(gone.get_future().get());
 }
 
+TEST(OperationQueueTest, LetsWhatAJobHeldUseTheQueueAsItGoes) {
+    OperationQueue queue;
+    std::promise<void> done;
+    std::future<void> isDone = done.get_future();
+    std::shared_ptr<void> held(nullptr, [&](void*) { queue.submit([&done] { done.set_value(); }); });
+    queue.submit([kept = std::move(held)] { ASSERT_EQ(kept, nullptr); });
+    EXPECT_EQ(isDone.wait_for(seconds(30)), std::future_status::ready);
+}
+
 TEST(OperationQueueTest, DropsWaitingJobsWhenItStops) {
     OperationQueue queue;
     std::promise<void> started;

@@ -77,6 +77,7 @@ class CTestTest(unittest.TestCase):
         self.assertEqual(first_failure(line.format("Failed")), "A.b")
         self.assertEqual(first_failure(line.format("Timeout")), "A.b (time-out)")
         self.assertEqual(first_failure(line.format("Exception: SegFault")), "A.b")
+        self.assertEqual(first_failure("12/43 Test #7: A.b ...Subprocess aborted***Exception:   0.02 sec\n"), "A.b")
         self.assertEqual(first_failure("1/1 Test #7: A.b ......   Passed    0.02 sec\n"), None)
 
     def test_tests_that_take_long_are_found_in_the_table_of_costs(self):
