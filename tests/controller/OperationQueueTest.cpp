@@ -6,6 +6,8 @@
 #include <future>
 #include <pthread.h>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace zentrill {
