@@ -2,6 +2,7 @@
 
 #include "support/confinement/Check.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
@@ -17,8 +18,9 @@ namespace {
 std::optional<std::string> freshFolderIn(const char* parent) {
     std::error_code error;
     const std::filesystem::path place = std::filesystem::canonical(parent, error);
-    if (error) {
-        errno = error.value();
+    // libc++ takes an empty path for the current folder, and sockets need short paths.
+    if (error || *parent == '\0') {
+        errno = error ? error.value() : ENOENT;
         return std::nullopt;
     }
     std::string folder = place / "zentrill-XXXXXX";
