@@ -45,7 +45,8 @@ TEST_F(FreeSpaceMeterTest, SaysWhatWasAndWhatIs) {
     folder_.makeFile("item");
     setSpace(folder_.path(), 41'200'000'000);
     meter_.watchItem(folder_.path("item"));
-    meter_.watchItem(folder_.path("item")); // Once for each file system.
+    setSpace(folder_.path(), 41'100'000'000); // Another program writes.
+    meter_.watchItem(folder_.path("item"));   // Once for each file system.
     setSpace(folder_.path(), 46'800'000'000);
     EXPECT_EQ(meter_.text(), "Free space: 41.2 GB → 46.8 GB");
 }
