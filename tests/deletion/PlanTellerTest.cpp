@@ -95,9 +95,8 @@ TEST_F(DeletionPlans, TellAgainAfterAMomentHoweverLongTheyTake) {
     };
     // Slow enough that a stretch of entries takes longer than the interval.
     const SafeDeletionEngine alone = newEngine(DeletionConcurrency{});
-    options.shouldStop = [until = std::chrono::steady_clock::now()]() mutable {
-        until += PlanTeller::interval / PlanTeller::entriesBetween * 2;
-        std::this_thread::sleep_until(until);
+    options.shouldStop = [] {
+        std::this_thread::sleep_for(PlanTeller::interval / PlanTeller::entriesBetween * 2);
         return false;
     };
     EXPECT_EQ(alone.plan(folder_.path("tree"), unshielded, options).removed.count, 101U);
