@@ -31,8 +31,8 @@ namespace {
 
 using namespace zentrill;
 
-/// How long a first scan waits for the window before it starts programs: longer than a window needs on a slow
-/// machine, no more than nobody notices where none is ever shown.
+/// How long a first scan waits for the window at most before it starts programs: longer than a window needs
+/// on a slow machine, and still too short to be noticed where no window is ever shown.
 constexpr std::chrono::milliseconds longestStart{250};
 
 /// Where Linux distributions install `docker`.
